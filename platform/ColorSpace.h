@@ -8,20 +8,57 @@
 namespace Corvanta {
 
 // H.273 table 2, ColourPrimaries.
-enum class ColorPrimaries : int { BT709 = 1, Unspecified = 2, BT470M = 4, BT470BG = 5, SMPTE170M = 6,
-                                  SMPTE240M = 7, Film = 8, BT2020 = 9, SMPTEST428 = 10, SMPTEST431 = 11,
-                                  SMPTEST432 = 12, JEDECP22 = 22 };
+enum class ColorPrimaries : int {
+    BT709 = 1,
+    Unspecified = 2,
+    BT470M = 4,
+    BT470BG = 5,
+    SMPTE170M = 6,
+    SMPTE240M = 7,
+    Film = 8,
+    BT2020 = 9,
+    SMPTEST428 = 10,
+    SMPTEST431 = 11,
+    SMPTEST432 = 12,
+    JEDECP22 = 22
+};
 
 // H.273 table 3, TransferCharacteristics. IEC61966_2_1 is sRGB, SMPTEST2084 is PQ, ARIB_STD_B67 is HLG.
-enum class ColorTransfer : int { BT709 = 1, Unspecified = 2, Gamma22 = 4, Gamma28 = 5, SMPTE170M = 6,
-                                 SMPTE240M = 7, Linear = 8, Log = 9, LogSqrt = 10, IEC61966_2_4 = 11,
-                                 IEC61966_2_1 = 13, BT2020_10 = 14, BT2020_12 = 15, SMPTEST2084 = 16,
-                                 ARIB_STD_B67 = 18, Gamma26 = 19 };
+enum class ColorTransfer : int {
+    BT709 = 1,
+    Unspecified = 2,
+    Gamma22 = 4,
+    Gamma28 = 5,
+    SMPTE170M = 6,
+    SMPTE240M = 7,
+    Linear = 8,
+    Log = 9,
+    LogSqrt = 10,
+    IEC61966_2_4 = 11,
+    IEC61966_2_1 = 13,
+    BT2020_10 = 14,
+    BT2020_12 = 15,
+    SMPTEST2084 = 16,
+    ARIB_STD_B67 = 18,
+    Gamma26 = 19
+};
 
 // H.273 table 4, MatrixCoefficients.
-enum class ColorMatrix : int { RGB = 0, BT709 = 1, Unspecified = 2, FCC = 4, BT470BG = 5, SMPTE170M = 6,
-                               SMPTE240M = 7, YCoCg = 8, BT2020NCL = 9, BT2020CL = 10, CDNCLS = 12, CDCLS = 13,
-                               BT2100ICtCp = 14 };
+enum class ColorMatrix : int {
+    RGB = 0,
+    BT709 = 1,
+    Unspecified = 2,
+    FCC = 4,
+    BT470BG = 5,
+    SMPTE170M = 6,
+    SMPTE240M = 7,
+    YCoCg = 8,
+    BT2020NCL = 9,
+    BT2020CL = 10,
+    CDNCLS = 12,
+    CDCLS = 13,
+    BT2100ICtCp = 14
+};
 
 // Not H.273's VideoFullRangeFlag, which has no "unspecified".
 enum class ColorRange : int { Unspecified = 0, Limited = 1, Full = 2 };
@@ -29,8 +66,8 @@ enum class ColorRange : int { Unspecified = 0, Limited = 1, Full = 2 };
 // The two colour spaces that the media engine could name before it spoke H.273.
 enum class LegacyColorSpace : int { BT709 = 0, BT2020 = 1 };
 
-// Static HDR metadata: SMPTE ST 2086 mastering display (chromaticities as CIE 1931 x, y; luminances in cd/m2) and
-// CTA-861.3 light levels (cd/m2). Member order is part of the binary interface.
+// Static HDR metadata: SMPTE ST 2086 mastering display (chromaticities as CIE 1931 x, y; luminances in cd/m2)
+// and CTA-861.3 light levels (cd/m2). Member order is part of the binary interface.
 struct HDRMetadata {
     double redX = 0, redY = 0;
     double greenX = 0, greenY = 0;
@@ -49,7 +86,8 @@ public:
     // All members unspecified, no HDR metadata.
     constexpr ColorSpace() = default;
 
-    constexpr ColorSpace(ColorMatrix matrix, ColorRange range, ColorPrimaries primaries, ColorTransfer transfer)
+    constexpr ColorSpace(ColorMatrix matrix, ColorRange range, ColorPrimaries primaries,
+                         ColorTransfer transfer)
         : primaries_(primaries), transfer_(transfer), matrix_(matrix), range_(range) {}
 
     // BT709 stands for 709 throughout, BT2020 for 2020 primaries and matrix under PQ; both limited range.

@@ -1,6 +1,6 @@
-// Decoded pictures of the media engine. A frame is shared by std::shared_ptr, may be read on any thread, and is
-// never written after it was handed to a sink, but for Clear. The engine derives its own storage from these
-// classes; the library only reads through them.
+// Decoded pictures of the media engine. A frame is shared by std::shared_ptr, may be read on any thread, and
+// is never written after it was handed to a sink, but for Clear. The engine derives its own storage from
+// these classes; the library only reads through them.
 #pragma once
 
 #include <cstdint>
@@ -29,8 +29,8 @@ class VideoFrameBuffer {
 public:
     virtual ~VideoFrameBuffer() = default;
 
-    // Blackens this frame object's picture. Each sink gets a frame object of its own, so no other sink's picture
-    // changes. The caller excludes other readers of the same object.
+    // Blackens this frame object's picture. Each sink gets a frame object of its own, so no other sink's
+    // picture changes. The caller excludes other readers of the same object.
     virtual void Clear() = 0;
     [[nodiscard]] virtual VideoFrameBufferType GetType() const = 0;
 
@@ -52,8 +52,8 @@ private:
     ColorSpace colorSpace_;
 };
 
-// Packed picture of 4 bytes a pixel, rows of exactly 4 * width bytes. Bytes in memory: blue, green, red, alpha
-// (SDL's ARGB8888 on a little-endian machine).
+// Packed picture of 4 bytes a pixel, rows of exactly 4 * width bytes. Bytes in memory: blue, green, red,
+// alpha (SDL's ARGB8888 on a little-endian machine).
 class RGBFrameBuffer : public VideoFrameBuffer {
 public:
     [[nodiscard]] virtual const uint8_t* GetBuffer() const = 0;

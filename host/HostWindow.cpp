@@ -1,0 +1,61 @@
+#include "host/HostWindow.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QPalette>
+#include <QShortcut>
+
+#include "interface/SDLinterface.h"
+
+namespace Corvanta::Host {
+namespace {
+
+constexpr int kMinWidth = 160;
+constexpr int kMinHeight = 90;
+constexpr QColor kBackground(0x12, 0x13, 0x16);
+
+}  // namespace
+
+HostWindow::HostWindow(const QString& title, int width, int height) : room_(this) {
+    setWindowTitle(title);
+    setMinimumSize(kMinWidth, kMinHeight);
+    resize(width, height);
+    QPalette dark = palette();
+    dark.setColor(QPalette::Window, kBackground);
+    setPalette(dark);
+
+    const auto onKey = [this](const QKeySequence& key, auto action) {
+        auto* const shortcut = new QShortcut(key, this);  // owned by this window
+        QObject::connect(shortcut, &QShortcut::activated, this, action);
+    };
+    onKey(Qt::Key_F11, [this] { SetFullscreen(!isFullScreen()); });
+    onKey(Qt::Key_Escape, [this] { SetFullscreen(false); });
+    onKey(Qt::CTRL | Qt::Key_Q, [this] { close(); });
+}
+
+void HostWindow::SetFullscreen(bool on) {
+    if (on == isFullScreen()) {
+        return;
+    }
+    setWindowState(windowState().setFlag(Qt::WindowFullScreen, on));
+}
+
+void HostWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // Also reached when the window manager's own key did it.
+    if (event->type() == QEvent::WindowStateChange) {
+        SDLinterface_VideoRoomSetFullscreenEnabled(isFullScreen());
+    }
+}
+
+void HostWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    QCoreApplication::exit(0);
+}
+
+void HostWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    room_.setGeometry(rect());
+}
+
+}  // namespace Corvanta::Host

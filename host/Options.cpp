@@ -1,0 +1,238 @@
+#include "host/Options.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
+#include <unistd.h>
+
+namespace Corvanta::Host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMinSide = 160;
+constexpr int kMaxSide = 8192;
+constexpr double kMinScale = 0.5;
+constexpr double kMaxScale = 4.0;
+constexpr double kMaxSeconds = 86400.0;
+constexpr std::string_view kTestSource = "test";
+
+std::string Quoted(std::string_view text) {
+    std::string quoted(1, '\'');
+    quoted += text;
+    quoted += '\'';
+    return quoted;
+}
+
+template <typename Number>
+std::optional<Number> ParseNumber(std::string_view text) {
+    Number number{};
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc{} || stop != end) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+std::optional<Failure> ReadParticipant(Options& options, std::string_view value) {
+    const std::size_t equals = value.find('=');
+    if (equals == std::string_view::npos || equals == 0 || equals + 1 == value.size()) {
+        return Failure{"--participant wants NAME=SOURCE, not " + Quoted(value)};
+    }
+    ParticipantOption participant{std::string(value.substr(0, equals)),
+                                  std::string(value.substr(equals + 1))};
+    const auto sameName = [&](const ParticipantOption& other) { return other.name == participant.name; };
+    if (std::ranges::any_of(options.participants, sameName)) {
+        return Failure{"two participants are called " + Quoted(participant.name)};
+    }
+    options.participants.push_back(std::move(participant));
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadHeadless(Options& options, std::string_view value) {
+    const std::optional<double> seconds = ParseNumber<double>(value);
+    if (!seconds || !(*seconds > 0.0) || *seconds > kMaxSeconds) {
+        return Failure{"--headless wants a number of seconds above 0 and up to 86400, not " + Quoted(value)};
+    }
+    options.headlessFor = std::chrono::milliseconds(std::llround(std::ceil(*seconds * 1000.0)));
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadSnapshot(Options& options, std::string_view value) {
+    fs::path path(value);
+    if (path.extension() != ".png") {
+        return Failure{"--snapshot wants a file name that ends in .png, not " + Quoted(value)};
+    }
+    options.snapshotPath = std::move(path);
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadSize(Options& options, std::string_view value) {
+    const std::size_t cross = value.find('x');
+    if (cross != std::string_view::npos) {
+        const std::optional<int> width = ParseNumber<int>(value.substr(0, cross));
+        const std::optional<int> height = ParseNumber<int>(value.substr(cross + 1));
+        const auto fits = [](std::optional<int> side) {
+            return side && *side >= kMinSide && *side <= kMaxSide;
+        };
+        if (fits(width) && fits(height)) {
+            options.size = {*width, *height};
+            return std::nullopt;
+        }
+    }
+    return Failure{"--size wants WIDTHxHEIGHT, each from 160 to 8192, not " + Quoted(value)};
+}
+
+std::optional<Failure> ReadScale(Options& options, std::string_view value) {
+    const std::optional<double> scale = ParseNumber<double>(value);
+    if (!scale || !(*scale >= kMinScale) || *scale > kMaxScale) {
+        return Failure{"--scale wants a factor from 0.5 to 4, not " + Quoted(value)};
+    }
+    options.scale = *scale;
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadUserName(Options& options, std::string_view value) {
+    if (value.empty()) {
+        return Failure{"--name wants a name"};
+    }
+    options.userName = value;
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadRoomName(Options& options, std::string_view value) {
+    if (value.empty()) {
+        return Failure{"--room wants a name"};
+    }
+    options.roomName = value;
+    return std::nullopt;
+}
+
+struct ValueOption {
+    std::string_view name;
+    std::optional<Failure> (*read)(Options&, std::string_view);
+};
+
+constexpr std::array kValueOptions{
+    ValueOption{"--participant", ReadParticipant},
+    ValueOption{"--headless", ReadHeadless},
+    ValueOption{"--snapshot", ReadSnapshot},
+    ValueOption{"--size", ReadSize},
+    ValueOption{"--scale", ReadScale},
+    ValueOption{"--name", ReadUserName},
+    ValueOption{"--room", ReadRoomName},
+};
+
+bool IsUri(std::string_view source) {
+    const std::size_t colon = source.find("://");
+    if (colon == std::string_view::npos || colon == 0) {
+        return false;
+    }
+    const auto schemeLetter = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' ||
+               c == '-' || c == '.';
+    };
+    return std::ranges::all_of(source.substr(0, colon), schemeLetter);
+}
+
+std::optional<Failure> ResolveSource(std::string& source, const fs::path& baseFolder) {
+    if (source == kTestSource || IsUri(source)) {
+        return std::nullopt;
+    }
+    const fs::path path = (baseFolder / source).lexically_normal();
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (!fs::exists(status)) {
+        return Failure{"no such file: " + path.string()};
+    }
+    if (fs::is_directory(status)) {
+        return Failure{"this is a folder, not a video file: " + path.string()};
+    }
+    if (::access(path.c_str(), R_OK) != 0) {
+        return Failure{"this file cannot be read: " + path.string()};
+    }
+    source = path.string();
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::variant<Options, Failure> ParseOptions(std::span<const std::string_view> arguments) {
+    Options options;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string_view argument = arguments[i];
+        if (argument == "--help" || argument == "-h") {
+            options.action = Options::Action::ShowHelp;
+            return options;
+        }
+        if (argument == "--version") {
+            options.action = Options::Action::ShowVersion;
+            return options;
+        }
+        const std::size_t equals = argument.find('=');
+        const std::string_view name = argument.substr(0, equals);
+        const auto* const option = std::ranges::find(kValueOptions, name, &ValueOption::name);
+        if (option == kValueOptions.end()) {
+            return Failure{"unknown argument " + Quoted(argument) + ", --help lists what there is"};
+        }
+        std::string_view value;
+        if (equals != std::string_view::npos) {
+            value = argument.substr(equals + 1);
+        } else if (i + 1 < arguments.size()) {
+            value = arguments[++i];
+        } else {
+            return Failure{std::string(name) + " wants a value"};
+        }
+        if (std::optional<Failure> failure = option->read(options, value)) {
+            return *std::move(failure);
+        }
+    }
+    return options;
+}
+
+std::optional<Failure> ResolvePaths(Options& options, const fs::path& baseFolder) {
+    for (ParticipantOption& participant : options.participants) {
+        if (std::optional<Failure> failure = ResolveSource(participant.source, baseFolder)) {
+            return failure;
+        }
+    }
+    if (options.snapshotPath.empty()) {
+        return std::nullopt;
+    }
+    options.snapshotPath = (baseFolder / options.snapshotPath).lexically_normal();
+    const fs::path folder = options.snapshotPath.parent_path();
+    std::error_code error;
+    if (!fs::is_directory(folder, error)) {
+        return Failure{"no such folder for the snapshot: " + folder.string()};
+    }
+    if (fs::is_directory(options.snapshotPath, error)) {
+        return Failure{"the snapshot's path is a folder: " + options.snapshotPath.string()};
+    }
+    if (::access(folder.c_str(), W_OK) != 0) {
+        return Failure{"the snapshot's folder cannot be written: " + folder.string()};
+    }
+    return std::nullopt;
+}
+
+std::string_view HelpText() {
+    return R"(corvanta-room: opens a window with a room full of moving pictures
+
+  --participant NAME=SOURCE  a participant; SOURCE is test (a moving test picture), a video file or
+                             a URI; may be given several times; without it the room brings its own
+  --headless SECONDS         needs no display: runs that long, then ends
+  --snapshot FILE.png        writes what the window shows when the program ends
+  --size WIDTHxHEIGHT        size of the window (1280x720)
+  --scale FACTOR             size of everything in the window (1)
+  --name NAME                your name in the room
+  --room NAME                the room's name
+  --help, --version
+
+In the window: F11 full screen, Esc back from it, Ctrl+Q ends.
+)";
+}
+
+}  // namespace Corvanta::Host

@@ -1,0 +1,165 @@
+// The desktop program: a window, a room in it, and the loop that ticks the room.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <variant>
+#include <vector>
+
+#include <QApplication>
+#include <QTimer>
+
+#include "engine/Engine.h"
+#include "host/HostWindow.h"
+#include "host/Options.h"
+#include "host/PrivateDisplay.h"
+#include "host/QuitOnSignal.h"
+#include "host/RoomLoop.h"
+#include "host/RoomSession.h"
+#include "host/SdlEnvironment.h"
+#include "host/Snapshot.h"
+
+namespace Corvanta::Host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kExitFailure = 1;
+constexpr int kExitUsage = 2;
+
+int Report(const Failure& failure, int exitCode = kExitFailure) {
+    std::fprintf(stderr, "corvanta-room: %s\n", failure.line.c_str());
+    return exitCode;
+}
+
+fs::path ConfigurationFolder() {
+    const char* const chosen = std::getenv("XDG_CONFIG_HOME");
+    if (chosen != nullptr && fs::path(chosen).is_absolute()) {
+        return fs::path(chosen) / "corvanta";
+    }
+    const char* const home = std::getenv("HOME");
+    return fs::path((home != nullptr) ? home : "/") / ".config" / "corvanta";
+}
+
+Engine::EngineOptions EngineOptionsFrom(const Options& options) {
+    Engine::EngineOptions engine;
+    for (const ParticipantOption& participant : options.participants) {
+        engine.participants.push_back({participant.name, participant.source});
+    }
+    engine.configurationFolder = ConfigurationFolder();
+    return engine;
+}
+
+// The display to show the window on: null for the desktop's. A headless run always takes a private one, so
+// that it looks the same everywhere.
+std::variant<std::unique_ptr<PrivateDisplay>, Failure> ChooseDisplay(const Options& options) {
+    const bool none = qEnvironmentVariableIsEmpty("DISPLAY");
+    if (!options.headlessFor && !none) {
+        if (!DisplayAnswers()) {
+            return Failure{"the display '" + qgetenv("DISPLAY").toStdString() + "' does not answer"};
+        }
+        return std::unique_ptr<PrivateDisplay>();
+    }
+    const int width = MetricsOf(options.size.width, options.size.height, options.scale).physicalWidth;
+    const int height = MetricsOf(options.size.width, options.size.height, options.scale).physicalHeight;
+    auto display = PrivateDisplay::Start(width, height);
+    if (const auto* const started = std::get_if<std::unique_ptr<PrivateDisplay>>(&display)) {
+        qputenv("DISPLAY", (*started)->Name().c_str());
+        if (!options.headlessFor) {
+            std::fprintf(stderr, "corvanta-room: no display, so the window is on a private one, %s\n",
+                         (*started)->Name().c_str());
+        }
+    }
+    return display;
+}
+
+// Icons and fonts are found relative to the working directory, and they lie beside the program.
+std::optional<Failure> MoveToOwnFolder() {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    if (!error) {
+        fs::current_path(program.parent_path(), error);
+    }
+    if (error) {
+        return Failure{"the program's own folder cannot be entered: " + error.message()};
+    }
+    return std::nullopt;
+}
+
+int ShowRoom(const Options& options) {
+    HostWindow window(QString::fromStdString(options.roomName + " - Corvanta"), options.size.width,
+                      options.size.height);
+    window.show();
+
+    auto entered = RoomSession::Enter(window, options.roomName);
+    if (const auto* const failure = std::get_if<Failure>(&entered)) {
+        return Report(*failure);
+    }
+    const auto session = std::get<std::unique_ptr<RoomSession>>(std::move(entered));
+    const auto loop = std::make_unique<RoomLoop>(*session, window);
+    if (options.headlessFor) {
+        QTimer::singleShot(*options.headlessFor, Qt::PreciseTimer, [] { QCoreApplication::exit(0); });
+    }
+    const int result = QCoreApplication::exec();
+    if (options.snapshotPath.empty()) {
+        return result;
+    }
+    if (const std::optional<Failure> failure = WriteSnapshot(window, options.snapshotPath)) {
+        return Report(*failure);
+    }
+    return result;
+}
+
+int Run(int argc, char** argv) {
+    const std::vector<std::string_view> arguments(argv + 1, argv + argc);
+    auto parsed = ParseOptions(arguments);
+    if (const auto* const failure = std::get_if<Failure>(&parsed)) {
+        return Report(*failure, kExitUsage);
+    }
+    Options options = std::get<Options>(std::move(parsed));
+    if (options.action == Options::Action::ShowHelp) {
+        std::fputs(std::string(HelpText()).c_str(), stdout);
+        return 0;
+    }
+    if (options.action == Options::Action::ShowVersion) {
+        std::puts("corvanta-room " CORVANTA_VERSION);
+        return 0;
+    }
+    if (const std::optional<Failure> failure = ResolvePaths(options, fs::current_path())) {
+        return Report(*failure);
+    }
+    if (const std::optional<Failure> failure = MoveToOwnFolder()) {
+        return Report(*failure);
+    }
+
+    QuitOnSignal quitOnSignal;
+    auto display = ChooseDisplay(options);
+    if (const auto* const failure = std::get_if<Failure>(&display)) {
+        return Report(*failure);
+    }
+    const bool isPrivate = std::get<std::unique_ptr<PrivateDisplay>>(display) != nullptr;
+
+    if (const std::optional<std::string> error = Engine::Configure(EngineOptionsFrom(options))) {
+        return Report({*error});
+    }
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    if (options.scale != 1.0) {
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
+    }
+    QApplication application(argc, argv);
+    quitOnSignal.Watch();
+    PrepareSdlEnvironment(isPrivate ? DisplayKind::Private : DisplayKind::OfTheDesktop);
+    return ShowRoom(options);
+}
+
+}  // namespace
+}  // namespace Corvanta::Host
+
+int main(int argc, char** argv) {
+    return Corvanta::Host::Run(argc, argv);
+}

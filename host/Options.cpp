@@ -18,7 +18,8 @@ constexpr int kMaxSide = 8192;
 constexpr double kMinScale = 0.5;
 constexpr double kMaxScale = 4.0;
 constexpr double kMaxSeconds = 86400.0;
-constexpr std::string_view kTestSource = "test";
+// Sources that the engine makes itself. A file of such a name is reached as ./test.
+constexpr std::array<std::string_view, 2> kGeneratedSources{"test", "clip"};
 
 std::string Quoted(std::string_view text) {
     std::string quoted(1, '\'');
@@ -96,14 +97,6 @@ std::optional<Failure> ReadScale(Options& options, std::string_view value) {
     return std::nullopt;
 }
 
-std::optional<Failure> ReadUserName(Options& options, std::string_view value) {
-    if (value.empty()) {
-        return Failure{"--name wants a name"};
-    }
-    options.userName = value;
-    return std::nullopt;
-}
-
 std::optional<Failure> ReadRoomName(Options& options, std::string_view value) {
     if (value.empty()) {
         return Failure{"--room wants a name"};
@@ -123,7 +116,6 @@ constexpr std::array kValueOptions{
     ValueOption{"--snapshot", ReadSnapshot},
     ValueOption{"--size", ReadSize},
     ValueOption{"--scale", ReadScale},
-    ValueOption{"--name", ReadUserName},
     ValueOption{"--room", ReadRoomName},
 };
 
@@ -140,7 +132,7 @@ bool IsUri(std::string_view source) {
 }
 
 std::optional<Failure> ResolveSource(std::string& source, const fs::path& baseFolder) {
-    if (source == kTestSource || IsUri(source)) {
+    if (std::ranges::count(kGeneratedSources, source) > 0 || IsUri(source)) {
         return std::nullopt;
     }
     const fs::path path = (baseFolder / source).lexically_normal();
@@ -221,13 +213,13 @@ std::optional<Failure> ResolvePaths(Options& options, const fs::path& baseFolder
 std::string_view HelpText() {
     return R"(corvanta-room: opens a window with a room full of moving pictures
 
-  --participant NAME=SOURCE  a participant; SOURCE is test (a moving test picture), a video file or
-                             a URI; may be given several times; without it the room brings its own
+  --participant NAME=SOURCE  a participant; SOURCE is test (a moving test picture), clip (a generated
+                             person), a video file or a URI; may be given several times; without
+                             it four participants play generated clips
   --headless SECONDS         needs no display: runs that long, then ends
   --snapshot FILE.png        writes what the window shows when the program ends
   --size WIDTHxHEIGHT        size of the window (1280x720)
   --scale FACTOR             size of everything in the window (1)
-  --name NAME                your name in the room
   --room NAME                the room's name
   --help, --version
 

@@ -17,7 +17,7 @@ namespace Corvanta::Host {
 
 struct ParticipantOption {
     std::string name;
-    std::string source;  // "test", a file path or a URI
+    std::string source;  // "test", "clip", a file path or a URI
 };
 
 // The window's size in the desktop's own units; a scaled display has more pixels than this.
@@ -35,7 +35,6 @@ struct Options {
     std::filesystem::path snapshotPath;  // empty: none is taken
     WindowSize size;
     double scale = 1.0;
-    std::string userName = "Me";
     std::string roomName = "Room";
 };
 
@@ -45,7 +44,7 @@ struct Options {
 
 // Makes file sources and the snapshot's path absolute against `baseFolder`, the folder that the person is in,
 // because the program moves to its own folder afterwards. A file that is not there, or cannot be read, and a
-// snapshot folder that does not exist are failures. Sources that are URIs or "test" stay as they are.
+// snapshot folder that does not exist are failures. Sources that are generated or URIs stay as they are.
 [[nodiscard]] std::optional<Failure> ResolvePaths(Options& options, const std::filesystem::path& baseFolder);
 
 // The text of --help, lines of at most 100 columns.

@@ -8,6 +8,7 @@ namespace {
 constexpr double kFallbackRate = 60.0;
 constexpr double kLowestRate = 20.0;
 constexpr double kHighestRate = 480.0;
+constexpr std::chrono::milliseconds kTimerGrain{1};
 
 }  // namespace
 
@@ -18,8 +19,10 @@ std::chrono::nanoseconds TickSchedule::PeriodOf(double refreshRate) {
 
 std::chrono::milliseconds TickSchedule::NextDelay(Clock::time_point now, std::chrono::nanoseconds period) {
     due_ += period;
-    if (due_ < now || due_ > now + period) {
-        due_ = now + (due_ < now ? std::chrono::nanoseconds::zero() : period);
+    if (due_ < now) {
+        due_ = now;
+    } else if (due_ > now + period + kTimerGrain) {
+        due_ = now + period;
     }
     return std::chrono::round<std::chrono::milliseconds>(due_ - now);
 }

@@ -1,7 +1,6 @@
 // The desktop program: a window, a room in it, and the loop that ticks the room.
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -12,9 +11,9 @@
 #include <vector>
 
 #include <QApplication>
-#include <QTimer>
 
 #include "engine/Engine.h"
+#include "host/HeadlessEnd.h"
 #include "host/HostWindow.h"
 #include "host/Options.h"
 #include "host/PrivateDisplay.h"
@@ -37,21 +36,13 @@ int Report(const Failure& failure, int exitCode = kExitFailure) {
     return exitCode;
 }
 
-fs::path ConfigurationFolder() {
-    const char* const chosen = std::getenv("XDG_CONFIG_HOME");
-    if (chosen != nullptr && fs::path(chosen).is_absolute()) {
-        return fs::path(chosen) / "corvanta";
-    }
-    const char* const home = std::getenv("HOME");
-    return fs::path((home != nullptr) ? home : "/") / ".config" / "corvanta";
-}
-
 Engine::EngineOptions EngineOptionsFrom(const Options& options) {
     Engine::EngineOptions engine;
     for (const ParticipantOption& participant : options.participants) {
         engine.participants.push_back({participant.name, participant.source});
     }
-    engine.configurationFolder = ConfigurationFolder();
+    // What nobody watches, nobody listens to either.
+    engine.soundOutput = options.headlessFor ? Engine::SoundOutput::Silent : Engine::SoundOutput::Device;
     return engine;
 }
 
@@ -102,8 +93,9 @@ int ShowRoom(const Options& options) {
     }
     const auto session = std::get<std::unique_ptr<RoomSession>>(std::move(entered));
     const auto loop = std::make_unique<RoomLoop>(*session, window);
+    std::optional<HeadlessEnd> end;
     if (options.headlessFor) {
-        QTimer::singleShot(*options.headlessFor, Qt::PreciseTimer, [] { QCoreApplication::exit(0); });
+        end.emplace(*options.headlessFor);
     }
     const int result = QCoreApplication::exec();
     if (options.snapshotPath.empty()) {
@@ -154,7 +146,9 @@ int Run(int argc, char** argv) {
     QApplication application(argc, argv);
     quitOnSignal.Watch();
     PrepareSdlEnvironment(isPrivate ? DisplayKind::Private : DisplayKind::OfTheDesktop);
-    return ShowRoom(options);
+    const int result = ShowRoom(options);
+    Engine::Shutdown();
+    return result;
 }
 
 }  // namespace

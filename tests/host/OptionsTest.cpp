@@ -1,0 +1,197 @@
+#include "host/Options.h"
+
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace Corvanta::Host {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::variant<Options, Failure> Parse(std::initializer_list<std::string_view> arguments) {
+    return ParseOptions(std::vector<std::string_view>(arguments));
+}
+
+Options Parsed(std::initializer_list<std::string_view> arguments) {
+    const auto parsed = Parse(arguments);
+    if (const auto* const failure = std::get_if<Failure>(&parsed)) {
+        ADD_FAILURE() << failure->line;
+        return {};
+    }
+    return std::get<Options>(parsed);
+}
+
+std::string FailureOf(std::initializer_list<std::string_view> arguments) {
+    const auto parsed = Parse(arguments);
+    const auto* const failure = std::get_if<Failure>(&parsed);
+    return (failure != nullptr) ? failure->line : "";
+}
+
+// A folder of its own that goes with the test.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string name = (fs::temp_directory_path() / "corvanta-options-XXXXXX").string();
+        path_ = ::mkdtemp(name.data());
+    }
+    ~TemporaryFolder() { fs::remove_all(path_); }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const fs::path& Path() const { return path_; }
+
+private:
+    fs::path path_;
+};
+
+TEST(Options, AskForAnOrdinaryWindowWithoutArguments) {
+    const Options options = Parsed({});
+    EXPECT_EQ(options.action, Options::Action::Run);
+    EXPECT_TRUE(options.participants.empty());
+    EXPECT_FALSE(options.headlessFor);
+    EXPECT_TRUE(options.snapshotPath.empty());
+    EXPECT_EQ(options.size.width, 1280);
+    EXPECT_EQ(options.size.height, 720);
+    EXPECT_EQ(options.scale, 1.0);
+}
+
+TEST(Options, KeepParticipantsInTheOrderGiven) {
+    const Options options = Parsed({"--participant", "one=clip.mp4", "--participant", "two=test"});
+    ASSERT_EQ(options.participants.size(), 2U);
+    EXPECT_EQ(options.participants[0].name, "one");
+    EXPECT_EQ(options.participants[0].source, "clip.mp4");
+    EXPECT_EQ(options.participants[1].name, "two");
+    EXPECT_EQ(options.participants[1].source, "test");
+}
+
+TEST(Options, LeaveFurtherEqualsSignsToTheSource) {
+    const Options options = Parsed({"--participant=one=http://host/?a=b"});
+    ASSERT_EQ(options.participants.size(), 1U);
+    EXPECT_EQ(options.participants[0].source, "http://host/?a=b");
+}
+
+TEST(Options, ReadValuesBehindAnEqualsSignToo) {
+    const Options options =
+        Parsed({"--size=640x360", "--scale=1.5", "--headless=2.5", "--snapshot=out.png", "--room=Review"});
+    EXPECT_EQ(options.size.width, 640);
+    EXPECT_EQ(options.size.height, 360);
+    EXPECT_EQ(options.scale, 1.5);
+    EXPECT_EQ(options.headlessFor, std::chrono::milliseconds(2500));
+    EXPECT_EQ(options.snapshotPath, "out.png");
+    EXPECT_EQ(options.roomName, "Review");
+}
+
+TEST(Options, NeverRoundARunDownToNothing) {
+    EXPECT_EQ(Parsed({"--headless", "0.0001"}).headlessFor, std::chrono::milliseconds(1));
+}
+
+TEST(Options, ShowHelpWhateverElseIsAsked) {
+    EXPECT_EQ(Parsed({"--size", "640x360", "--help"}).action, Options::Action::ShowHelp);
+    EXPECT_EQ(Parsed({"-h"}).action, Options::Action::ShowHelp);
+    EXPECT_EQ(Parsed({"--version"}).action, Options::Action::ShowVersion);
+}
+
+TEST(Options, NameTheArgumentThatNobodyKnows) {
+    EXPECT_NE(FailureOf({"--colour"}).find("'--colour'"), std::string::npos);
+    EXPECT_NE(FailureOf({"clip.mp4"}).find("'clip.mp4'"), std::string::npos);
+    EXPECT_FALSE(FailureOf({"--helpful"}).empty());
+    EXPECT_FALSE(FailureOf({""}).empty());
+}
+
+TEST(Options, RefuseAnOptionWithoutItsValue) {
+    EXPECT_EQ(FailureOf({"--size"}), "--size wants a value");
+    EXPECT_FALSE(FailureOf({"--room", ""}).empty());
+    EXPECT_FALSE(FailureOf({"--room="}).empty());
+}
+
+TEST(Options, RefuseParticipantsWithoutNameOrSource) {
+    for (const std::string_view value : {"one", "=test", "one=", "="}) {
+        EXPECT_FALSE(FailureOf({"--participant", value}).empty()) << value;
+    }
+}
+
+TEST(Options, RefuseTwoParticipantsOfOneName) {
+    EXPECT_EQ(FailureOf({"--participant", "one=test", "--participant", "one=clip"}),
+              "two participants are called 'one'");
+}
+
+TEST(Options, RefuseSecondsThatAreNoTime) {
+    for (const std::string_view value : {"0", "-1", "soon", "3s", "nan", "inf", "1e9", ""}) {
+        EXPECT_FALSE(FailureOf({"--headless", value}).empty()) << value;
+    }
+}
+
+TEST(Options, RefuseSizesThatNoWindowHas) {
+    for (const std::string_view value :
+         {"640", "640x", "x360", "0x0", "640x-360", "640x360x2", "99999x99999", "axb"}) {
+        EXPECT_FALSE(FailureOf({"--size", value}).empty()) << value;
+    }
+}
+
+TEST(Options, RefuseScalesOutOfRange) {
+    for (const std::string_view value : {"0", "-1", "0.4", "4.1", "nan", "big"}) {
+        EXPECT_FALSE(FailureOf({"--scale", value}).empty()) << value;
+    }
+}
+
+TEST(Options, RefuseASnapshotThatIsNoPng) {
+    EXPECT_FALSE(FailureOf({"--snapshot", "out.jpg"}).empty());
+    EXPECT_FALSE(FailureOf({"--snapshot", ""}).empty());
+}
+
+TEST(Options, ListEveryOptionInTheHelp) {
+    for (const std::string_view name : {"--participant", "--headless", "--snapshot", "--size", "--scale",
+                                        "--room", "--help", "--version"}) {
+        EXPECT_NE(HelpText().find(name), std::string_view::npos) << name;
+    }
+}
+
+TEST(ResolvedPaths, StandOnTheFolderThatThePersonIsIn) {
+    const TemporaryFolder folder;
+    std::ofstream(folder.Path() / "clip.mp4") << "x";
+    Options options = Parsed({"--participant", "one=./clip.mp4", "--snapshot", "out.png"});
+    ASSERT_FALSE(ResolvePaths(options, folder.Path()));
+    EXPECT_EQ(options.participants[0].source, folder.Path() / "clip.mp4");
+    EXPECT_EQ(options.snapshotPath, folder.Path() / "out.png");
+}
+
+TEST(ResolvedPaths, LeaveGeneratedSourcesAndUrisAlone) {
+    Options options = Parsed({"--participant", "one=test", "--participant", "two=clip", "--participant",
+                              "three=https://host/clip.mp4"});
+    ASSERT_FALSE(ResolvePaths(options, "/nowhere"));
+    EXPECT_EQ(options.participants[0].source, "test");
+    EXPECT_EQ(options.participants[1].source, "clip");
+    EXPECT_EQ(options.participants[2].source, "https://host/clip.mp4");
+}
+
+TEST(ResolvedPaths, NameTheFileThatIsNotThere) {
+    const TemporaryFolder folder;
+    Options options = Parsed({"--participant", "one=missing.mp4"});
+    const auto failure = ResolvePaths(options, folder.Path());
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->line, "no such file: " + (folder.Path() / "missing.mp4").string());
+}
+
+TEST(ResolvedPaths, RefuseAFolderAsAVideo) {
+    const TemporaryFolder folder;
+    Options options = Parsed({"--participant", "one=."});
+    EXPECT_TRUE(ResolvePaths(options, folder.Path()));
+}
+
+TEST(ResolvedPaths, RefuseASnapshotWhereNoFileCanBe) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder.Path() / "folder.png");
+    Options inMissingFolder = Parsed({"--snapshot", "missing/out.png"});
+    EXPECT_TRUE(ResolvePaths(inMissingFolder, folder.Path()));
+    Options onFolder = Parsed({"--snapshot", "folder.png"});
+    EXPECT_TRUE(ResolvePaths(onFolder, folder.Path()));
+}
+
+}  // namespace
+}  // namespace Corvanta::Host

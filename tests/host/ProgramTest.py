@@ -1,0 +1,159 @@
+"""Runs the desktop program as a person would and looks at what it shows. CORVANTA_ROOM names the program."""
+import os
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+import Png
+
+PROGRAM = os.environ["CORVANTA_ROOM"]
+LIMIT_SECONDS = 60
+
+
+class ProgramTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        self.environment = dict(os.environ, XDG_CONFIG_HOME=self.folder, XDG_RUNTIME_DIR=self.folder)
+
+    def run_program(self, *arguments, **environment):
+        return subprocess.run(
+            [PROGRAM, *arguments],
+            cwd=self.folder,
+            env={**self.environment, **environment},
+            stdin=subprocess.DEVNULL,
+            capture_output=True,
+            text=True,
+            timeout=LIMIT_SECONDS,
+        )
+
+    def snapshot(self, name, seconds, *arguments):
+        done = self.run_program("--headless", str(seconds), "--snapshot", name, *arguments)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return Png.read(os.path.join(self.folder, name))
+
+    def assert_one_line(self, done, code, *words):
+        self.assertEqual(done.returncode, code, done.stderr)
+        self.assertEqual(done.stdout, "")
+        lines = [line for line in done.stderr.splitlines() if line.startswith("corvanta-room: ")]
+        self.assertEqual(len(lines), 1, done.stderr)
+        for word in words:
+            self.assertIn(word, lines[0])
+
+    def clip(self, name):
+        """Two seconds: the left half red, the right half blue."""
+        path = os.path.join(self.folder, name)
+        subprocess.run(
+            ["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "color=red:s=320x360:r=30:d=2", "-f", "lavfi", "-i",
+             "color=blue:s=320x360:r=30:d=2", "-filter_complex", "hstack", "-pix_fmt", "yuv420p", path],
+            check=True,
+            stdin=subprocess.DEVNULL,
+        )
+        return path
+
+
+class Snapshot(ProgramTest):
+    def test_shows_a_picture_of_the_size_asked_for(self):
+        picture = self.snapshot("one.png", 3, "--size", "960x540")
+        self.assertEqual((picture.width, picture.height), (960, 540))
+        self.assertGreater(picture.brightest(), 64)
+        self.assertGreater(picture.colours(), 8)
+
+    def test_shows_pictures_that_move(self):
+        first = self.snapshot("one.png", 2, "--size", "640x360", "--participant", "one=test")
+        second = self.snapshot("two.png", 2.7, "--size", "640x360", "--participant", "one=test")
+        self.assertGreater(first.differing(second), 0.002)
+
+    def test_plays_files_relative_to_the_folder_it_is_called_from(self):
+        self.clip("halves.mp4")
+        picture = self.snapshot("one.png", 2, "--size", "640x360", "--participant", "one=halves.mp4")
+        red, _, blue = picture.pixel(160, 180)
+        self.assertTrue(red > 200 and blue < 60, picture.pixel(160, 180))
+        red, _, blue = picture.pixel(480, 180)
+        self.assertTrue(red < 60 and blue > 200, picture.pixel(480, 180))
+
+    def test_fills_a_display_of_twice_the_pixels(self):
+        self.clip("halves.mp4")
+        picture = self.snapshot(
+            "one.png", 2, "--size", "640x360", "--scale", "2", "--participant", "one=halves.mp4"
+        )
+        self.assertEqual((picture.width, picture.height), (1280, 720))
+        self.assertGreater(picture.pixel(320, 360)[0], 200)
+        self.assertGreater(picture.pixel(960, 360)[2], 200)
+
+    def test_is_taken_when_the_program_is_asked_to_end(self):
+        program = subprocess.Popen(
+            [PROGRAM, "--snapshot", "end.png", "--size", "640x360"],
+            cwd=self.folder,
+            env={name: value for name, value in self.environment.items() if name != "DISPLAY"},
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.PIPE,
+            text=True,
+        )
+        try:
+            time.sleep(6)
+            program.send_signal(signal.SIGINT)
+            _, errors = program.communicate(timeout=LIMIT_SECONDS)
+        finally:
+            program.kill()
+        self.assertEqual(program.returncode, 0, errors)
+        self.assertGreater(Png.read(os.path.join(self.folder, "end.png")).colours(), 8)
+
+
+class BadInput(ProgramTest):
+    def test_names_a_missing_file_in_one_line(self):
+        done = self.run_program("--headless", "1", "--participant", "one=missing.mp4")
+        self.assert_one_line(done, 1, "no such file", "missing.mp4")
+
+    def test_refuses_a_bad_option_in_one_line(self):
+        self.assert_one_line(self.run_program("--colour"), 2, "--colour")
+        self.assert_one_line(self.run_program("--size", "big"), 2, "--size", "big")
+
+    def test_says_when_there_is_neither_display_nor_xvfb(self):
+        done = self.run_program("--headless", "1", PATH=self.folder)
+        self.assert_one_line(done, 1, "Xvfb", "not installed")
+
+    def test_says_when_the_display_does_not_answer(self):
+        self.assert_one_line(self.run_program(DISPLAY=":9999"), 1, ":9999")
+
+    def test_goes_on_when_a_file_holds_no_video(self):
+        with open(os.path.join(self.folder, "text.mp4"), "w", encoding="utf-8") as file:
+            file.write("no video at all\n" * 100)
+        done = self.run_program(
+            "--headless", "2", "--snapshot", "one.png", "--participant", "one=text.mp4", "--participant", "two=test"
+        )
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("text.mp4", done.stderr)
+
+
+class Soak(ProgramTest):
+    def resident_kilobytes(self, process):
+        with open(f"/proc/{process}/status", encoding="ascii") as status:
+            return next(int(line.split()[1]) for line in status if line.startswith("VmRSS:"))
+
+    def test_keeps_its_memory(self):
+        program = subprocess.Popen(
+            [PROGRAM, "--headless", "75"],
+            cwd=self.folder,
+            env=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        try:
+            time.sleep(20)
+            early = self.resident_kilobytes(program.pid)
+            time.sleep(45)
+            late = self.resident_kilobytes(program.pid)
+            self.assertEqual(program.wait(timeout=LIMIT_SECONDS), 0)
+        finally:
+            program.kill()
+        self.assertLess(late - early, 24 * 1024, f"{early} kB after 20 s, {late} kB after 65 s")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,47 @@
+"""The sum that the test command prints is made of what ctest wrote, and nothing that did not run passes."""
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+TOOL = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools", "count_tests")
+
+
+class CountTests(unittest.TestCase):
+    def count(self, text):
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "results.xml")
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(text)
+            return subprocess.run([sys.executable, TOOL, path], capture_output=True, text=True)
+
+    def test_each_test_is_counted_once(self):
+        done = self.count(
+            '<testsuite><testcase name="a" status="run"/><testcase name="b" status="run"/>'
+            '<testcase name="c" status="fail"><failure message=""/></testcase></testsuite>'
+        )
+        self.assertEqual((done.returncode, done.stdout), (0, "2 1\n"), done.stderr)
+
+    def test_what_skipped_itself_counts_as_neither(self):
+        done = self.count(
+            '<testsuite><testcase name="a" status="notrun"><skipped message="SKIP_RETURN_CODE=77"/></testcase>'
+            '<testcase name="b" status="disabled"/></testsuite>'
+        )
+        self.assertEqual((done.stdout, "skipped: a" in done.stderr), ("0 0\n", True))
+
+    def test_what_could_not_run_has_failed(self):
+        done = self.count(
+            '<testsuite><testcase name="a" status="notrun"><skipped message="Unable to find executable"/></testcase>'
+            "</testsuite>"
+        )
+        self.assertEqual(done.stdout, "0 1\n")
+
+    def test_a_broken_file_is_an_error(self):
+        done = self.count("<testsuite><testcase")
+        self.assertNotEqual(done.returncode, 0)
+        self.assertEqual(done.stdout, "")
+
+
+if __name__ == "__main__":
+    unittest.main()

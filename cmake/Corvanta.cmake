@@ -21,6 +21,6 @@ endif()
 
 # One floor of the library: an object library, so that the shared library and the tests link the same objects.
 function(corvanta_floor name)
-    add_library(corvanta-${name} OBJECT ${ARGN})
-    target_link_libraries(corvanta-${name} PUBLIC corvanta-options)
+    add_library(corvanta-floor-${name} OBJECT ${ARGN})
+    target_link_libraries(corvanta-floor-${name} PUBLIC corvanta-options)
 endfunction()

@@ -1,0 +1,14 @@
+// What the window system must be asked about a host's window before SDL draws on it. Host thread.
+#pragma once
+
+namespace Corvanta::UI {
+
+// Whether the handle names a window that exists. SDL does not refuse a bad one: it would make a window of
+// garbage size, on which some drivers crash. True where the running video driver gives no way to ask.
+[[nodiscard]] bool IsNativeWindow(void* handle);
+
+// Makes drawing on a window that its host has already destroyed a logged failure instead of the end of the
+// process.
+void TolerateLostWindows();
+
+}  // namespace Corvanta::UI

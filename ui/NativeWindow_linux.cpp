@@ -1,0 +1,50 @@
+#include <SDL.h>
+#include <X11/Xlib.h>
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/Logger.h"
+#include "ui/NativeWindow.h"
+
+namespace Corvanta::UI {
+namespace {
+
+bool RunsOnX11() {
+    const char* driver = SDL_GetCurrentVideoDriver();
+    return driver != nullptr && std::string_view(driver) == "x11";
+}
+
+// Xlib's own handler ends the process. The error belongs to a request that has already failed, so going on is
+// safe.
+int LogAndGoOn(Display*, XErrorEvent* event) {
+    LOG(3, "Window system error %d on window %lu", static_cast<int>(event->error_code), event->resourceid);
+    return 0;
+}
+
+int Ignore(Display*, XErrorEvent*) {
+    return 0;
+}
+
+}  // namespace
+
+bool IsNativeWindow(void* handle) {
+    if (!RunsOnX11()) return true;
+    Display* display = XOpenDisplay(nullptr);
+    if (display == nullptr) return true;
+    XErrorHandler previous = XSetErrorHandler(&Ignore);
+    XWindowAttributes attributes;
+    const bool exists =
+        XGetWindowAttributes(display, static_cast<Window>(reinterpret_cast<uintptr_t>(handle)),
+                             &attributes) != 0;
+    XSync(display, False);
+    XSetErrorHandler(previous);
+    XCloseDisplay(display);
+    return exists;
+}
+
+void TolerateLostWindows() {
+    if (RunsOnX11()) XSetErrorHandler(&LogAndGoOn);
+}
+
+}  // namespace Corvanta::UI

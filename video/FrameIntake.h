@@ -1,0 +1,56 @@
+// Where a tile's frames come in. Media threads call OnFrame through the tile's sink; the intake is shared
+// with every sink, so a sink that is called after its tile has gone finds a closed intake and drops the
+// frame. Nothing here waits for the renderer.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "platform/VideoFrameBuffer.h"
+#include "video/BoundedQueue.h"
+
+namespace Corvanta::Video {
+
+class FrameIntake final {
+public:
+    using Frame = std::shared_ptr<VideoFrameBuffer>;
+
+    // A frame of the stream. Serves a pending still request first, whatever else holds; then drops the frame
+    // if the video is off or three frames wait already, else queues it.
+    void OnFrame(const Frame& frame);
+
+    // The next frame is written to the path. Any thread.
+    void RequestStillExport(const std::string& path);
+
+    // Off drops incoming frames. Any thread; a frame may slip through at the moment of a change.
+    void SetVideoEnabled(bool enabled) { videoEnabled_.store(enabled); }
+    [[nodiscard]] bool IsVideoEnabled() const { return videoEnabled_.load(); }
+
+    // The next frame; nothing when none came in time or the intake was woken. The tile's worker only.
+    [[nodiscard]] std::optional<Frame> Take(std::chrono::milliseconds timeout) {
+        return queue_.PopFor(timeout);
+    }
+    void Wake() { queue_.Wake(); }
+
+    // The tile goes: queued frames are released, later ones dropped.
+    void Close();
+
+private:
+    // A smoothing buffer: the oldest frames win.
+    static constexpr std::size_t kQueueCapacity = 3;
+
+    BoundedQueue<Frame, kQueueCapacity> queue_;
+    std::atomic<bool> videoEnabled_{true};
+    std::atomic<bool> exportPending_{false};
+    std::atomic<bool> closed_{false};
+
+    std::mutex exportMutex_;
+    // guards: exportPath_
+    std::string exportPath_ = "videoFrame";
+};
+
+}  // namespace Corvanta::Video

@@ -1,0 +1,196 @@
+#include "video/VideoFrame.h"
+
+#include <chrono>
+
+#include "ui/Clock.h"
+#include "video/StreamSubscription.h"
+
+namespace Corvanta::Video {
+namespace {
+
+// A camera that has sent nothing for this long shows its person's avatar instead of a frozen picture.
+constexpr int64_t kStalePictureMs = 7001;
+constexpr int64_t kNsPerMs = 1'000'000;
+constexpr Uint8 kFullBrightness = 255;
+constexpr Uint8 kDimmed = 128;
+
+}  // namespace
+
+VideoFrame::VideoFrame(SDL_Renderer* renderer, std::string streamId, std::string sessionName,
+                       std::string profileId, TileOrigin origin)
+    : streamId_(std::move(streamId)),
+      sessionName_(std::move(sessionName)),
+      profileId_(std::move(profileId)),
+      origin_(origin),
+      streamType_(Connections_GetStreamType(streamId_)),
+      renderTimeNs_(UI::NowNs()),
+      lastUploadTimeNs_(renderTimeNs_),
+      display_(renderer != nullptr ? UI::HdrSdl::ReadTraits(renderer) : UI::DisplayTraits{}),
+      intake_(std::make_shared<FrameIntake>()),
+      frameSink_(std::make_shared<FrameCallback>(
+          [intake = intake_](const Frame& frame) { intake->OnFrame(frame); })),
+      worker_(*intake_, *this) {}
+
+VideoFrame::~VideoFrame() {
+    Retire();
+}
+
+void VideoFrame::Retire() {
+    worker_.Stop();
+}
+
+void VideoFrame::Render(SDL_Renderer* renderer, SDL_Point /*position*/) {
+    const std::scoped_lock lock(tileMutex_);
+    if (!renderable) return;
+    picture_.KeepTexture(renderer);
+    if (picture_.GetTexture() != nullptr) DrawPicture(renderer);
+    ReadDisplay(renderer);
+    SDL_SetRenderDrawColor(renderer, 0, 0, 0, 255);
+}
+
+void VideoFrame::DrawPicture(SDL_Renderer* renderer) {
+    if (picture_.Upload()) lastUploadTimeNs_ = renderTimeNs_;
+    pitch = picture_.GetPitch();
+    const bool dimmed = (hovered || lostConnection) && inGrid && !dragging;
+    const Uint8 brightness = dimmed ? kDimmed : kFullBrightness;
+    SDL_Texture* texture = picture_.GetTexture();
+    SDL_SetTextureColorMod(texture, brightness, brightness, brightness);
+    SDL_RenderCopy(renderer, texture, &sourceRect, &rect);
+    SDL_SetTextureColorMod(texture, kFullBrightness, kFullBrightness, kFullBrightness);
+    if (inGrid) DropStalePicture();
+}
+
+void VideoFrame::DropStalePicture() {
+    const bool stale = (renderTimeNs_ - lastUploadTimeNs_) / kNsPerMs >= kStalePictureMs;
+    if (streamType_ == StreamType::Camera && stale) picture_.Drop();
+}
+
+void VideoFrame::ReadDisplay(SDL_Renderer* renderer) {
+    display_ = UI::HdrSdl::ReadTraits(renderer);
+    if (owner != nullptr) {
+        float scaleX = 1.0F;
+        float scaleY = 1.0F;
+        SDL_RenderGetScale(renderer, &scaleX, &scaleY);
+        mainVideoRect_ = owner->GetMainVideoRect();
+        mainVideoRect_.w = static_cast<int>(static_cast<float>(mainVideoRect_.w) * scaleX);
+        mainVideoRect_.h = static_cast<int>(static_cast<float>(mainVideoRect_.h) * scaleY);
+    }
+    if (!prepareAgain_ && NeedsOtherForm()) {
+        prepareAgain_ = true;
+        intake_->Wake();
+    }
+}
+
+bool VideoFrame::NeedsOtherForm() const {
+    const Frame& frame = picture_.GetFrame();
+    if (frame == nullptr || frame == preparingAgain_) return false;
+    const auto layout = PlaneLayoutOf(*frame);
+    if (!layout.has_value() || frame->GetWidth() <= 0 || frame->GetHeight() <= 0) return false;
+    return UI::HdrSdl::ShowsPlanes(display_, *layout) == picture_.IsPacked();
+}
+
+UI::DisplayTraits VideoFrame::OnFrameTaken(const Frame& frame) {
+    static const VideoSourceData kNothingKnown;
+    const std::scoped_lock lock(tileMutex_);
+    if (frameObserver_ != nullptr) {
+        frameObserver_->OnFrame(frame, display_.colorSpace, display_.pixelFormat, mainVideoRect_, 0,
+                                sourceData_.has_value() ? *sourceData_ : kNothingKnown);
+    }
+    return display_;
+}
+
+std::optional<std::pair<Frame, UI::DisplayTraits>> VideoFrame::TakeFrameToPrepareAgain() {
+    const std::scoped_lock lock(tileMutex_);
+    if (!std::exchange(prepareAgain_, false) || picture_.GetFrame() == nullptr) return std::nullopt;
+    preparingAgain_ = picture_.GetFrame();
+    return std::pair{preparingAgain_, display_};
+}
+
+std::optional<UI::DisplayTraits> VideoFrame::Install(PreparedFrame& prepared,
+                                                     const UI::DisplayTraits& display) {
+    const std::scoped_lock lock(tileMutex_);
+    if (display != display_) return display_;
+    pictureSize_.store({prepared.frame->GetWidth(), prepared.frame->GetHeight()});
+    picture_.Install(prepared);
+    preparingAgain_.reset();
+    if (std::exchange(blankWhenPrepared_, false)) picture_.Blank();
+    return std::nullopt;
+}
+
+bool VideoFrame::HasNoFrameSize() const {
+    const PictureSize size = GetPictureSize();
+    return size.width == 0 || size.height == 0;
+}
+
+ColorSpace VideoFrame::GetColorSpace() const {
+    const std::scoped_lock lock(tileMutex_);
+    return picture_.GetColorSpace();
+}
+
+bool VideoFrame::HasTexture() const {
+    const std::scoped_lock lock(tileMutex_);
+    return picture_.GetTexture() != nullptr;
+}
+
+const std::string& VideoFrame::GetDisplayName() {
+    if (displayNameOverride_.empty()) displayNameOverride_ = Connections_GetPublisherDisplayName(streamId_);
+    return displayNameOverride_;
+}
+
+void VideoFrame::SetVideoEnabled(bool enabled) {
+    intake_->SetVideoEnabled(enabled);
+    if (!enabled) BlankFrame();
+}
+
+void VideoFrame::SetVideoEnabledWanted(bool enabled) {
+    SetVideoEnabled(enabled);
+    videoEnabledWanted_.store(enabled);
+}
+
+void VideoFrame::BlankFrame() {
+    const std::scoped_lock lock(tileMutex_);
+    if (picture_.GetFrame() != nullptr && picture_.GetFrame() == preparingAgain_) {
+        // The worker is reading this very frame; it is blackened when the worker has let go of it.
+        blankWhenPrepared_ = true;
+        return;
+    }
+    picture_.Blank();
+}
+
+void VideoFrame::Activate() {
+    if (active_.load()) return;
+    SetVideoEnabled(videoEnabledWanted_.load());
+    active_.store(true);
+    ConfigureStream(streamId_, true, true, true);
+}
+
+void VideoFrame::Deactivate() {
+    if (!active_.load()) return;
+    videoEnabledWanted_.store(IsVideoEnabled());
+    SetVideoEnabled(false);
+    active_.store(false);
+    ConfigureStream(streamId_, false, true, true);
+}
+
+void VideoFrame::ReleaseGraphics() {
+    const std::scoped_lock lock(tileMutex_);
+    picture_.ReleaseTexture();
+    intake_->SetVideoEnabled(false);
+}
+
+void VideoFrame::SetFrameObserver(std::unique_ptr<FrameObserver> observer) {
+    const std::scoped_lock lock(tileMutex_);
+    frameObserver_.swap(observer);
+}
+
+void VideoFrame::SetSourceData(const VideoSourceData& data) {
+    const std::scoped_lock lock(tileMutex_);
+    sourceData_ = data;
+}
+
+std::optional<VideoSourceData> VideoFrame::GetSourceData() const {
+    const std::scoped_lock lock(tileMutex_);
+    return sourceData_;
+}
+
+}  // namespace Corvanta::Video

@@ -1,0 +1,25 @@
+#include "room/MainVideoRect.h"
+
+namespace Corvanta::Room {
+
+SDL_Rect LetterboxedMainVideo(const MainVideoSpace& space, float aspect) {
+    SDL_Rect rect{0, space.stripHeight, 0, space.viewHeight - space.reservedBelow - space.stripHeight};
+    rect.w = static_cast<int>(static_cast<float>(rect.h) * aspect);
+    if (space.viewWidth <= rect.w) {
+        const int height = static_cast<int>(static_cast<float>(space.viewWidth) / aspect);
+        rect.w = space.viewWidth;
+        rect.y = static_cast<int>((rect.h - height) * 0.5 + rect.y);
+        rect.h = height;
+    } else {
+        rect.x = static_cast<int>((space.viewWidth - rect.w) * 0.5);
+    }
+    return rect;
+}
+
+SDL_Rect UnscaledMainVideo(const MainVideoSpace& space, Video::PictureSize picture, float pixelsPerUnit) {
+    const int width = static_cast<int>(static_cast<float>(picture.width) / pixelsPerUnit);
+    const int height = static_cast<int>(static_cast<float>(picture.height) / pixelsPerUnit);
+    return {(space.viewWidth - width) / 2, (space.viewHeight - height) / 2, width, height};
+}
+
+}  // namespace Corvanta::Room

@@ -1,0 +1,190 @@
+#include "room/VideoRoomView.h"
+
+#include <cstdlib>
+
+#include "platform/Configuration.h"
+#include "platform/MediaManager.h"
+#include "platform/WebRTC.h"
+#include "room/MainVideoRect.h"
+#include "ui/RoomActive.h"
+#include "ui/TextureCache.h"
+
+namespace Corvanta::Room {
+namespace {
+
+constexpr const char* kNoScalingKey = "DebugDisableVideoRenderScaling";
+constexpr int kOverlayLayer = 0;
+constexpr int kTileLayer = 1;
+
+}  // namespace
+
+VideoRoomView::VideoRoomView(int id, const HostCallbacks& callbacks)
+    : AbstractView(id), hostCallbacks_(callbacks), thumbnails_(std::make_shared<Video::VideoThumbnails>()) {
+    roomActive.store(true);
+}
+
+VideoRoomView::~VideoRoomView() {
+    Abandon();
+    DeleteAllTiles();
+}
+
+void VideoRoomView::Configure(const RoomIdentity& identity) {
+    identity_ = identity;
+}
+
+void VideoRoomView::Tick() {
+    if (!roomActive.load()) return;
+    const std::unique_lock remote(remoteLock_, std::try_to_lock);
+    if (!remote.owns_lock()) return;
+    const std::scoped_lock local(localLock_);
+    if (!roomActive.load() || !MayDraw()) return;
+    ProcessInput();
+    if (MayDraw()) Render();
+}
+
+void VideoRoomView::ProcessInput() {
+    SDL_Event event;
+    while (!closing_.load() && SDL_PollEvent(&event) != 0) {
+        if (static_cast<int>(event.window.windowID) == GetSdlWindowId() ||
+            event.type == kRenderColorSpaceChangedEvent) {
+            HandleViewEvent(event);
+        }
+    }
+    if (closing_.load()) return;
+    if (hostCallbacks_.SetCursor != nullptr) hostCallbacks_.SetCursor(GetCursor());
+}
+
+void VideoRoomView::HandleViewEvent(const SDL_Event& event) {
+    if (event.type != SDL_MOUSEMOTION) return;
+    // (-1, -1) says that the pointer left the window.
+    if (event.motion.x == -1 && event.motion.y == -1) return;
+    lastPointer_ = {event.motion.x, event.motion.y};
+}
+
+void VideoRoomView::SetCursor(int cursor, int layer) {
+    if (layer == kOverlayLayer) overlayCursor_ = cursor;
+    if (layer == kTileLayer) tileCursor_ = cursor;
+}
+
+int VideoRoomView::GetCursor() const {
+    return overlayCursor_ != 0 ? overlayCursor_ : tileCursor_;
+}
+
+void VideoRoomView::Render() {
+    SDL_Renderer* renderer = GetRenderer();
+    if (renderer == nullptr) return;
+    BuryDepartedTiles();
+    SDL_RenderClear(renderer);
+    const Video::VideoFrame* previousMain = mainTile_;
+    if (localCameraTile_ != nullptr) localCameraTile_->muted = !microphone_.IsMicEnabled();
+    ChooseMainTile();
+    if (mainTile_ != nullptr) RenderMainTile(*mainTile_);
+    for (const auto& [id, tile] : remoteTiles_) {
+        if (tile.get() != mainTile_) tile->Deactivate();
+    }
+    if (mainTile_ != previousMain) OnMainVideoChanged();
+    static const std::string kNoStream;
+    adaptation_.SetMainStream(mainTile_ != nullptr ? mainTile_->GetStreamId() : kNoStream);
+    SDL_RenderPresent(renderer);
+}
+
+void VideoRoomView::ChooseMainTile() {
+    Video::VideoFrame* speaker = activeSpeakerId_.empty() ? nullptr : FindRemoteTile(activeSpeakerId_);
+    mainTile_ = speaker != nullptr ? speaker : localCameraTile_;
+    if (spotlightTile_ != nullptr) mainTile_ = spotlightTile_;
+}
+
+void VideoRoomView::RenderMainTile(Video::VideoFrame& tile) {
+    hdrMetadata_.Apply(GetRenderer(), tile.GetColorSpace());
+    tile.inGrid = false;
+    tile.onMainVideo = false;
+    tile.rect = GetMainVideoRect();
+    const Video::PictureSize picture = tile.GetPictureSize();
+    tile.sourceRect = {0, 0, picture.width, picture.height};
+    tile.Render(GetRenderer(), {tile.rect.x, tile.rect.y});
+    tile.Activate();
+}
+
+void VideoRoomView::OnMainVideoChanged() {
+    if (hostCallbacks_.OnMainVideoChanged != nullptr) hostCallbacks_.OnMainVideoChanged();
+}
+
+void VideoRoomView::OnResized(int /*width*/, int /*height*/) {
+    // The picture follows the host's resize at once, not at the next tick.
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    if (MayDraw()) Render();
+}
+
+SDL_Rect VideoRoomView::GetMainVideoRect() const {
+    const MainVideoSpace space{.viewWidth = GetWidth(), .viewHeight = GetHeight()};
+    if (noRenderScaling_ && mainTile_ != nullptr) {
+        float scale = 1.0F;
+        SDL_RenderGetScale(GetRenderer(), &scale, nullptr);
+        return UnscaledMainVideo(space, mainTile_->GetPictureSize(), scale);
+    }
+    return LetterboxedMainVideo(space,
+                                mainTile_ != nullptr ? mainTile_->GetAspectRatio() : Video::kThumbnailAspect);
+}
+
+void VideoRoomView::ReadRenderScalingSetting() {
+    bool value = false;
+    noRenderScaling_ = Configuration_GetPropertyBoolean(kNoScalingKey, &value) && value;
+}
+
+void VideoRoomView::Shutdown() {
+    adaptation_.Stop();
+    {
+        const std::scoped_lock remote(remoteLock_);
+        const std::scoped_lock local(localLock_);
+        closing_.store(true);
+        roomActive.store(false);
+        ReleaseTileGraphics();
+        DeleteAllTiles();
+    }
+    // With no lock held: a listener of the configuration may call back.
+    Configuration_SetPropertyString("room.Id", "");
+    Configuration_SetPropertyString("room.Hash", "");
+    CleanupWindow();
+}
+
+void VideoRoomView::Abandon() {
+    if (!closing_.load()) adaptation_.Stop();
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    closing_.store(true);
+    ReleaseTileGraphics();
+    CleanupWindow();
+}
+
+void VideoRoomView::ReleaseTileGraphics() {
+    for (const auto& [id, tile] : remoteTiles_) tile->ReleaseGraphics();
+    for (const auto& [id, tile] : localTiles_) tile->ReleaseGraphics();
+    BuryDepartedTiles();
+    if (GetRenderer() != nullptr) UI::ReleaseRendererTextures(GetRenderer());
+}
+
+void VideoRoomView::DeleteAllTiles() {
+    mainTile_ = nullptr;
+    spotlightTile_ = nullptr;
+    localCameraTile_ = nullptr;
+    for (const TileMap* tiles : {&remoteTiles_, &localTiles_}) {
+        for (const auto& [id, tile] : *tiles) thumbnails_->RemoveTile(tile.get());
+    }
+    localTileOrder_.clear();
+    localStreamAliases_.clear();
+    localNativeSources_.clear();
+    remoteTiles_.clear();
+    localTiles_.clear();
+}
+
+void VideoRoomView::BuryDepartedTiles() {
+    std::vector<std::unique_ptr<Video::VideoFrame>> departed;
+    {
+        const std::scoped_lock lock(departedMutex_);
+        departed.swap(departedTiles_);
+    }
+    for (const auto& tile : departed) tile->ReleaseGraphics();
+}
+
+}  // namespace Corvanta::Room

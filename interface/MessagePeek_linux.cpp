@@ -1,0 +1,9 @@
+#include "interface/MessagePeek.h"
+
+namespace Corvanta::Interface {
+
+int PeekThreadMessages() {
+    return 0;
+}
+
+}  // namespace Corvanta::Interface

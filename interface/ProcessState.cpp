@@ -1,0 +1,56 @@
+#include "interface/ProcessState.h"
+
+#include <mutex>
+#include <utility>
+
+#include "ui/RoomActive.h"
+
+namespace Corvanta::Interface {
+namespace {
+
+std::mutex gCurrentViewMutex;
+// guards: gCurrentView
+std::shared_ptr<Room::VideoRoomView> gCurrentView;
+
+constexpr int kRoomWindow = 0;
+constexpr int kLastExtraWindow = 2;
+
+}  // namespace
+
+RoomSetting gRoomSetting;
+std::atomic<int> gConnectionIndex{0};
+std::atomic<bool> gLastMicEnabled{false};
+std::atomic<bool> gLastVideoEnabled{false};
+HostFunction<int> gRecordingStatusCallback;
+HostFunction<bool> gNativeStreamStatusCallback;
+std::vector<UI::AbstractView*> gExtraViews;
+
+std::shared_ptr<Room::VideoRoomView> CurrentView() {
+    const std::scoped_lock lock(gCurrentViewMutex);
+    return gCurrentView;
+}
+
+std::shared_ptr<Room::VideoRoomView> ReplaceCurrentView(std::shared_ptr<Room::VideoRoomView> view) {
+    const std::scoped_lock lock(gCurrentViewMutex);
+    gCurrentView.swap(view);
+    return view;
+}
+
+std::shared_ptr<Recording::RecordingsView> GetRecordingsView() {
+    return std::dynamic_pointer_cast<Recording::RecordingsView>(CurrentView());
+}
+
+UI::AbstractView* GetViewAt(int index, std::shared_ptr<Room::VideoRoomView>& keepAlive) {
+    if (index == kLastExtraWindow) return gExtraViews.empty() ? nullptr : gExtraViews.back();
+    if (index != kRoomWindow || !roomActive.load()) return nullptr;
+    keepAlive = CurrentView();
+    return keepAlive.get();
+}
+
+int GetViewWindowId(int index) {
+    std::shared_ptr<Room::VideoRoomView> keepAlive;
+    const UI::AbstractView* view = GetViewAt(index, keepAlive);
+    return view == nullptr ? -1 : view->GetSdlWindowId();
+}
+
+}  // namespace Corvanta::Interface

@@ -1,0 +1,180 @@
+/* The C face of the library: everything that a host may call. All names are undecorated; the mixed prefixes
+   and spellings are part of the interface that hosts bind to.
+
+   Unless a function says otherwise, call it on the thread that called SDLinterface_GlobalInit. Failures are
+   results: -1 for an integer, false or null for a query; with no current view a command does nothing. Nothing
+   is drawn and no input is looked at except inside a tick. Functions whose types need C++ are declared for
+   C++ only. */
+#pragma once
+
+#include "platform/HostCallbacks.h"
+#include "platform/RecordingHostFunctions.h"
+
+#ifdef __cplusplus
+#include <string>
+#include <vector>
+
+#include "platform/Connections.h"
+#include "platform/MediaManager.h"
+#include "platform/VideoFrameBuffer.h"
+extern "C" {
+#else
+#include <stdbool.h>
+#endif
+
+#if defined(_WIN32)
+#define CORVANTA_EXPORT __declspec(dllexport)
+#else
+#define CORVANTA_EXPORT __attribute__((visibility("default")))
+#endif
+
+/* ---- Life of the library ---- */
+
+/* Starts SDL, text and the media libraries and registers the media callbacks. Call once before entering a
+   room; SDLinterface_RecordingViewInit calls it itself. Every step's failure is ignored: a missing video
+   subsystem shows itself as a view that cannot make its window. */
+CORVANTA_EXPORT void SDLinterface_GlobalInit(void);
+
+/* Takes the network and media layers down, then the view, then SDL. Asked for from inside a tick (a host
+   callback), it runs when the tick has let go of the view. An int thrown by a sibling library ends the
+   remaining steps and is logged. SDLinterface_GlobalInit may start a new life afterwards. */
+CORVANTA_EXPORT void SDLinterface_GlobalQuit(void);
+
+/* The same as SDLinterface_GlobalQuit. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomQuit(void);
+
+/* ---- Room and recording entry ---- */
+
+/* The window that the next EnterRoom draws on: a native handle (X11 window id or HWND, cast to a pointer) and
+   its size in logical pixels. The host keeps owning the window and must keep it until the room has ended. */
+CORVANTA_EXPORT void SDLinterface_SetRoomWindow(void* nativeHandle, int width, int height);
+
+/* The host's functions for the next EnterRoom; copied, so the record may go. Null stands for no functions. */
+CORVANTA_EXPORT void SDLinterface_SetHostCallbacks(const HostCallbacks* callbacks);
+
+/* Connects and makes the room's view on the window of SDLinterface_SetRoomWindow. The opaque arguments and
+   flagD go to the connection as they are, flagB and flagC to the view. Texts are UTF-8 and copied; null
+   counts as empty. Returns the connection index, -1 on failure: then there is no room, unless the connection
+   itself failed, which leaves an earlier room as it was. */
+CORVANTA_EXPORT int EnterRoom(void* connectionArg0, void* connectionArg1, const char* sessionName,
+                              const char* roomName, bool flagB, bool isHost, bool flagC, void* connectionArg7,
+                              bool flagD);
+
+/* Starts the library and makes a view for playing a recording. functions is copied; null stands for none.
+   Returns the view's initialisation: 1 on success, -1 on failure (the view is current all the same). */
+CORVANTA_EXPORT int SDLinterface_RecordingViewInit(void* nativeHandle, int width, int height,
+                                                   const RecordingHostFunctions* functions);
+
+/* Connects the view of SDLinterface_RecordingViewInit. durationMs is the recording's length in milliseconds.
+   statusCallback hears each playback status; it may be null. Returns the connection index, -1 on failure. */
+CORVANTA_EXPORT int SDLinterface_ConnectToRecording(void* connectionArg0, void* connectionArg1,
+                                                    const char* title, double durationMs,
+                                                    void (*statusCallback)(int status));
+
+/* Resets the recordings view and ends the connection. Returns what the connection library answers. */
+CORVANTA_EXPORT int SDLinterface_DisconnectFromRecording(int connectionIndex);
+
+/* ---- Tick ---- */
+
+/* One tick: timers, the active speaker once a second, one pass over the input and one drawing. */
+CORVANTA_EXPORT void SDL_VideoRoomCheckInputAndRender(void);
+
+/* One tick for a host's render loop: a room that has ended, before or during the tick, is shut down. */
+CORVANTA_EXPORT void SDL_WPFVideoRoomCheckInputAndRender(void);
+
+/* One look at the thread's message queue, so that the operating system sees the thread as responsive. Nothing
+   is removed. Returns 1 if a message waits, else 0. */
+CORVANTA_EXPORT int SDLinterface_WindowsFlushEvents(void);
+
+/* The connection index of the last entry; -1 after a failed one. */
+CORVANTA_EXPORT int SDL_GetCurrentConnectionIndex(void);
+CORVANTA_EXPORT void SDL_SetVideoRoomConection(int connectionIndex);
+
+/* ---- Window and renderer ---- */
+
+/* The host's window has a new size, in pixels of the window. Lays out and draws at once. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomResize(int width, int height);
+
+/* The part of the window that is drawn on: (0, 0, width, height). */
+CORVANTA_EXPORT void SDLinterface_VideoRoomSetViewport(int width, int height);
+
+/* How many pixels of the window make one logical pixel. Coordinates of the controls stay as they are. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomSetContentScaleFactor(float factor);
+
+/* Size of the controls in a window: 0 the room's, 1 the detached wall's, 2 the last extra view's. */
+CORVANTA_EXPORT void SDLinterface_UpdateWindowScale(int window, float scale);
+
+/* White of SDR pictures on an HDR output, in nits; kept in the configuration. The query answers 0 without a
+ * view. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomSetSDRBrightnessBoost(float nits);
+CORVANTA_EXPORT float SDLinterface_VideoRoomGetSDRBrightnessBoost(void);
+
+/* Always null: the view has no native child window of its own. */
+CORVANTA_EXPORT void* SDLinterface_VideoRoomGetNativeVideoView(void);
+
+/* Tells the room that its window is in full screen; the host's function is not called back. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomSetFullscreenEnabled(bool enabled);
+
+/* Whether the host draws borders around the detached wall's window. */
+CORVANTA_EXPORT void SDLInterface_SetDetachedBordersVisibility(bool visible);
+
+/* ---- Room state ---- */
+
+/* Microphone and camera as the user wants them. The last value outlives the view: the queries answer it when
+   there is none. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomSetMicEnabled(bool enabled);
+CORVANTA_EXPORT bool SDLinterface_VideoRoomGetMicEnabled(void);
+CORVANTA_EXPORT void SDLinterface_VideoRoomSetVideoEnabled(bool enabled);
+CORVANTA_EXPORT bool SDLinterface_VideoRoomGetVideoEnabled(void);
+
+/* Writes the next frame of a stream as a still into the configuration's folder. False without a view or for
+   an unknown stream. Any thread. */
+CORVANTA_EXPORT bool SDLinterface_ExportRemoteFrame(const char* streamId);
+
+/* Hears whether a shared file plays; null for nobody. */
+CORVANTA_EXPORT void SDLinterface_SetNativeStreamPlaybackStatusCallback(void (*callback)(bool playing));
+
+/* ---- Recording playback, called by the connection library, on its threads ---- */
+
+CORVANTA_EXPORT void SDLinterface_OnRecordingPlaybackStatus(int status);
+/* Accepted and ignored: the position comes from the view's own clock. */
+CORVANTA_EXPORT void SDLinterface_OnRecordingPlaybackProgress(int position, int duration);
+
+#ifdef __cplusplus
+
+/* Streams that have a picture at the current position of the recording. Any thread. */
+CORVANTA_EXPORT void SDLinterface_OnActiveStreams(std::vector<std::string> streamIds);
+
+/* ---- Media callbacks. Any thread. ---- */
+
+CORVANTA_EXPORT void SDLinterface_VideoRoomUpdateActiveSpeaker(std::string streamId);
+
+/* A local or remote video source exists. The result takes its frames and belongs to the caller, who deletes
+   it; null without a room. It may be called after the stream or the room has gone: the frame is then dropped.
+ */
+CORVANTA_EXPORT Corvanta::FrameCallback* SDLinterface_VideoRoomAddLocalVideoSource(Corvanta::StreamType type,
+                                                                                   std::string streamId);
+CORVANTA_EXPORT Corvanta::FrameCallback* SDLinterface_VideoRoomAddRemoteVideoSource(
+    const std::string& streamId);
+/* Source type 0 is a local source, any other value a remote one. */
+CORVANTA_EXPORT Corvanta::FrameCallback* SDLinterface_VideoRoomAddStream(
+    Corvanta::StreamType type, Corvanta::StreamSourceType sourceType, const std::string& streamId);
+
+CORVANTA_EXPORT void SDLinterface_VideoRoomRemoveLocalVideoSource(std::string streamId);
+CORVANTA_EXPORT void SDLinterface_VideoRoomRemoveRemoteVideoSource(std::string streamId);
+
+/* The handlers of a new data channel, in the order in which each message goes to them. Empty without a room.
+   A handler keeps the room's view alive and may be called after the room has ended. */
+CORVANTA_EXPORT std::vector<std::function<void(const Corvanta::DataChannelMessage&)>>
+SDLinterface_VideoRoomGetRemoteDataChannelCallbacks();
+
+/* A connection was lost or came back; a lost one is restarted at once. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomOnConnectionStatusUpdate(std::string streamId, bool lost);
+
+CORVANTA_EXPORT void SDLinterface_OnNativeStreamPlaybackStatusUpdate(const std::string& name, bool playing);
+
+/* Turns parts of a stream's subscription on and off: video, audio and data, in this order. Needs no view. */
+CORVANTA_EXPORT void SDLinterface_ConfigureStream(std::string streamId, bool video, bool audio, bool data);
+
+} /* extern "C" */
+#endif

@@ -3,8 +3,9 @@
 namespace Corvanta::Host {
 namespace {
 
-// A frame's way from the engine to the window, with room for a busy machine.
-constexpr std::chrono::milliseconds kTimeToDraw{300};
+// The room looks once a second for the speaker whose picture is the main video; then the frame's way to the
+// window.
+constexpr std::chrono::milliseconds kTimeToDraw{1500};
 constexpr std::chrono::milliseconds kLongestExtraWait{10000};
 
 }  // namespace

@@ -20,8 +20,8 @@ TEST(PictureWait, GivesLatePicturesTimeToBeDrawn) {
     PictureWait wait(kStart, 2s);
     EXPECT_FALSE(wait.IsOver(kStart + 2s, false));
     EXPECT_FALSE(wait.IsOver(kStart + 3s, true));
-    EXPECT_FALSE(wait.IsOver(kStart + 3299ms, true));
-    EXPECT_TRUE(wait.IsOver(kStart + 3300ms, true));
+    EXPECT_FALSE(wait.IsOver(kStart + 4499ms, true));
+    EXPECT_TRUE(wait.IsOver(kStart + 4500ms, true));
 }
 
 TEST(PictureWait, CountsAnewAfterAPictureWasMissingAgain) {
@@ -29,7 +29,8 @@ TEST(PictureWait, CountsAnewAfterAPictureWasMissingAgain) {
     EXPECT_FALSE(wait.IsOver(kStart + 1s, true));
     EXPECT_FALSE(wait.IsOver(kStart + 1900ms, false));
     EXPECT_FALSE(wait.IsOver(kStart + 2s, true));
-    EXPECT_TRUE(wait.IsOver(kStart + 2300ms, true));
+    EXPECT_FALSE(wait.IsOver(kStart + 3499ms, true));
+    EXPECT_TRUE(wait.IsOver(kStart + 3500ms, true));
 }
 
 TEST(PictureWait, EndsWithoutPicturesInTheEnd) {

@@ -18,8 +18,8 @@ SurfaceMetrics RoomWidget::Metrics() const {
 
 void* RoomWidget::NativeHandle() const {
     // The library's face carries an X11 window id, a number, in a pointer.
-    return reinterpret_cast<void*>(
-        static_cast<std::uintptr_t>(winId()));  // NOLINT(performance-no-int-to-ptr)
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
+    return reinterpret_cast<void*>(static_cast<std::uintptr_t>(winId()));
 }
 
 }  // namespace Corvanta::Host

@@ -18,7 +18,7 @@ build_preset() {
     (
         flock 9
         cd "$projectRoot"
-        if [ ! -f "build/$preset/build.ninja" ]; then
+        if [ ! "build/$preset/build.ninja" -nt CMakePresets.json ]; then
             cmake --preset "$preset" -Wno-dev >"build/configure-$preset.log" 2>&1 9>&- || {
                 cat "build/configure-$preset.log" >&2
                 exit 1

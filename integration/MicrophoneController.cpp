@@ -3,11 +3,11 @@
 namespace Corvanta::UI {
 
 void MicrophoneController::SetMicState(bool enabled) {
-    isMicEnabled_ = enabled;
+    isMicEnabled_.store(enabled);
 }
 
 bool MicrophoneController::IsMicEnabled() const {
-    return isMicEnabled_;
+    return isMicEnabled_.load();
 }
 
 }  // namespace Corvanta::UI

@@ -1,5 +1,8 @@
-// Keeps the local microphone's state. Held by the room's view; host thread.
+// Keeps the local microphone's state. Held by the room's view. The host's thread writes it; media threads
+// read it when they connect again.
 #pragma once
+
+#include <atomic>
 
 namespace Corvanta::UI {
 
@@ -10,7 +13,7 @@ public:
     [[nodiscard]] bool IsMicEnabled() const;
 
 private:
-    bool isMicEnabled_ = false;
+    std::atomic<bool> isMicEnabled_{false};
 };
 
 }  // namespace Corvanta::UI

@@ -53,6 +53,7 @@ void StopEverything() {
     Connections_CloseConnection();
     Connections_ClearRecordings();
     MediaManager_Close();
+    ReleaseLentSinks();
     WebRTC_StopAllLocalVideoCaptures();
     WebRTC_Terminate();
     EndView();
@@ -79,7 +80,7 @@ void SDLinterface_GlobalInit(void) {
 }
 
 void SDLinterface_GlobalQuit(void) {
-    if (DeferUntilTickEnds(&SDLinterface_GlobalQuit)) return;
+    if (DeferUntilViewIsLeft(&SDLinterface_GlobalQuit)) return;
     try {
         StopEverything();
     } catch (int number) {

@@ -90,8 +90,9 @@ void SDLinterface_VideoRoomOnConnectionStatusUpdate(std::string streamId, bool l
         return;
     }
     Connections_RenegotiateOutboundPeerConnection(view->IsMicEnabled(), view->IsVideoEnabled(), streamId);
-    // The media manager borrows this sink; the view's tile owns it.
     if (const auto sink = view->GetLocalCameraSink()) {
+        // The media manager only borrows it, and may still call it when the tile has gone.
+        LendSink(sink);
         MediaManager_RegisterCallback(view->GetLocalStreamId(), sink.get());
     }
 }

@@ -1,16 +1,23 @@
 #include "interface/ProcessState.h"
 
 #include <mutex>
+#include <set>
 #include <utility>
 
+#include "interface/TickState.h"
 #include "ui/RoomActive.h"
 
 namespace Corvanta::Interface {
 namespace {
 
 std::mutex gCurrentViewMutex;
-// guards: gCurrentView
-std::shared_ptr<Room::VideoRoomView> gCurrentView;
+// guards: what follows. Never destroyed: a host that ends without quitting ends with a view that media
+// threads still feed, and whose window system may be gone.
+std::shared_ptr<Room::VideoRoomView>& gCurrentView = *new std::shared_ptr<Room::VideoRoomView>;
+
+std::mutex gLentSinksMutex;
+// guards: what follows. Never destroyed, as the view.
+std::set<std::shared_ptr<FrameCallback>>& gLentSinks = *new std::set<std::shared_ptr<FrameCallback>>;
 
 constexpr int kRoomWindow = 0;
 constexpr int kLastExtraWindow = 2;
@@ -34,6 +41,21 @@ std::shared_ptr<Room::VideoRoomView> ReplaceCurrentView(std::shared_ptr<Room::Vi
     const std::scoped_lock lock(gCurrentViewMutex);
     gCurrentView.swap(view);
     return view;
+}
+
+void AbandonView(std::shared_ptr<Room::VideoRoomView> view) {
+    if (view == nullptr || DeferUntilViewIsLeft([view] { view->Abandon(); })) return;
+    view->Abandon();
+}
+
+void LendSink(std::shared_ptr<FrameCallback> sink) {
+    const std::scoped_lock lock(gLentSinksMutex);
+    gLentSinks.insert(std::move(sink));
+}
+
+void ReleaseLentSinks() {
+    const std::scoped_lock lock(gLentSinksMutex);
+    gLentSinks.clear();
 }
 
 std::shared_ptr<Recording::RecordingsView> GetRecordingsView() {

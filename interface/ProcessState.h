@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/HostCallbacks.h"
+#include "platform/VideoFrameBuffer.h"
 #include "recording/RecordingsView.h"
 #include "room/VideoRoomView.h"
 
@@ -27,8 +28,17 @@ struct RoomSetting {
 [[nodiscard]] std::shared_ptr<Room::VideoRoomView> CurrentView();
 // Puts another view in its place and returns the one that was there.
 std::shared_ptr<Room::VideoRoomView> ReplaceCurrentView(std::shared_ptr<Room::VideoRoomView> view);
+// Frees the window and the renderer of a view whose place another takes: now, or if the view is at work as
+// soon as it is left.
+void AbandonView(std::shared_ptr<Room::VideoRoomView> view);
 // The current view if it is a recordings view, else empty. Any thread.
 [[nodiscard]] std::shared_ptr<Recording::RecordingsView> GetRecordingsView();
+
+// Keeps a sink that was lent to the media manager alive, whatever becomes of its tile and room, until the
+// media manager is closed. Any thread.
+void LendSink(std::shared_ptr<FrameCallback> sink);
+// The media manager is closed and calls no sink any more.
+void ReleaseLentSinks();
 
 // SDL's window id for the index by which hosts name windows: 0 the room's, 1 the detached wall's, 2 the last
 // extra view's. -1 without such a window, without a running room for 0 and 1, and for any other index.

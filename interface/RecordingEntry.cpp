@@ -20,7 +20,7 @@ int SDLinterface_RecordingViewInit(void* nativeHandle, int width, int height,
                                    const RecordingHostFunctions* functions) {
     SDLinterface_GlobalInit();
     const auto view = std::make_shared<Recording::RecordingsView>(0);
-    if (const auto previous = CurrentView()) previous->Abandon();
+    AbandonView(CurrentView());
     const int result =
         view->Init(nativeHandle, width, height, functions != nullptr ? *functions : RecordingHostFunctions{});
     // Only now, so that no callback reaches a view that is being made.

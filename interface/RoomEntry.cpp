@@ -31,7 +31,7 @@ struct ClientProfile {
 // to use.
 std::shared_ptr<Room::VideoRoomView> MakeCurrentView() {
     auto view = std::make_shared<Room::VideoRoomView>(0, gRoomSetting.callbacks);
-    if (const auto previous = ReplaceCurrentView(view)) previous->Abandon();
+    AbandonView(ReplaceCurrentView(view));
     return view;
 }
 

@@ -35,9 +35,9 @@ extern "C" {
    subsystem shows itself as a view that cannot make its window. */
 CORVANTA_EXPORT void SDLinterface_GlobalInit(void);
 
-/* Takes the network and media layers down, then the view, then SDL. Asked for from inside a tick (a host
-   callback), it runs when the tick has let go of the view. An int thrown by a sibling library ends the
-   remaining steps and is logged. SDLinterface_GlobalInit may start a new life afterwards. */
+/* Takes the network and media layers down, then the view, then SDL. Asked for by a function of the
+   host that the room calls, it runs when the room has returned from its work. An int thrown by a sibling
+   library ends the remaining steps and is logged. SDLinterface_GlobalInit may start a new life afterwards. */
 CORVANTA_EXPORT void SDLinterface_GlobalQuit(void);
 
 /* The same as SDLinterface_GlobalQuit. */

@@ -1,7 +1,9 @@
 // The tick that the host calls: timers, the poll for the active speaker, and the view's own tick.
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "interface/ProcessState.h"
 #include "interface/SDLinterface.h"
@@ -20,18 +22,18 @@ int64_t gLastTickNanos = UI::NowNs();
 int64_t gElapsedSincePollMs = 0;
 // Kept for a debugger's eye: how long the library has been ticked.
 int64_t gTotalElapsedMs = 0;
-bool gTicking = false;
-void (*gAfterTick)(void) = nullptr;
+bool gInsideView = false;
+std::vector<std::function<void()>> gDeferred;
 
-// Also ends the tick when a host's callback throws through it.
-class TickScope final {
+// Also leaves the view when a host's function throws through it.
+class ViewScope final {
 public:
-    TickScope() : outermost_(!std::exchange(gTicking, true)) {}
-    ~TickScope() {
-        if (outermost_) gTicking = false;
+    ViewScope() : outermost_(!std::exchange(gInsideView, true)) {}
+    ~ViewScope() {
+        if (outermost_) gInsideView = false;
     }
-    TickScope(const TickScope&) = delete;
-    TickScope& operator=(const TickScope&) = delete;
+    ViewScope(const ViewScope&) = delete;
+    ViewScope& operator=(const ViewScope&) = delete;
 
 private:
     const bool outermost_;
@@ -48,7 +50,7 @@ void PollActiveSpeaker() {
     if (gElapsedSincePollMs <= kSpeakerPollMs) return;
     gElapsedSincePollMs = 0;
     std::string speaker;
-    if (WebRTC_GetActiveSpeaker(speaker)) SDLinterface_VideoRoomUpdateActiveSpeaker(speaker);
+    if (WebRTC_GetActiveSpeaker(speaker)) SDLinterface_VideoRoomUpdateActiveSpeaker(std::move(speaker));
 }
 
 }  // namespace
@@ -58,9 +60,18 @@ void ResetTickTimers() {
     gElapsedSincePollMs = 0;
 }
 
-bool DeferUntilTickEnds(void (*call)(void)) {
-    if (gTicking) gAfterTick = call;
-    return gTicking;
+void CallIntoView(const std::function<void()>& body) {
+    {
+        const ViewScope scope;
+        body();
+    }
+    if (gInsideView) return;
+    for (const std::function<void()>& action : std::exchange(gDeferred, {})) action();
+}
+
+bool DeferUntilViewIsLeft(std::function<void()> action) {
+    if (gInsideView) gDeferred.push_back(std::move(action));
+    return gInsideView;
 }
 
 }  // namespace Corvanta::Interface
@@ -68,14 +79,12 @@ bool DeferUntilTickEnds(void (*call)(void)) {
 using namespace Corvanta::Interface;
 
 void SDL_VideoRoomCheckInputAndRender(void) {
-    {
-        const TickScope scope;
+    CallIntoView([] {
         AdvanceTimers();
         PollActiveSpeaker();
         // Owned for the time of the tick: a command from inside it may replace the view.
         if (const auto view = CurrentView()) view->Tick();
-    }
-    if (auto* call = std::exchange(gAfterTick, nullptr)) call();
+    });
 }
 
 void SDL_WPFVideoRoomCheckInputAndRender(void) {

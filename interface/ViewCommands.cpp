@@ -1,12 +1,13 @@
 // Commands and queries that go straight to the current view.
 #include "interface/ProcessState.h"
 #include "interface/SDLinterface.h"
+#include "interface/TickState.h"
 
 using namespace Corvanta;
 using namespace Corvanta::Interface;
 
 void SDLinterface_VideoRoomResize(int width, int height) {
-    if (const auto view = CurrentView()) view->Resize(width, height);
+    if (const auto view = CurrentView()) CallIntoView([&] { view->Resize(width, height); });
 }
 
 void SDLinterface_VideoRoomSetViewport(int width, int height) {
@@ -19,7 +20,9 @@ void SDLinterface_VideoRoomSetContentScaleFactor(float factor) {
 
 void SDLinterface_UpdateWindowScale(int window, float scale) {
     std::shared_ptr<Room::VideoRoomView> keepAlive;
-    if (UI::AbstractView* view = GetViewAt(window, keepAlive)) view->SetWindowScale(scale);
+    if (UI::AbstractView* view = GetViewAt(window, keepAlive)) {
+        CallIntoView([&] { view->SetWindowScale(scale); });
+    }
 }
 
 void SDLinterface_VideoRoomSetSDRBrightnessBoost(float nits) {

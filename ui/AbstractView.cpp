@@ -104,6 +104,8 @@ void AbstractView::SetViewport(int width, int height) {
 }
 
 void AbstractView::SetContentScaleFactor(float factor) {
+    // Nothing could be drawn at another one, and layouts divide by it.
+    if (!std::isfinite(factor) || factor <= 0.0F) return;
     if (renderer_ != nullptr) SDL_RenderSetScale(renderer_, factor, factor);
 }
 

@@ -28,7 +28,7 @@ public:
 
     void Resize(int width, int height);
     void SetViewport(int width, int height);
-    // Pixels of the window to a logical pixel.
+    // Pixels of the window to a logical pixel; a factor that is not above 0 is ignored.
     void SetContentScaleFactor(float factor);
     // Factor on the view's own control sizes.
     void SetWindowScale(float scale);

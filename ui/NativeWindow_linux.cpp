@@ -1,6 +1,7 @@
 #include <SDL.h>
 #include <X11/Xlib.h>
 
+#include <atomic>
 #include <cstdint>
 #include <string_view>
 
@@ -18,7 +19,12 @@ bool RunsOnX11() {
 // Xlib's own handler ends the process. The error belongs to a request that has already failed, so going on is
 // safe.
 int LogAndGoOn(Display*, XErrorEvent* event) {
-    LOG(3, "Window system error %d on window %lu", static_cast<int>(event->error_code), event->resourceid);
+    // Every drawing on a lost window fails anew; one line tells it.
+    static std::atomic<XID> lastWindow{None};
+    if (lastWindow.exchange(event->resourceid) != event->resourceid) {
+        LOG(3, "Window system error %d on window %lu", static_cast<int>(event->error_code),
+            event->resourceid);
+    }
     return 0;
 }
 

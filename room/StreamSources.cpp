@@ -28,8 +28,8 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddRemoteVideoSource(const std::st
         LOG(2, "Remote video frame already exists: stream ID = %s", streamId.c_str());
         return known->GetFrameSink();
     }
-    auto tile = std::make_unique<Video::VideoFrame>(GetRenderer(), streamId, identity_.sessionName,
-                                                    identity_.profileId, Video::TileOrigin::Remote);
+    auto tile = std::make_unique<Video::VideoFrame>(streamId, identity_.sessionName, identity_.profileId,
+                                                    Video::TileOrigin::Remote);
     tile->owner = this;
     tile->draggable = true;
     thumbnails_->AddTile(tile.get());
@@ -52,7 +52,7 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddLocalVideoSource(StreamType typ
         if (!roomActive.load() || closing_.load()) return nullptr;
         const auto [entry, isNew] = localTiles_.try_emplace(sourceId);
         if (!isNew) return entry->second->GetFrameSink();
-        entry->second = std::make_unique<Video::VideoFrame>(GetRenderer(), userId, identity_.sessionName,
+        entry->second = std::make_unique<Video::VideoFrame>(userId, identity_.sessionName,
                                                             identity_.profileId, Video::TileOrigin::Local);
         Video::VideoFrame* tile = entry->second.get();
         tile->owner = this;
@@ -88,7 +88,7 @@ void VideoRoomView::RemoveRemoteVideoSource(const std::string& streamId) {
                 spotlightTile_ = nullptr;
                 mainTile_ = nullptr;
             }
-            if (mainTile_ == tile.get()) mainTile_ = nullptr;
+            ForgetMainTile(*tile);
             if (Connections_IsPublisherFromExternalSource(streamId)) --externalPublisherCount_;
         }
     }
@@ -108,7 +108,7 @@ void VideoRoomView::RemoveLocalVideoSource(const std::string& sourceId) {
             spotlightTile_ = nullptr;
             mainTile_ = nullptr;
         }
-        if (mainTile_ == tile.get()) mainTile_ = nullptr;
+        ForgetMainTile(*tile);
         if (localCameraTile_ == tile.get()) {
             localCameraTile_ = nullptr;
             localStreamId_.clear();
@@ -125,7 +125,14 @@ void VideoRoomView::Depart(std::unique_ptr<Video::VideoFrame> tile) {
     // Waiting for the worker here, and not in the tick, keeps the host's loop free of it.
     tile->Retire();
     const std::scoped_lock lock(departedMutex_);
-    departedTiles_.push_back(std::move(tile));
+    // Once the room has ended there is no more drawing to come, and the renderer takes the texture along.
+    if (!closing_.load()) departedTiles_.push_back(std::move(tile));
+}
+
+void VideoRoomView::ForgetMainTile(const Video::VideoFrame& tile) {
+    if (mainTile_ != &tile) return;
+    mainTile_ = nullptr;
+    mainTileLeft_ = true;
 }
 
 Video::VideoFrame* VideoRoomView::FindRemoteTile(const std::string& streamId) const {

@@ -15,6 +15,7 @@ constexpr VideoFrameAdaptation kInitialAdaptation{1, 240, 786432};
 }  // namespace
 
 void VideoAdaptation::Start() {
+    if (stopped_.load()) return;
     // Shared with the function below, which the media manager may be calling while the room goes.
     const auto targetBitrate = std::make_shared<std::atomic<uint32_t>>(WebRTC_GetLocalCameraTargetBitrate());
     const std::string streamId = Connections_GetLocalUserStreamID(StreamType::Camera);
@@ -28,9 +29,12 @@ void VideoAdaptation::Start() {
         if (targetBitrate->exchange(bitrate) != bitrate) Connections_ConfigureOutboundBitrate(bitrate);
         return adaptation;
     });
+    // A stop that came meanwhile may have found nothing to take away.
+    if (stopped_.load()) Stop();
 }
 
 void VideoAdaptation::Stop() {
+    stopped_.store(true);
     MediaManager_SetLocalVideoFrameAdaptationCallback({});
     Replace(nullptr);
 }

@@ -3,6 +3,7 @@
 // tick and from media threads.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -14,9 +15,11 @@ namespace Corvanta::Room {
 
 class VideoAdaptation final {
 public:
-    // Starts it for the local user's camera. Nothing happens when the user has no camera stream.
+    // Starts it for the local user's camera. Nothing happens when the user has no camera stream, and after
+    // Stop.
     void Start();
-    // The engine asks no more; later calls do nothing.
+    // The engine asks no more; later calls do nothing. For good: a camera that comes up while the room ends
+    // must not leave a function behind.
     void Stop();
 
     void SetMainStream(const std::string& streamId);
@@ -26,6 +29,8 @@ public:
 private:
     void Replace(std::shared_ptr<AdaptiveVideoSourceManagerInterface> manager);
     [[nodiscard]] std::shared_ptr<AdaptiveVideoSourceManagerInterface> Manager() const;
+
+    std::atomic<bool> stopped_{false};
 
     mutable std::mutex mutex_;
     // guards: manager_, which is handed out as a shared owner, so that no call into it is made under the lock

@@ -1,6 +1,6 @@
 #include "room/VideoRoomView.h"
 
-#include <cstdlib>
+#include <utility>
 
 #include "platform/Configuration.h"
 #include "platform/MediaManager.h"
@@ -25,10 +25,11 @@ VideoRoomView::VideoRoomView(int id, const HostCallbacks& callbacks)
 
 VideoRoomView::~VideoRoomView() {
     Abandon();
-    DeleteAllTiles();
+    TakeAllTiles().clear();
 }
 
 void VideoRoomView::Configure(const RoomIdentity& identity) {
+    const std::scoped_lock lock(remoteLock_);
     identity_ = identity;
 }
 
@@ -61,6 +62,16 @@ void VideoRoomView::HandleViewEvent(const SDL_Event& event) {
     lastPointer_ = {event.motion.x, event.motion.y};
 }
 
+void VideoRoomView::SetMicEnabled(bool enabled) {
+    const std::scoped_lock lock(remoteLock_);
+    microphone_.SetMicState(enabled);
+}
+
+bool VideoRoomView::IsMicEnabled() const {
+    const std::scoped_lock lock(remoteLock_);
+    return microphone_.IsMicEnabled();
+}
+
 void VideoRoomView::SetCursor(int cursor, int layer) {
     if (layer == kOverlayLayer) overlayCursor_ = cursor;
     if (layer == kTileLayer) tileCursor_ = cursor;
@@ -82,7 +93,8 @@ void VideoRoomView::Render() {
     for (const auto& [id, tile] : remoteTiles_) {
         if (tile.get() != mainTile_) tile->Deactivate();
     }
-    if (mainTile_ != previousMain) OnMainVideoChanged();
+    const bool mainTileLeft = std::exchange(mainTileLeft_, false);
+    if (mainTileLeft || mainTile_ != previousMain) OnMainVideoChanged();
     static const std::string kNoStream;
     adaptation_.SetMainStream(mainTile_ != nullptr ? mainTile_->GetStreamId() : kNoStream);
     SDL_RenderPresent(renderer);
@@ -134,15 +146,17 @@ void VideoRoomView::ReadRenderScalingSetting() {
 
 void VideoRoomView::Shutdown() {
     adaptation_.Stop();
+    std::vector<std::unique_ptr<Video::VideoFrame>> tiles;
     {
         const std::scoped_lock remote(remoteLock_);
         const std::scoped_lock local(localLock_);
         closing_.store(true);
         roomActive.store(false);
         ReleaseTileGraphics();
-        DeleteAllTiles();
+        tiles = TakeAllTiles();
     }
-    // With no lock held: a listener of the configuration may call back.
+    // With no lock held: their workers are waited for, and a listener of the configuration may call back.
+    tiles.clear();
     Configuration_SetPropertyString("room.Id", "");
     Configuration_SetPropertyString("room.Hash", "");
     CleanupWindow();
@@ -164,18 +178,22 @@ void VideoRoomView::ReleaseTileGraphics() {
     if (GetRenderer() != nullptr) UI::ReleaseRendererTextures(GetRenderer());
 }
 
-void VideoRoomView::DeleteAllTiles() {
+std::vector<std::unique_ptr<Video::VideoFrame>> VideoRoomView::TakeAllTiles() {
     mainTile_ = nullptr;
     spotlightTile_ = nullptr;
     localCameraTile_ = nullptr;
-    for (const TileMap* tiles : {&remoteTiles_, &localTiles_}) {
-        for (const auto& [id, tile] : *tiles) thumbnails_->RemoveTile(tile.get());
-    }
     localTileOrder_.clear();
     localStreamAliases_.clear();
     localNativeSources_.clear();
-    remoteTiles_.clear();
-    localTiles_.clear();
+    std::vector<std::unique_ptr<Video::VideoFrame>> tiles;
+    for (TileMap* map : {&remoteTiles_, &localTiles_}) {
+        for (auto& [id, tile] : *map) {
+            thumbnails_->RemoveTile(tile.get());
+            tiles.push_back(std::move(tile));
+        }
+        map->clear();
+    }
+    return tiles;
 }
 
 void VideoRoomView::BuryDepartedTiles() {

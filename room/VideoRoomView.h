@@ -70,6 +70,7 @@ public:
     [[nodiscard]] virtual int GetCursor() const;
 
     void Configure(const RoomIdentity& identity);
+    // Host thread.
     [[nodiscard]] const RoomIdentity& GetIdentity() const { return identity_; }
 
     // A local stream runs under this media source id. Returns its tile's sink; null when the room has ended.
@@ -87,8 +88,9 @@ public:
     void OnTileClicked(Video::VideoFrame* tile, bool fromMenu);
     void SetActiveSpeaker(const std::string& streamId);
     void SetSpeakerEnabled(bool enabled);
-    void SetMicEnabled(bool enabled) { microphone_.SetMicState(enabled); }
-    [[nodiscard]] bool IsMicEnabled() const { return microphone_.IsMicEnabled(); }
+    void SetMicEnabled(bool enabled);
+    // Any thread.
+    [[nodiscard]] bool IsMicEnabled() const;
     void SetVideoEnabled(bool enabled) { videoEnabled_.store(enabled); }
     [[nodiscard]] bool IsVideoEnabled() const { return videoEnabled_.load(); }
     void SetFullscreenEnabled(bool enabled) { fullscreen_ = enabled; }
@@ -134,11 +136,13 @@ protected:
     [[nodiscard]] bool MayDraw() const { return !closing_.load() && IsInitialised(); }
 
     mutable std::recursive_mutex remoteLock_;
-    // guards: remoteTiles_, the choice of the main video, departed tiles
+    // guards: remoteTiles_, the choice of the main video, identity_, microphone_, the speaker's switches
     TileMap remoteTiles_;
     std::string activeSpeakerId_;
     Video::VideoFrame* mainTile_ = nullptr;
     Video::VideoFrame* spotlightTile_ = nullptr;
+    // The main video's stream went since the last drawing, which the next one tells the host.
+    bool mainTileLeft_ = false;
 
     mutable std::recursive_mutex localLock_;
     // guards: localTiles_, localStreamAliases_, localTileOrder_, localCameraTile_, localStreamId_
@@ -157,9 +161,11 @@ private:
     void OnMainVideoChanged();
     void ApplySpeaker();
     void Depart(std::unique_ptr<Video::VideoFrame> tile);
+    void ForgetMainTile(const Video::VideoFrame& tile);
     [[nodiscard]] bool IsSpeakerOn() const { return speakerEnabled_ && !speakerNone_; }
     void ReleaseTileGraphics();
-    void DeleteAllTiles();
+    // Takes all tiles out of the room, to be destroyed where no lock is held.
+    [[nodiscard]] std::vector<std::unique_ptr<Video::VideoFrame>> TakeAllTiles();
 
     const HostCallbacks hostCallbacks_;
     RoomIdentity identity_;

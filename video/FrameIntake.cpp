@@ -1,11 +1,19 @@
 #include "video/FrameIntake.h"
 
+#include "platform/Logger.h"
 #include "platform/WebRTC.h"
 
 namespace Corvanta::Video {
 
 void FrameIntake::OnFrame(const Frame& frame) {
-    if (frame == nullptr || closed_.load()) return;
+    if (closed_.load()) {
+        if (!lateFrameReported_.exchange(true)) LOG(2, "Dropped a video frame: its stream has gone");
+        return;
+    }
+    if (frame == nullptr) {
+        LOG(3, "Dropped a video frame: there is none");
+        return;
+    }
     if (exportPending_.exchange(false)) {
         std::string path;
         {

@@ -20,7 +20,8 @@ public:
     using Frame = std::shared_ptr<VideoFrameBuffer>;
 
     // A frame of the stream. Serves a pending still request first, whatever else holds; then drops the frame
-    // if the video is off or three frames wait already, else queues it.
+    // if the video is off or three frames wait already, else queues it. No frame, and the first one after
+    // Close, is dropped with a log line.
     void OnFrame(const Frame& frame);
 
     // The next frame is written to the path. Any thread.
@@ -47,6 +48,7 @@ private:
     std::atomic<bool> videoEnabled_{true};
     std::atomic<bool> exportPending_{false};
     std::atomic<bool> closed_{false};
+    std::atomic<bool> lateFrameReported_{false};
 
     std::mutex exportMutex_;
     // guards: exportPath_

@@ -14,10 +14,6 @@ namespace {
 // The longest time that a stopped stream's worker sleeps before it looks whether it is still wanted.
 constexpr std::chrono::milliseconds kWait{100};
 
-[[nodiscard]] bool HasPixels(const VideoFrameBuffer& frame) {
-    return frame.GetWidth() > 0 && frame.GetHeight() > 0;
-}
-
 }  // namespace
 
 std::optional<UI::PlaneLayout> PlaneLayoutOf(const VideoFrameBuffer& frame) {
@@ -41,6 +37,7 @@ FrameWorker::FrameWorker(FrameIntake& intake, FrameWorkerClient& client)
 
 FrameWorker::~FrameWorker() {
     Stop();
+    WebRTC_DeleteFrameTransformerInstance(transformer_);
 }
 
 void FrameWorker::Stop() {
@@ -48,7 +45,6 @@ void FrameWorker::Stop() {
     running_.store(false);
     intake_.Close();
     thread_.join();
-    WebRTC_DeleteFrameTransformerInstance(transformer_);
 }
 
 void FrameWorker::Run() {
@@ -69,18 +65,19 @@ void FrameWorker::Run() {
 }
 
 void FrameWorker::PrepareAndInstall(const Frame& source, UI::DisplayTraits display) {
-    while (running_.load()) {
-        if (!Prepare(source, display)) return;
+    while (running_.load() && Prepare(source, display)) {
         const std::optional<UI::DisplayTraits> changed = client_.Install(prepared_, display);
         if (!changed.has_value()) return;
         display = *changed;
     }
+    client_.OnFrameGivenUp();
 }
 
 bool FrameWorker::Prepare(const Frame& source, const UI::DisplayTraits& display) {
     prepared_.frame = source;
     prepared_.packed = false;
-    if (!HasPixels(*source)) return true;
+    // No texture will show it, so its colours do not matter.
+    if (CheckFrame(*source) != FrameDefect::None) return true;
     const ColorSpace& colorSpace = source->GetColorSpace();
     if (!IsShownUnconverted(colorSpace, display.colorSpace)) {
         prepared_.frame =
@@ -97,7 +94,8 @@ bool FrameWorker::Prepare(const Frame& source, const UI::DisplayTraits& display)
     }
     const VideoFrameBuffer& frame = *prepared_.frame;
     const std::optional<UI::PlaneLayout> layout = PlaneLayoutOf(frame);
-    if (!layout.has_value() || !HasPixels(frame) || UI::HdrSdl::ShowsPlanes(display, *layout)) return true;
+    if (!layout.has_value() || CheckFrame(frame) != FrameDefect::None) return true;
+    if (UI::HdrSdl::ShowsPlanes(display, *layout)) return true;
     const auto width = static_cast<size_t>(frame.GetWidth());
     prepared_.raster.pixels.resize(width * static_cast<size_t>(frame.GetHeight()));
     ConvertToArgb(static_cast<const PlanarYUVFrameBuffer&>(frame), prepared_.raster.pixels.data(),

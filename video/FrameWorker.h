@@ -43,10 +43,13 @@ public:
     // The frame to prepare once more because the output changed, and for which output; nothing when there is
     // none.
     virtual std::optional<std::pair<Frame, UI::DisplayTraits>> TakeFrameToPrepareAgain() = 0;
-    // Installs the frame, handing the raster that it replaces back in prepared. When the output is no longer
-    // the one that it was prepared for nothing is installed, and the result is the output to prepare it for.
+    // Installs the frame, handing the raster that it replaces back in prepared. When it was prepared for
+    // another output than the present one nothing is installed, and the result is the output to prepare it
+    // for.
     virtual std::optional<UI::DisplayTraits> Install(PreparedFrame& prepared,
                                                      const UI::DisplayTraits& display) = 0;
+    // The frame that was taken, or was to be prepared again, comes to nothing.
+    virtual void OnFrameGivenUp() = 0;
 
 protected:
     ~FrameWorkerClient() = default;
@@ -59,7 +62,7 @@ protected:
 class FrameWorker final {
 public:
     FrameWorker(FrameIntake& intake, FrameWorkerClient& client);
-    // Stops the thread and joins it.
+    // Stops the thread, joins it and gives the converter back.
     ~FrameWorker();
     // Stops the thread and joins it; later calls do nothing. The longest wait is for the frame in work.
     void Stop();

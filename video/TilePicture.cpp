@@ -57,11 +57,15 @@ bool TilePicture::KeepTexture(SDL_Renderer* renderer) {
     int oldWidth = 0;
     int oldHeight = 0;
     SDL_QueryTexture(texture_, &format, nullptr, &oldWidth, &oldHeight);
-    const bool sameBuffer = currentFrame_->GetType() == frameBufferType_;
-    if (oldWidth == width && oldHeight == height && sameBuffer && format == wantedFormat_) return false;
+    const bool isResized =
+        oldWidth != width || oldHeight != height || currentFrame_->GetType() != frameBufferType_;
+    if (!isResized && format == wantedFormat_) return false;
     RecreateTexture(renderer);
-    LOG(1, "Resized video texture from w: %d h: %d to new w: %d new h: %d", oldWidth, oldHeight, width,
-        height);
+    // Only the stream's own changes are told: the format alone changes when the output shows other forms.
+    if (isResized) {
+        LOG(1, "Resized video texture from w: %d h: %d to new w: %d new h: %d", oldWidth, oldHeight, width,
+            height);
+    }
     return texture_ != nullptr;
 }
 

@@ -1,8 +1,9 @@
 #include "video/VideoFrame.h"
 
-#include <chrono>
+#include <algorithm>
 
 #include "ui/Clock.h"
+#include "video/FrameCheck.h"
 #include "video/StreamSubscription.h"
 
 namespace Corvanta::Video {
@@ -14,10 +15,20 @@ constexpr int64_t kNsPerMs = 1'000'000;
 constexpr Uint8 kFullBrightness = 255;
 constexpr Uint8 kDimmed = 128;
 
+// The form of a prepared picture depends on no more than this.
+[[nodiscard]] bool NeedSameForm(const UI::DisplayTraits& left, const UI::DisplayTraits& right) {
+    return left.colorSpace == right.colorSpace && left.exactPlanes == right.exactPlanes;
+}
+
+// A side that no texture has is as good as none.
+[[nodiscard]] int PlausibleSide(int side) {
+    return std::clamp(side, 0, kMaxFrameSide);
+}
+
 }  // namespace
 
-VideoFrame::VideoFrame(SDL_Renderer* renderer, std::string streamId, std::string sessionName,
-                       std::string profileId, TileOrigin origin)
+VideoFrame::VideoFrame(std::string streamId, std::string sessionName, std::string profileId,
+                       TileOrigin origin)
     : streamId_(std::move(streamId)),
       sessionName_(std::move(sessionName)),
       profileId_(std::move(profileId)),
@@ -25,7 +36,6 @@ VideoFrame::VideoFrame(SDL_Renderer* renderer, std::string streamId, std::string
       streamType_(Connections_GetStreamType(streamId_)),
       renderTimeNs_(UI::NowNs()),
       lastUploadTimeNs_(renderTimeNs_),
-      display_(renderer != nullptr ? UI::HdrSdl::ReadTraits(renderer) : UI::DisplayTraits{}),
       intake_(std::make_shared<FrameIntake>()),
       frameSink_(std::make_shared<FrameCallback>(
           [intake = intake_](const Frame& frame) { intake->OnFrame(frame); })),
@@ -33,6 +43,7 @@ VideoFrame::VideoFrame(SDL_Renderer* renderer, std::string streamId, std::string
 
 VideoFrame::~VideoFrame() {
     Retire();
+    frameObserver_.reset();
 }
 
 void VideoFrame::Retire() {
@@ -83,7 +94,7 @@ void VideoFrame::ReadDisplay(SDL_Renderer* renderer) {
 
 bool VideoFrame::NeedsOtherForm() const {
     const Frame& frame = picture_.GetFrame();
-    if (frame == nullptr || frame == preparingAgain_) return false;
+    if (frame == nullptr || preparingAgain_) return false;
     const auto layout = PlaneLayoutOf(*frame);
     if (!layout.has_value() || frame->GetWidth() <= 0 || frame->GetHeight() <= 0) return false;
     return UI::HdrSdl::ShowsPlanes(display_, *layout) == picture_.IsPacked();
@@ -92,6 +103,7 @@ bool VideoFrame::NeedsOtherForm() const {
 UI::DisplayTraits VideoFrame::OnFrameTaken(const Frame& frame) {
     static const VideoSourceData kNothingKnown;
     const std::scoped_lock lock(tileMutex_);
+    inWork_ = frame;
     if (frameObserver_ != nullptr) {
         frameObserver_->OnFrame(frame, display_.colorSpace, display_.pixelFormat, mainVideoRect_, 0,
                                 sourceData_.has_value() ? *sourceData_ : kNothingKnown);
@@ -101,20 +113,35 @@ UI::DisplayTraits VideoFrame::OnFrameTaken(const Frame& frame) {
 
 std::optional<std::pair<Frame, UI::DisplayTraits>> VideoFrame::TakeFrameToPrepareAgain() {
     const std::scoped_lock lock(tileMutex_);
-    if (!std::exchange(prepareAgain_, false) || picture_.GetFrame() == nullptr) return std::nullopt;
-    preparingAgain_ = picture_.GetFrame();
-    return std::pair{preparingAgain_, display_};
+    if (!std::exchange(prepareAgain_, false) || !NeedsOtherForm()) return std::nullopt;
+    inWork_ = picture_.GetFrame();
+    preparingAgain_ = true;
+    return std::pair{inWork_, display_};
 }
 
 std::optional<UI::DisplayTraits> VideoFrame::Install(PreparedFrame& prepared,
                                                      const UI::DisplayTraits& display) {
     const std::scoped_lock lock(tileMutex_);
-    if (display != display_) return display_;
-    pictureSize_.store({prepared.frame->GetWidth(), prepared.frame->GetHeight()});
-    picture_.Install(prepared);
-    preparingAgain_.reset();
-    if (std::exchange(blankWhenPrepared_, false)) picture_.Blank();
+    if (!NeedSameForm(display, display_)) return display_;
+    // A shown picture that was dropped while it was prepared again stays dropped.
+    if (!preparingAgain_ || picture_.GetFrame() != nullptr) {
+        pictureSize_.store(
+            {PlausibleSide(prepared.frame->GetWidth()), PlausibleSide(prepared.frame->GetHeight())});
+        picture_.Install(prepared);
+    }
+    EndWork();
     return std::nullopt;
+}
+
+void VideoFrame::OnFrameGivenUp() {
+    const std::scoped_lock lock(tileMutex_);
+    EndWork();
+}
+
+void VideoFrame::EndWork() {
+    inWork_.reset();
+    preparingAgain_ = false;
+    if (std::exchange(blankAfterWork_, false)) picture_.Blank();
 }
 
 bool VideoFrame::HasNoFrameSize() const {
@@ -149,12 +176,9 @@ void VideoFrame::SetVideoEnabledWanted(bool enabled) {
 
 void VideoFrame::BlankFrame() {
     const std::scoped_lock lock(tileMutex_);
-    if (picture_.GetFrame() != nullptr && picture_.GetFrame() == preparingAgain_) {
-        // The worker is reading this very frame; it is blackened when the worker has let go of it.
-        blankWhenPrepared_ = true;
-        return;
-    }
-    picture_.Blank();
+    // What the worker is reading is blackened when the worker has let go of it.
+    blankAfterWork_ = picture_.GetFrame() != nullptr && picture_.GetFrame() == inWork_;
+    if (!blankAfterWork_) picture_.Blank();
 }
 
 void VideoFrame::Activate() {

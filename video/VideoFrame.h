@@ -28,11 +28,9 @@ enum class TileOrigin : int { Local = 0, Remote = 1 };
 
 class VideoFrame final : public UI::GraphicElementInterface, private FrameWorkerClient {
 public:
-    // renderer may be null: pictures are then prepared for the most modest output until the first drawing.
-    // sessionName and profileId name the room and the local user in what the tile reports about its
-    // connection.
-    VideoFrame(SDL_Renderer* renderer, std::string streamId, std::string sessionName, std::string profileId,
-               TileOrigin origin);
+    // Until the first drawing pictures are prepared for the most modest output. sessionName and profileId
+    // name the room and the local user in what the tile reports about its connection.
+    VideoFrame(std::string streamId, std::string sessionName, std::string profileId, TileOrigin origin);
     // Ends the worker. The texture is not destroyed here: ReleaseGraphics comes first, on the render thread.
     ~VideoFrame() override;
 
@@ -112,7 +110,9 @@ private:
     std::optional<std::pair<Frame, UI::DisplayTraits>> TakeFrameToPrepareAgain() override;
     std::optional<UI::DisplayTraits> Install(PreparedFrame& prepared,
                                              const UI::DisplayTraits& display) override;
+    void OnFrameGivenUp() override;
 
+    void EndWork();
     void DrawPicture(SDL_Renderer* renderer);
     void DropStalePicture();
     void ReadDisplay(SDL_Renderer* renderer);
@@ -139,9 +139,10 @@ private:
     std::optional<VideoSourceData> sourceData_;
     // The output cannot show the picture in its present form; the worker is to prepare it again.
     bool prepareAgain_ = false;
-    // The frame that the worker prepares again, and whether it was blackened meanwhile.
-    Frame preparingAgain_;
-    bool blankWhenPrepared_ = false;
+    // The frame that the worker reads, whether it is the shown one, and whether to blacken it afterwards.
+    Frame inWork_;
+    bool preparingAgain_ = false;
+    bool blankAfterWork_ = false;
 
     std::shared_ptr<FrameIntake> intake_;
     std::shared_ptr<FrameCallback> frameSink_;

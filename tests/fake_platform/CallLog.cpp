@@ -78,7 +78,7 @@ std::string ToText(const std::shared_ptr<VideoFrameBuffer>& value) {
     return ToText(value.get());
 }
 
-void CallLog::Add(Call call) {
+void CallLog::Add(const Call& call) {
     const UncountedScope uncounted;
     Hook hook;
     {
@@ -188,8 +188,8 @@ CallLog& Calls() {
 }  // namespace Corvanta::Testing
 
 #if defined(__SANITIZE_ADDRESS__)
-// SDL opens the session bus for its screen saver and input method code, and the bus library keeps a string of each
-// connection for the rest of the process.
+// SDL opens the session bus for its screen saver and input method code, and the bus library keeps a string of
+// each connection for the rest of the process.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
     return "leak:libdbus-1.so\n";
 }

@@ -71,7 +71,7 @@ public:
         const UncountedScope uncounted;
         Add(Call{std::string(name), {ToText(arguments)...}});
     }
-    void Add(Call call);
+    void Add(const Call& call);
 
     [[nodiscard]] std::vector<Call> All() const;
     [[nodiscard]] std::vector<std::string> Names() const;

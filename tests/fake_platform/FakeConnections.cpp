@@ -24,6 +24,8 @@ const char* Presence(bool isThere) {
 
 }  // namespace
 
+// The platform passes these texts by value.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 extern "C" {
 
 int32_t Connections_InitConnection(void* connectionArg0, void* connectionArg1, const char* sessionName,
@@ -211,3 +213,4 @@ void Connections_PlaybackSeek(int32_t connectionIndex, int64_t seconds) {
     Calls().Record("Connections_PlaybackSeek", connectionIndex, seconds);
 }
 }
+// NOLINTEND(performance-unnecessary-value-param)

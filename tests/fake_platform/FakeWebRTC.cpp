@@ -14,6 +14,8 @@ using Corvanta::Testing::Fake;
 using Corvanta::Testing::FakeResults;
 using Corvanta::Testing::UncountedScope;
 
+// The platform passes these texts by value.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 extern "C" {
 
 void WebRTC_Init() {
@@ -264,3 +266,4 @@ void WebRTC_UnsubscribeFromNativeStreamAudioMeter() {
     Fake().callbacks.audioMeter.Set({});
 }
 }
+// NOLINTEND(performance-unnecessary-value-param)

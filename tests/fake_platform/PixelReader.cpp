@@ -1,6 +1,6 @@
 #include "tests/fake_platform/PixelReader.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <stdexcept>
 
@@ -56,7 +56,7 @@ Picture PixelReader::Read() const {
     picture.pixels.reserve(static_cast<size_t>(picture.width) * static_cast<size_t>(picture.height));
     for (int y = 0; y < picture.height; ++y) {
         const auto* const row = reinterpret_cast<const uint32_t*>(
-            static_cast<const uint8_t*>(surface_->pixels) + y * surface_->pitch);
+            static_cast<const uint8_t*>(surface_->pixels) + static_cast<ptrdiff_t>(y) * surface_->pitch);
         picture.pixels.insert(picture.pixels.end(), row, row + picture.width);
     }
     return picture;

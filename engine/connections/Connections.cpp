@@ -1,0 +1,135 @@
+// The functions of platform/Connections.h over the embedded room.
+#include "platform/Connections.h"
+
+#include <atomic>
+#include <string>
+
+#include "engine/EngineSettings.h"
+#include "engine/connections/ConnectionCallbacks.h"
+#include "engine/connections/Room.h"
+#include "engine/connections/TrackSettings.h"
+#include "platform/Logger.h"
+
+namespace {
+
+using Corvanta::StreamType;
+using Corvanta::Engine::ConnectionCallbacks;
+using Corvanta::Engine::Room;
+using Corvanta::Engine::RoomParticipant;
+using Corvanta::Engine::TrackSettings;
+
+constexpr const char* kLocalCameraId = "local-camera";
+
+std::atomic<int32_t> gLastConnectionIndex = 0;
+
+const char* NameOf(const char* text) {
+    return text != nullptr && text[0] != '\0' ? text : "(no name)";
+}
+
+std::shared_ptr<RoomParticipant> Find(const std::string& streamId) {
+    const auto room = Room::Current();
+    return room ? room->Find(streamId) : nullptr;
+}
+
+}  // namespace
+
+namespace Corvanta::Engine {
+
+ConnectionCallbacks& ConnectionCallbacks::Get() {
+    static ConnectionCallbacks callbacks;
+    return callbacks;
+}
+
+}  // namespace Corvanta::Engine
+
+int32_t Connections_InitConnection(void*, void*, const char* sessionName, const char*, const char*,
+                                   const char*, const char* displayName, bool, bool, bool, void*) {
+    if (!Room::Open(Corvanta::Engine::CurrentOptions(), displayName != nullptr ? displayName : "")) return -1;
+    LOG(kLogInformation, "The embedded room is open: session %s", NameOf(sessionName));
+    return ++gLastConnectionIndex;
+}
+
+void Connections_CloseConnection() {
+    Room::CloseCurrent();
+}
+
+void Connections_SetDefaultOutboundBitrate(uint32_t bitsPerSecond) {
+    TrackSettings::Get().defaultOutboundBitrate = bitsPerSecond;
+}
+
+void Connections_ConfigureOutboundBitrate(uint32_t bitsPerSecond) {
+    if (TrackSettings::Get().outboundBitrate.exchange(bitsPerSecond) == bitsPerSecond) return;
+    LOG(kLogDebug, "Outbound video: %u bit/s", bitsPerSecond);
+}
+
+void Connections_RestartPeerConnection(const std::string& streamId, bool, bool, bool immediately) {
+    const auto room = Room::Current();
+    if (!room) return;
+    if (const auto participant = room->Find(streamId)) room->Restart(participant, immediately);
+}
+
+void Connections_RenegotiateOutboundPeerConnection(bool micEnabled, bool videoEnabled, const std::string&) {
+    TrackSettings::Get().localAudioEnabled = micEnabled;
+    TrackSettings::Get().localVideoEnabled = videoEnabled;
+}
+
+void Connections_ConfigureStream(
+    const std::string& streamId,
+    const std::unordered_map<Corvanta::ConfigureStreamType, bool>& configuration) {
+    const auto room = Room::Current();
+    const auto participant = room ? room->Find(streamId) : nullptr;
+    if (!participant) return;
+    for (const auto& [part, enabled] : configuration) {
+        // Embedded participants have no data of their own to send.
+        if (part == Corvanta::ConfigureStreamType::Video) participant->videoPublished = enabled;
+        if (part == Corvanta::ConfigureStreamType::Audio) participant->audioPublished = enabled;
+    }
+    room->ApplyVolume(participant);
+}
+
+void Connections_SetParticipantJoinedCallback(std::function<void()> callback) {
+    ConnectionCallbacks::Get().participantJoined.Set(std::move(callback));
+}
+
+void Connections_SetConnectionDroppedCallback(void (*callback)(bool willRetry, bool endedHere)) {
+    ConnectionCallbacks::Get().connectionDropped.Set(callback);
+}
+
+std::string Connections_GetLocalUserStreamID(StreamType type) {
+    return type == StreamType::Camera ? kLocalCameraId : std::string();
+}
+
+std::string Connections_GetLocalDisplayName(StreamType) {
+    const auto room = Room::Current();
+    return room ? room->LocalDisplayName() : std::string();
+}
+
+std::string Connections_GetPublisherDisplayName(const std::string& streamId) {
+    const auto participant = Find(streamId);
+    return participant ? participant->name : std::string();
+}
+
+// Everybody in the embedded room shows a camera, whatever plays behind it.
+StreamType Connections_GetStreamType(const std::string&) {
+    return StreamType::Camera;
+}
+
+bool Connections_IsPublisherFromExternalSource(const std::string&) {
+    return false;
+}
+
+bool Connections_IsOwnExternalSourceStream(const std::string&, const std::string&) {
+    return false;
+}
+
+int32_t Connections_InitRecording(void*, const char*, void*, const Corvanta::RecordingPlaybackCallbacks&) {
+    LOG(kLogWarning, "No recording can be opened: the embedded room keeps none");
+    return -1;
+}
+
+int32_t Connections_EndRecording(int32_t connectionIndex) {
+    LOG(kLogDebug, "Recording %d is not open", connectionIndex);
+    return -1;
+}
+
+void Connections_ClearRecordings() {}

@@ -1,0 +1,65 @@
+// The embedded room: participants that play files, URIs and generated clips. It announces them to the library
+// on the engine's own thread. One at a time in the process; the functions of Connections, MediaManager and
+// WebRTC reach it through Current.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engine/Engine.h"
+#include "engine/common/EngineLoop.h"
+#include "engine/connections/RoomParticipant.h"
+#include "engine/webrtc/ActiveSpeaker.h"
+
+namespace Corvanta::Engine {
+
+class Room final : public std::enable_shared_from_this<Room> {
+public:
+    // The room that is open, or null. Any thread; never waits for anything but the copy of a pointer.
+    [[nodiscard]] static std::shared_ptr<Room> Current();
+    // Closes an open room, then opens one. False, and a log line, when that is impossible.
+    static bool Open(const EngineOptions& options, std::string localDisplayName);
+    // Closes the open room, if any. On return none of its callbacks is in progress and none follows. On a
+    // thread that is inside such a callback the room closes as soon as that callback has returned.
+    static void CloseCurrent();
+
+    // Use Open.
+    Room(const EngineOptions& options, std::string localDisplayName);
+    ~Room();
+    Room(const Room&) = delete;
+    Room& operator=(const Room&) = delete;
+
+    // Everything below: any thread, from memory.
+
+    [[nodiscard]] std::shared_ptr<RoomParticipant> Find(const std::string& streamId) const;
+    [[nodiscard]] const std::string& LocalDisplayName() const { return localName; }
+    [[nodiscard]] std::optional<std::string> SpeakerId() const;
+    [[nodiscard]] RoomStatus Status() const;
+
+    // Takes over changed volumes.
+    void ApplyVolume(const std::shared_ptr<RoomParticipant>& participant);
+    void ApplyVolumes();
+    void Restart(const std::shared_ptr<RoomParticipant>& participant, bool immediately);
+
+private:
+    void Run();
+    void OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, const Participant& description);
+    void Announce(const std::shared_ptr<RoomParticipant>& participant);
+    void Leave(const std::shared_ptr<RoomParticipant>& participant);
+
+    const EngineOptions settings;
+    const std::string localName;
+    const std::chrono::steady_clock::time_point epoch;
+    std::vector<std::shared_ptr<RoomParticipant>> participants;
+    ActiveSpeaker speaker;
+    std::atomic<bool> isClosing = false;
+    EngineLoop loop;
+};
+
+}  // namespace Corvanta::Engine

@@ -1,0 +1,49 @@
+// One participant of the embedded room: what the library may ask and switch on any thread, and the sinks that
+// its pictures go to.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "engine/mediamanager/SinkList.h"
+#include "engine/webrtc/MappedPicture.h"
+#include "engine/webrtc/Playback.h"
+
+namespace Corvanta::Engine {
+
+class RoomParticipant final {
+public:
+    RoomParticipant(std::size_t position, std::string streamId, std::string displayName)
+        : index(position), id(std::move(streamId)), name(std::move(displayName)), sinks(name) {}
+
+    // Hands a picture to the sinks unless the video is switched off. The playback's streaming thread.
+    void Deliver(const std::shared_ptr<const MappedPicture>& picture) {
+        if (!videoEnabled || !videoPublished) return;
+        if (sinks.Deliver([&] { return MakeFrame(picture); }) > 0) ++pictures;
+    }
+
+    // The linear volume with which the sound is heard, by everything but the group's factor.
+    [[nodiscard]] double Volume() const { return audioEnabled && audioPublished ? volume.load() : 0.0; }
+
+    const std::size_t index;
+    const std::string id;
+    const std::string name;
+    SinkList sinks;
+
+    // Switched by this listener, and for all.
+    std::atomic<bool> audioEnabled = true, audioPublished = true;
+    std::atomic<bool> videoEnabled = true, videoPublished = true;
+    std::atomic<double> volume = 1.0;
+    std::atomic<bool> isExternalSource = false;
+
+    std::atomic<std::size_t> pictures = 0;
+    std::atomic<bool> hasNoPicture = false;
+    std::atomic<bool> hasLeft = false;
+
+    // The engine's thread alone.
+    std::shared_ptr<Playback> playback;
+};
+
+}  // namespace Corvanta::Engine

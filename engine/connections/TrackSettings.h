@@ -1,0 +1,24 @@
+// Volumes and switches that outlive a room: the common factors of remote sound, and the local tracks. One set
+// in the process; any thread.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+
+namespace Corvanta::Engine {
+
+struct TrackSettings {
+    [[nodiscard]] static TrackSettings& Get();
+
+    // By RemoteAudioGroup.
+    std::array<std::atomic<double>, 2> groupFactors{1.0, 1.0};
+    std::atomic<float> localStreamsVolume = 1.0F;
+    std::atomic<bool> localAudioEnabled = true;
+    std::atomic<bool> localVideoEnabled = true;
+    // Bits a second of outbound video, at its start and from now on; 0 before anybody has said.
+    std::atomic<uint32_t> defaultOutboundBitrate = 0;
+    std::atomic<uint32_t> outboundBitrate = 0;
+};
+
+}  // namespace Corvanta::Engine

@@ -1,0 +1,80 @@
+// The signed-in user of the embedded room: a profile of this machine, from the configuration where it has
+// one.
+#include "platform/GraphQLClient.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "engine/configuration/ConfigurationStore.h"
+
+namespace {
+
+constexpr const char* kProfileIdKey = "Profile.Id";
+constexpr const char* kEmailKey = "Profile.Email";
+constexpr const char* kDisplayNameKey = "Profile.DisplayName";
+
+class OwnedString final : public Corvanta::GraphQLClientString {
+public:
+    explicit OwnedString(std::string content) : text(std::move(content)) {}
+    ~OwnedString() override = default;
+    [[nodiscard]] const char* c_str() const override { return text.c_str(); }
+
+private:
+    std::string text;
+};
+
+struct LoginName {
+    std::string account = "user";
+    std::string fullName = "User";
+};
+
+LoginName GetLoginName() {
+    LoginName name;
+    passwd entry{};
+    passwd* found = nullptr;
+    std::array<char, 4096> texts;
+    if (::getpwuid_r(::getuid(), &entry, texts.data(), texts.size(), &found) != 0 || found == nullptr)
+        return name;
+    if (entry.pw_name != nullptr && entry.pw_name[0] != '\0') name.fullName = name.account = entry.pw_name;
+    if (entry.pw_gecos != nullptr) {
+        // The first of the comma-separated fields is the person's name.
+        const std::string gecos(entry.pw_gecos);
+        const std::string person = gecos.substr(0, gecos.find(','));
+        if (!person.empty()) name.fullName = person;
+    }
+    return name;
+}
+
+Corvanta::GraphQLClientString* ConfiguredOr(const char* key, std::string fallback) {
+    const auto stored = Corvanta::Engine::ConfigurationStore::Get().Find(key);
+    if (!stored) return new OwnedString(std::move(fallback));
+    return new OwnedString(Corvanta::Engine::ToText(*stored));
+}
+
+}  // namespace
+
+// The embedded room asks for no credential.
+std::string GraphQLClient_GetStoredToken() {
+    return {};
+}
+
+Corvanta::GraphQLClientString* GraphQLClient_GetProfileId() {
+    return ConfiguredOr(kProfileIdKey, "local-" + GetLoginName().account);
+}
+
+Corvanta::GraphQLClientString* GraphQLClient_GetEmail() {
+    return ConfiguredOr(kEmailKey, {});
+}
+
+Corvanta::GraphQLClientString* GraphQLClient_GetDisplayName() {
+    return ConfiguredOr(kDisplayNameKey, GetLoginName().fullName);
+}
+
+void GraphQLClient_CStringDealloc(Corvanta::GraphQLClientString* string) {
+    delete static_cast<OwnedString*>(string);
+}

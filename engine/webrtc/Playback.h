@@ -1,0 +1,120 @@
+// One participant's media: a pipeline over a file or URI, which plays in real time and in a loop, or over a
+// generated clip. All operations belong to the engine's thread; pictures are handed on on a streaming thread.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "engine/Engine.h"
+#include "engine/common/EngineLoop.h"
+#include "engine/webrtc/AudioSink.h"
+#include "engine/webrtc/ClipSource.h"
+#include "engine/webrtc/GstSupport.h"
+#include "engine/webrtc/VideoSink.h"
+
+namespace Corvanta::Engine {
+
+// What a playback reports: the picture on a streaming thread, the others on the engine's.
+struct PlaybackEvents {
+    VideoSink::PictureCallback picture;
+    // Mean square of a piece of sound.
+    std::function<void(double)> loudness;
+    // It is known that there is no picture, at least until the source is opened again.
+    std::function<void()> withoutPicture;
+    // A network source was lost, or is back.
+    std::function<void(bool lost)> connection;
+    // A source that cannot be played again has come to its end.
+    std::function<void()> ended;
+};
+
+struct PlaybackSource {
+    // For the log: the participant's name.
+    std::string name;
+    // A URI; empty for a generated clip.
+    std::string uri;
+    // Makes the scene of a generated clip.
+    std::function<std::unique_ptr<const ClipScene>()> makeScene;
+    // The moment at which generated clips are at their beginning.
+    std::chrono::steady_clock::time_point clipEpoch;
+};
+
+class Playback final : public std::enable_shared_from_this<Playback> {
+public:
+    Playback(EngineLoop& engineLoop, PlaybackSource playedSource, SoundOutput soundOutput,
+             PlaybackEvents handlers);
+    ~Playback();
+    Playback(const Playback&) = delete;
+    Playback& operator=(const Playback&) = delete;
+
+    // Opens the source and holds it at its first picture until Play.
+    void Open();
+    void Play();
+    // On return no event is in progress and none follows, until Open.
+    void Close();
+    // Opens it anew, after a wait that grows when it fails again and again.
+    void Restart(bool immediately);
+
+    void SetGain(double linear);
+
+private:
+    enum class Stage { Closed, Opening, Cueing, Ready };
+
+    [[nodiscard]] bool BuildClip();
+    [[nodiscard]] bool BuildUri();
+    // On streaming threads.
+    void OnPadAdded(GstPad* pad);
+    void OnElementAdded(GstElement* element);
+
+    bool OnMessage(GstMessage* message);
+    void OnError(GstMessage* message);
+    void OnPrerolled();
+    void OnSegmentDone();
+    void OnEndOfStream();
+    void OnElementMessage(GstMessage* message);
+    void StartWhenReady();
+    void Loop(bool isSegment);
+    void LoopAfter(std::chrono::milliseconds shortestRound, bool isSegment);
+    void OnFirstPicture();
+    void Fail(const std::string& reason);
+    void OpenAfter(std::chrono::milliseconds delay);
+    void ReportWithoutPicture(const std::string& reason);
+    void ReportConnection(bool lost);
+    void PostHere(std::function<void(Playback&)> task);
+    [[nodiscard]] bool IsNetworkSource() const;
+
+    EngineLoop& loop;
+    const PlaybackSource source;
+    const PlaybackEvents events;
+    SoundOutput output;
+
+    Stage stage = Stage::Closed;
+    // Counts the openings, so that what an earlier one left behind is not taken for news.
+    std::atomic<unsigned> generation = 0;
+    bool isWanted = false;
+    bool isLive = false;
+    bool isSeekable = false;
+    bool isLost = false;
+    bool reportedWithoutPicture = false;
+    bool interruptionWasLogged = false;
+    unsigned failures = 0;
+    double gain = 1.0;
+    std::chrono::steady_clock::time_point lastLoop;
+
+    const std::shared_ptr<ContainerColor> containerColor = std::make_shared<ContainerColor>();
+    VideoSink videoSink;
+    AudioSink audioSink;
+    std::unique_ptr<ClipSource> clip;
+    GstOwned<GstElement> pipeline;
+    GstOwned<GSource> watch;
+
+    // Kinds of stream that are connected; claimed by the streaming threads that find them.
+    std::atomic<bool> hasVideo = false;
+    std::atomic<bool> hasSound = false;
+    std::atomic<bool> hasDelivered = false;
+};
+
+}  // namespace Corvanta::Engine

@@ -1,0 +1,133 @@
+#include "engine/webrtc/SourceCheck.h"
+
+#include <gst/pbutils/pbutils.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "engine/webrtc/GstSupport.h"
+#include "platform/Logger.h"
+
+namespace Corvanta::Engine {
+
+namespace {
+
+constexpr GstClockTime kReadingTime = 10 * GST_SECOND;
+
+struct Needed {
+    const char* element;
+    const char* plugins;
+};
+
+constexpr std::array kNeeded{
+    Needed{"uridecodebin", "base"},      Needed{"appsrc", "base"},        Needed{"appsink", "base"},
+    Needed{"audioconvert", "base"},      Needed{"audioresample", "base"}, Needed{"volume", "base"},
+    Needed{"videoconvertscale", "base"}, Needed{"level", "good"},         Needed{"videoflip", "good"},
+};
+
+bool IsInstalled(const char* element) {
+    return GstOwned<GstElementFactory>(gst_element_factory_find(element)) != nullptr;
+}
+
+// Of "gstreamer|1.0|program|description|decoder-video/x-h264, ...".
+std::vector<std::string> SplitDetail(const std::string& detail) {
+    std::vector<std::string> parts;
+    std::size_t start = 0;
+    while (true) {
+        const std::size_t end = detail.find('|', start);
+        parts.push_back(detail.substr(start, end - start));
+        if (end == std::string::npos) return parts;
+        start = end + 1;
+    }
+}
+
+// A room shows no subtitles, so their decoders are not missed.
+bool IsNeeded(std::string_view what) {
+    constexpr std::array kUnused{"decoder-text/",
+                                 "decoder-subpicture/",
+                                 "decoder-subtitle/",
+                                 "decoder-application/x-ssa",
+                                 "decoder-application/x-ass",
+                                 "decoder-closedcaption/",
+                                 "decoder-meta/"};
+    for (const std::string_view prefix : kUnused) {
+        if (what.starts_with(prefix)) return false;
+    }
+    return true;
+}
+
+std::optional<std::string> FindMissingDecoder(const std::string& uri) {
+    GError* error = nullptr;
+    GstDiscoverer* discoverer = gst_discoverer_new(kReadingTime, &error);
+    if (discoverer == nullptr) {
+        const GstOwned<GError> owned(error);
+        LOG(kLogWarning, "Files are not checked: %s", owned ? owned->message : "no reason given");
+        return std::nullopt;
+    }
+    std::optional<std::string> missing;
+    GstDiscovererInfo* info = gst_discoverer_discover_uri(discoverer, uri.c_str(), &error);
+    const GstOwned<GError> owned(error);
+    if (info != nullptr) {
+        const gchar** details = gst_discoverer_info_get_missing_elements_installer_details(info);
+        for (; details != nullptr && *details != nullptr && !missing; ++details) {
+            const auto parts = SplitDetail(*details);
+            if (parts.size() >= 5 && IsNeeded(parts[4])) missing = parts[3];
+        }
+        gst_discoverer_info_unref(info);
+    }
+    g_object_unref(discoverer);
+    return missing;
+}
+
+std::optional<std::string> CheckFile(const std::string& who, const std::filesystem::path& path,
+                                     const std::string& uri) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status)) return who + ": the file " + path.string() + " does not exist";
+    if (std::filesystem::is_directory(status)) return who + ": " + path.string() + " is a folder, not a file";
+    if (::access(path.c_str(), R_OK) != 0) return who + ": the file " + path.string() + " may not be read";
+    if (const auto missing = FindMissingDecoder(uri)) {
+        return who + ": the file " + path.string() +
+               " cannot be played, since this is not installed: " + *missing;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+ResolvedSource ResolveSource(const std::string& source) {
+    if (source == "test") return {ResolvedSource::Kind::TestPicture, {}};
+    if (source == "clip") return {ResolvedSource::Kind::Person, {}};
+    if (gst_uri_is_valid(source.c_str()) != FALSE) return {ResolvedSource::Kind::Uri, source};
+    std::error_code error;
+    const auto path = std::filesystem::absolute(source, error);
+    return {ResolvedSource::Kind::Uri, TakeText(g_filename_to_uri(path.c_str(), nullptr, nullptr))};
+}
+
+std::optional<std::string> CheckSource(const Participant& participant) {
+    const std::string who = "Participant \"" + participant.name + "\"";
+    if (participant.source.empty()) return who + ": no source is given";
+    const ResolvedSource resolved = ResolveSource(participant.source);
+    if (resolved.kind != ResolvedSource::Kind::Uri) return std::nullopt;
+    const std::string path = TakeText(g_filename_from_uri(resolved.uri.c_str(), nullptr, nullptr));
+    if (!path.empty()) return CheckFile(who, path, resolved.uri);
+    // A network is not asked: whether something answers there can change at any time.
+    const std::string protocol = TakeText(gst_uri_get_protocol(resolved.uri.c_str()));
+    if (gst_uri_protocol_is_supported(GST_URI_SRC, protocol.c_str()) != FALSE) return std::nullopt;
+    return who + ": nothing that is installed can read \"" + protocol + "://\"";
+}
+
+std::optional<std::string> CheckInstallation() {
+    for (const Needed& needed : kNeeded) {
+        if (IsInstalled(needed.element)) continue;
+        return std::string("GStreamer's element \"") + needed.element +
+               "\" is missing: install gstreamer1.0-plugins-" + needed.plugins;
+    }
+    return std::nullopt;
+}
+
+}  // namespace Corvanta::Engine

@@ -1,5 +1,5 @@
 // Ends a run that nobody watches: after the time that was asked for, or somewhat later on a machine so slow
-// that the participants' pictures are not there yet. Main thread only.
+// that no picture is there yet. Main thread only.
 #pragma once
 
 #include <chrono>

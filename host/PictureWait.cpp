@@ -10,16 +10,16 @@ constexpr std::chrono::milliseconds kLongestExtraWait{10000};
 
 }  // namespace
 
-bool PictureWait::IsOver(Clock::time_point now, bool allPicturesThere) {
-    if (!allPicturesThere) {
-        picturesSince_.reset();
-    } else if (!picturesSince_) {
-        picturesSince_ = now;
+bool PictureWait::IsOver(Clock::time_point now, bool pictureThere) {
+    if (!pictureThere) {
+        pictureSince_.reset();
+    } else if (!pictureSince_) {
+        pictureSince_ = now;
     }
     if (now < start_ + runFor_) {
         return false;
     }
-    const bool drawn = picturesSince_ && now >= *picturesSince_ + kTimeToDraw;
+    const bool drawn = pictureSince_ && now >= *pictureSince_ + kTimeToDraw;
     return drawn || now >= start_ + runFor_ + kLongestExtraWait;
 }
 

@@ -12,14 +12,14 @@ public:
 
     PictureWait(Clock::time_point start, std::chrono::milliseconds runFor) : start_(start), runFor_(runFor) {}
 
-    // To be asked again and again. True once the run's time has passed and the pictures have been there long
-    // enough to have been drawn; without pictures, some seconds later.
-    [[nodiscard]] bool IsOver(Clock::time_point now, bool allPicturesThere);
+    // To be asked again and again. True once the run's time has passed and a picture has been there long enough to
+    // have been drawn; without one, some seconds later.
+    [[nodiscard]] bool IsOver(Clock::time_point now, bool pictureThere);
 
 private:
     Clock::time_point start_;
     std::chrono::milliseconds runFor_;
-    std::optional<Clock::time_point> picturesSince_;
+    std::optional<Clock::time_point> pictureSince_;
 };
 
 }  // namespace Corvanta::Host

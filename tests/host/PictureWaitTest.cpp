@@ -16,7 +16,7 @@ TEST(PictureWait, LastsAtLeastTheTimeAskedFor) {
     EXPECT_TRUE(wait.IsOver(kStart + 2s, true));
 }
 
-TEST(PictureWait, GivesLatePicturesTimeToBeDrawn) {
+TEST(PictureWait, GivesALatePictureTimeToBeDrawn) {
     PictureWait wait(kStart, 2s);
     EXPECT_FALSE(wait.IsOver(kStart + 2s, false));
     EXPECT_FALSE(wait.IsOver(kStart + 3s, true));
@@ -24,7 +24,7 @@ TEST(PictureWait, GivesLatePicturesTimeToBeDrawn) {
     EXPECT_TRUE(wait.IsOver(kStart + 4500ms, true));
 }
 
-TEST(PictureWait, CountsAnewAfterAPictureWasMissingAgain) {
+TEST(PictureWait, CountsAnewAfterThePictureWasMissingAgain) {
     PictureWait wait(kStart, 2s);
     EXPECT_FALSE(wait.IsOver(kStart + 1s, true));
     EXPECT_FALSE(wait.IsOver(kStart + 1900ms, false));
@@ -33,7 +33,7 @@ TEST(PictureWait, CountsAnewAfterAPictureWasMissingAgain) {
     EXPECT_TRUE(wait.IsOver(kStart + 3500ms, true));
 }
 
-TEST(PictureWait, EndsWithoutPicturesInTheEnd) {
+TEST(PictureWait, EndsWithoutAPictureInTheEnd) {
     PictureWait wait(kStart, 2s);
     EXPECT_FALSE(wait.IsOver(kStart + 11999ms, false));
     EXPECT_TRUE(wait.IsOver(kStart + 12s, false));

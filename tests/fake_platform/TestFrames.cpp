@@ -36,12 +36,12 @@ SubsamplingMode SubsamplingOf(VideoFrameBufferType type) {
     }
 }
 
-RgbTestFrame::RgbTestFrame(const FrameSpec& spec)
-    : RGBFrameBuffer(spec.width, spec.height, spec.colorSpace), faults_(spec.faults) {
-    const uint32_t argb = spec.argb.value_or(0xFF808080);
-    const bool stored = IsStored(spec.width, spec.height);
-    bytes_.resize(stored ? size_t{4} * static_cast<size_t>(spec.width) * static_cast<size_t>(spec.height)
-                         : 4);
+RgbTestFrame::RgbTestFrame(const FrameOptions& options)
+    : RGBFrameBuffer(options.width, options.height, options.colorSpace), faults_(options.faults) {
+    const uint32_t argb = options.argb.value_or(0xFF808080);
+    const bool stored = IsStored(options.width, options.height);
+    bytes_.resize(
+        stored ? size_t{4} * static_cast<size_t>(options.width) * static_cast<size_t>(options.height) : 4);
     for (size_t i = 0; i < bytes_.size(); ++i) {
         bytes_[i] = static_cast<uint8_t>(argb >> (8 * (i % 4)));
     }
@@ -81,23 +81,23 @@ void TestPlane<Sample>::Fill(Sample value) {
 }
 
 template <typename Base, typename Sample>
-PlanarTestFrame<Base, Sample>::PlanarTestFrame(const FrameSpec& spec)
-    : Base(spec.width, spec.height, spec.colorSpace),
-      faults_(spec.faults),
-      type_(spec.type),
-      subsampling_(SubsamplingOf(spec.type)) {
+PlanarTestFrame<Base, Sample>::PlanarTestFrame(const FrameOptions& options)
+    : Base(options.width, options.height, options.colorSpace),
+      faults_(options.faults),
+      type_(options.type),
+      subsampling_(SubsamplingOf(options.type)) {
     constexpr int kDepthFactor = sizeof(Sample) == 2 ? 4 : 1;
-    const bool stored = IsStored(spec.width, spec.height);
-    const int width = stored ? spec.width : 1;
-    const int height = stored ? spec.height : 1;
+    const bool stored = IsStored(options.width, options.height);
+    const int width = stored ? options.width : 1;
+    const int height = stored ? options.height : 1;
     const int chromaWidth = subsampling_ == SubsamplingMode::Mode444 ? width : (width + 1) / 2;
     const int chromaHeight = subsampling_ == SubsamplingMode::Mode420 ? (height + 1) / 2 : height;
     const auto fill = [](const std::optional<uint16_t>& value, uint16_t otherwise) {
         return static_cast<Sample>(value.value_or(static_cast<uint16_t>(otherwise * kDepthFactor)));
     };
-    planes_.emplace_back(width, height, spec.padding, fill(spec.y, kGreyLuma8));
-    planes_.emplace_back(chromaWidth, chromaHeight, spec.padding, fill(spec.u, kGreyChroma8));
-    planes_.emplace_back(chromaWidth, chromaHeight, spec.padding, fill(spec.v, kGreyChroma8));
+    planes_.emplace_back(width, height, options.padding, fill(options.y, kGreyLuma8));
+    planes_.emplace_back(chromaWidth, chromaHeight, options.padding, fill(options.u, kGreyChroma8));
+    planes_.emplace_back(chromaWidth, chromaHeight, options.padding, fill(options.v, kGreyChroma8));
 }
 
 template <typename Base, typename Sample>
@@ -142,27 +142,27 @@ const Sample* PlanarTestFrame<Base, Sample>::DataOf(size_t plane) const {
 template class PlanarTestFrame<YUVFrameBuffer, uint8_t>;
 template class PlanarTestFrame<YUV16FrameBuffer, uint16_t>;
 
-std::shared_ptr<RgbTestFrame> MakeRgbFrame(FrameSpec spec) {
-    spec.type = VideoFrameBufferType::RGB;
-    return std::make_shared<RgbTestFrame>(spec);
+std::shared_ptr<RgbTestFrame> MakeRgbFrame(FrameOptions options) {
+    options.type = VideoFrameBufferType::RGB;
+    return std::make_shared<RgbTestFrame>(options);
 }
 
-std::shared_ptr<YuvTestFrame> MakeYuvFrame(const FrameSpec& spec) {
-    return std::make_shared<YuvTestFrame>(spec);
+std::shared_ptr<YuvTestFrame> MakeYuvFrame(const FrameOptions& options) {
+    return std::make_shared<YuvTestFrame>(options);
 }
 
-std::shared_ptr<Yuv16TestFrame> MakeYuv16Frame(const FrameSpec& spec) {
-    return std::make_shared<Yuv16TestFrame>(spec);
+std::shared_ptr<Yuv16TestFrame> MakeYuv16Frame(const FrameOptions& options) {
+    return std::make_shared<Yuv16TestFrame>(options);
 }
 
-std::shared_ptr<VideoFrameBuffer> MakeFrame(const FrameSpec& spec) {
-    if (spec.type == VideoFrameBufferType::RGB) {
-        return MakeRgbFrame(spec);
+std::shared_ptr<VideoFrameBuffer> MakeFrame(const FrameOptions& options) {
+    if (options.type == VideoFrameBufferType::RGB) {
+        return MakeRgbFrame(options);
     }
-    if (Is16Bit(spec.type)) {
-        return MakeYuv16Frame(spec);
+    if (Is16Bit(options.type)) {
+        return MakeYuv16Frame(options);
     }
-    return MakeYuvFrame(spec);
+    return MakeYuvFrame(options);
 }
 
 int ClearCount(const std::shared_ptr<VideoFrameBuffer>& frame) {
@@ -174,8 +174,8 @@ std::vector<BadFrame> MakeBadFrames() {
     using Type = VideoFrameBufferType;
     constexpr int kHuge = std::numeric_limits<int>::max();
     std::vector<BadFrame> frames;
-    const auto add = [&](const char* name, const FrameSpec& spec) {
-        frames.push_back({name, MakeFrame(spec)});
+    const auto add = [&](const char* name, const FrameOptions& options) {
+        frames.push_back({name, MakeFrame(options)});
     };
 
     for (const Type type : {Type::RGB, Type::YUV420, Type::YUV422_16}) {

@@ -36,7 +36,7 @@ SubsamplingMode SubsamplingOf(VideoFrameBufferType type) {
     }
 }
 
-RgbTestFrame::RgbTestFrame(const FrameOptions& options)
+RgbTestFrame::RgbTestFrame(const FrameSpec& options)
     : RGBFrameBuffer(options.width, options.height, options.colorSpace), faults_(options.faults) {
     const uint32_t argb = options.argb.value_or(0xFF808080);
     const bool stored = IsStored(options.width, options.height);
@@ -81,7 +81,7 @@ void TestPlane<Sample>::Fill(Sample value) {
 }
 
 template <typename Base, typename Sample>
-PlanarTestFrame<Base, Sample>::PlanarTestFrame(const FrameOptions& options)
+PlanarTestFrame<Base, Sample>::PlanarTestFrame(const FrameSpec& options)
     : Base(options.width, options.height, options.colorSpace),
       faults_(options.faults),
       type_(options.type),
@@ -142,20 +142,20 @@ const Sample* PlanarTestFrame<Base, Sample>::DataOf(size_t plane) const {
 template class PlanarTestFrame<YUVFrameBuffer, uint8_t>;
 template class PlanarTestFrame<YUV16FrameBuffer, uint16_t>;
 
-std::shared_ptr<RgbTestFrame> MakeRgbFrame(FrameOptions options) {
+std::shared_ptr<RgbTestFrame> MakeRgbFrame(FrameSpec options) {
     options.type = VideoFrameBufferType::RGB;
     return std::make_shared<RgbTestFrame>(options);
 }
 
-std::shared_ptr<YuvTestFrame> MakeYuvFrame(const FrameOptions& options) {
+std::shared_ptr<YuvTestFrame> MakeYuvFrame(const FrameSpec& options) {
     return std::make_shared<YuvTestFrame>(options);
 }
 
-std::shared_ptr<Yuv16TestFrame> MakeYuv16Frame(const FrameOptions& options) {
+std::shared_ptr<Yuv16TestFrame> MakeYuv16Frame(const FrameSpec& options) {
     return std::make_shared<Yuv16TestFrame>(options);
 }
 
-std::shared_ptr<VideoFrameBuffer> MakeFrame(const FrameOptions& options) {
+std::shared_ptr<VideoFrameBuffer> MakeFrame(const FrameSpec& options) {
     if (options.type == VideoFrameBufferType::RGB) {
         return MakeRgbFrame(options);
     }
@@ -174,7 +174,7 @@ std::vector<BadFrame> MakeBadFrames() {
     using Type = VideoFrameBufferType;
     constexpr int kHuge = std::numeric_limits<int>::max();
     std::vector<BadFrame> frames;
-    const auto add = [&](const char* name, const FrameOptions& options) {
+    const auto add = [&](const char* name, const FrameSpec& options) {
         frames.push_back({name, MakeFrame(options)});
     };
 

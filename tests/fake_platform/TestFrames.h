@@ -33,7 +33,7 @@ struct FrameFaults {
     std::optional<VideoFrameBufferType> type = {};
 };
 
-struct FrameOptions {
+struct FrameSpec {
     int width = 64;
     int height = 48;
     VideoFrameBufferType type = VideoFrameBufferType::YUV420;
@@ -63,7 +63,7 @@ private:
 
 class RgbTestFrame final : public RGBFrameBuffer, public TestFrame {
 public:
-    explicit RgbTestFrame(const FrameOptions& options);
+    explicit RgbTestFrame(const FrameSpec& options);
 
     void Clear() override;
     [[nodiscard]] VideoFrameBufferType GetType() const override;
@@ -103,7 +103,7 @@ private:
 template <typename Base, typename Sample>
 class PlanarTestFrame final : public Base, public TestFrame {
 public:
-    explicit PlanarTestFrame(const FrameOptions& options);
+    explicit PlanarTestFrame(const FrameSpec& options);
 
     void Clear() override;
     [[nodiscard]] VideoFrameBufferType GetType() const override;
@@ -138,14 +138,14 @@ using Yuv16TestFrame = PlanarTestFrame<YUV16FrameBuffer, uint16_t>;
 extern template class PlanarTestFrame<YUVFrameBuffer, uint8_t>;
 extern template class PlanarTestFrame<YUV16FrameBuffer, uint16_t>;
 
-// A frame of the class that the options's type belongs to; types of 7 and up become a planar 8-bit 4:2:0
+// A frame of the class that the wanted type belongs to; types of 7 and up become a planar 8-bit 4:2:0
 // frame that reports that type. A size below 1, or of more than 2^26 pixels, is reported but has one sample a
 // plane behind it.
-std::shared_ptr<VideoFrameBuffer> MakeFrame(const FrameOptions& options = {});
-// The same where a test needs the class itself. The type of the options must fit.
-std::shared_ptr<RgbTestFrame> MakeRgbFrame(FrameOptions options);
-std::shared_ptr<YuvTestFrame> MakeYuvFrame(const FrameOptions& options);
-std::shared_ptr<Yuv16TestFrame> MakeYuv16Frame(const FrameOptions& options);
+std::shared_ptr<VideoFrameBuffer> MakeFrame(const FrameSpec& options = {});
+// The same where a test needs the class itself. The type asked for must fit.
+std::shared_ptr<RgbTestFrame> MakeRgbFrame(FrameSpec options);
+std::shared_ptr<YuvTestFrame> MakeYuvFrame(const FrameSpec& options);
+std::shared_ptr<Yuv16TestFrame> MakeYuv16Frame(const FrameSpec& options);
 
 // How often the frame was cleared.
 int ClearCount(const std::shared_ptr<VideoFrameBuffer>& frame);

@@ -20,9 +20,9 @@ bool RunsOnX11() {
 // safe.
 int LogAndGoOn(Display*, XErrorEvent* event) {
     // Every drawing on a lost window fails anew; one line tells it.
-    static std::atomic<XID> lastWindow{None};
-    if (lastWindow.exchange(event->resourceid) != event->resourceid) {
-        LOG(3, "Window system error %d on window %lu", static_cast<int>(event->error_code),
+    static std::atomic<XID> lastResource{None};
+    if (lastResource.exchange(event->resourceid) != event->resourceid) {
+        LOG(3, "Window system error %d on resource %lu", static_cast<int>(event->error_code),
             event->resourceid);
     }
     return 0;

@@ -3,11 +3,11 @@
 namespace Corvanta::UI {
 
 void MicrophoneController::SetMicState(bool enabled) {
-    isMicEnabled_.store(enabled);
+    isMicEnabled_ = enabled;
 }
 
 bool MicrophoneController::IsMicEnabled() const {
-    return isMicEnabled_.load();
+    return isMicEnabled_;
 }
 
 }  // namespace Corvanta::UI

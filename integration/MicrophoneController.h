@@ -1,8 +1,5 @@
-// Keeps the local microphone's state. Held by the room's view. The host's thread writes it; media threads
-// read it when they connect again.
+// Keeps the local microphone's state. Held by the room's view; host thread.
 #pragma once
-
-#include <atomic>
 
 namespace Corvanta::UI {
 
@@ -13,7 +10,7 @@ public:
     [[nodiscard]] bool IsMicEnabled() const;
 
 private:
-    std::atomic<bool> isMicEnabled_{false};
+    bool isMicEnabled_ = false;
 };
 
 }  // namespace Corvanta::UI

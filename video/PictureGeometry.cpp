@@ -8,6 +8,7 @@ float AspectRatioOf(PictureSize size) {
 }
 
 SDL_Rect CenterCropOf(PictureSize size) {
+    if (size.width == 0 || size.height == 0) return {0, 0, 0, 0};
     if (AspectRatioOf(size) > kThumbnailAspect) {
         const int width = static_cast<int>(static_cast<double>(static_cast<float>(size.height)) * 4.0 / 3.0);
         return {static_cast<int>((size.width - width) * 0.5), 0, width, size.height};

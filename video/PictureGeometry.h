@@ -16,7 +16,8 @@ inline constexpr float kThumbnailAspect = 1.3333334F;
 // width / height; kThumbnailAspect when either is 0.
 [[nodiscard]] float AspectRatioOf(PictureSize size);
 
-// The part of a picture that fills a 4:3 thumbnail, centred: cropped, never letterboxed.
+// The part of a picture that fills a 4:3 thumbnail, centred: cropped, never letterboxed. Empty when a side is
+// 0.
 [[nodiscard]] SDL_Rect CenterCropOf(PictureSize size);
 
 }  // namespace Corvanta::Video

@@ -37,11 +37,11 @@ GstOwned<GstElement> MakeSource(const GstCaps* caps) {
 }  // namespace
 
 ClipSource::ClipSource(std::unique_ptr<const ClipScene> shownScene) : scene(std::move(shownScene)) {
-    const GstOwned<GstCaps> pictureCaps(
-        gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "I420", "width", G_TYPE_INT, kClipWidth,
-                            "height", G_TYPE_INT, kClipHeight, "framerate", GST_TYPE_FRACTION, kClipFrameRate,
-                            1, "pixel-aspect-ratio", GST_TYPE_FRACTION, 1, 1, "colorimetry", G_TYPE_STRING,
-                            "bt709", "interlace-mode", G_TYPE_STRING, "progressive", nullptr));
+    pictureCaps.reset(gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "I420", "width", G_TYPE_INT,
+                                          kClipWidth, "height", G_TYPE_INT, kClipHeight, "framerate",
+                                          GST_TYPE_FRACTION, kClipFrameRate, 1, "pixel-aspect-ratio",
+                                          GST_TYPE_FRACTION, 1, 1, "colorimetry", G_TYPE_STRING, "bt709",
+                                          "interlace-mode", G_TYPE_STRING, "progressive", nullptr));
     const GstOwned<GstCaps> soundCaps(gst_caps_new_simple(
         "audio/x-raw", "format", G_TYPE_STRING, G_BYTE_ORDER == G_LITTLE_ENDIAN ? "S16LE" : "S16BE", "rate",
         G_TYPE_INT, kSoundRate, "channels", G_TYPE_INT, 1, "layout", G_TYPE_STRING, "interleaved", nullptr));

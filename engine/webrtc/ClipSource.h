@@ -23,6 +23,8 @@ public:
     // The clip's time when the pipeline's is zero; to be set before it runs.
     void SetStart(std::chrono::nanoseconds start) { startNs = start.count(); }
 
+    [[nodiscard]] const GstCaps* PictureCaps() const { return pictureCaps.get(); }
+
     // Elements with one source pad each, to be added to the pipeline. Null when GStreamer lacks them.
     [[nodiscard]] GstElement* Video() const { return video.get(); }
     [[nodiscard]] GstElement* Audio() const { return audio.get(); }
@@ -33,6 +35,7 @@ private:
 
     const std::unique_ptr<const ClipScene> scene;
     std::atomic<int64_t> startNs = 0;
+    GstOwned<GstCaps> pictureCaps;
     GstOwned<GstElement> video, audio;
     GstOwned<GstBufferPool> pool;
     // Touched by the one streaming thread of each element.

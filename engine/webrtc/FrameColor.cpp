@@ -47,10 +47,11 @@ std::optional<HDRMetadata> DescribeMastering(const GstCaps* caps) {
 ColorSpace DescribeColor(const GstVideoInfo& info, const GstCaps* caps,
                          const GstVideoColorimetry& container) {
     const bool isRgb = GST_VIDEO_INFO_IS_RGB(&info) != FALSE;
-    GstVideoColorimetry color = {};
-    // gst_video_info_from_caps fills an absent colorimetry by its own rule, which must not pass for a fact.
-    const GstStructure* structure = gst_caps_get_structure(caps, 0);
-    if (gst_structure_has_field(structure, "colorimetry") != FALSE) color = info.colorimetry;
+    // The text of the caps, since gst_video_info_from_caps fills gaps by a rule of its own, and that must not
+    // pass for a fact.
+    GstVideoColorimetry color{};
+    const char* text = gst_structure_get_string(gst_caps_get_structure(caps, 0), "colorimetry");
+    if (text != nullptr) gst_video_colorimetry_from_string(&color, text);
 
     if (color.primaries == GST_VIDEO_COLOR_PRIMARIES_UNKNOWN) color.primaries = container.primaries;
     if (color.primaries == GST_VIDEO_COLOR_PRIMARIES_UNKNOWN)

@@ -14,7 +14,7 @@ namespace Corvanta::Engine {
 class MappedPicture final {
 public:
     // Keeps the buffer and maps it. Null when it cannot be mapped, or when its layout is none of those that
-    // frame objects can show (see FrameFormats).
+    // frame objects can show (see below).
     [[nodiscard]] static std::shared_ptr<const MappedPicture> Make(GstBuffer* buffer,
                                                                    const GstVideoInfo& info,
                                                                    const ColorSpace& colorSpace);
@@ -41,8 +41,9 @@ private:
     ColorSpace color;
 };
 
-// The formats that frame objects can show without a conversion, best first, as the "format" field of caps.
-inline constexpr const char* kFrameFormats = "{ I420, Y42B, Y444, I420_10LE, I422_10LE, Y444_10LE, BGRA }";
+// The formats that frame objects can show without a conversion, as the "format" field of caps.
+inline constexpr const char* kPlanarFormats = "{ I420, Y42B, Y444, I420_10LE, I422_10LE, Y444_10LE }";
+inline constexpr const char* kPackedFormats = "{ BGRA }";
 
 // A new frame object over the picture. It copies nothing, unless a packed picture has padded rows; its Clear
 // leaves the picture and other frame objects as they are.

@@ -19,6 +19,11 @@ using std::chrono::steady_clock;
 constexpr milliseconds kShortestLoop{500};
 // Rounds of a segment follow each other before the pictures are shown; the queues in between slow them down.
 constexpr milliseconds kShortestSegment{10};
+// How long a source may say nothing at all about itself, the first time; then it is opened again. GStreamer's
+// decoder bin loses the error of a demuxer now and then, when it comes while the demuxer is being connected.
+constexpr milliseconds kFilePatience{2000};
+constexpr milliseconds kNetworkPatience{20000};
+constexpr unsigned kSilentOpenings = 3;
 constexpr milliseconds kFirstRetry{1000};
 constexpr milliseconds kLongestRetry{30000};
 
@@ -45,19 +50,14 @@ GstPadProbeReturn TakeColorAside(GstPad*, GstPadProbeInfo* probe, gpointer data)
     return GST_PAD_PROBE_OK;
 }
 
-// Whether the stream's tags say that its pictures lie on their side or are mirrored.
-bool IsRotated(GstPad* pad) {
-    bool isRotated = false;
-    for (guint index = 0;; ++index) {
-        const GstOwned<GstEvent> event(gst_pad_get_sticky_event(pad, GST_EVENT_TAG, index));
-        if (!event) return isRotated;
-        GstTagList* tags = nullptr;
-        gst_event_parse_tag(event.get(), &tags);
-        gchar* orientation = nullptr;
-        if (gst_tag_list_get_string(tags, GST_TAG_IMAGE_ORIENTATION, &orientation) != FALSE) {
-            isRotated = TakeText(orientation) != "rotate-0";
-        }
-    }
+// Whether the tags say that the stream's pictures lie on their side or are mirrored.
+bool SaysRotated(GstEvent* event) {
+    if (GST_EVENT_TYPE(event) != GST_EVENT_TAG) return false;
+    GstTagList* tags = nullptr;
+    gst_event_parse_tag(event, &tags);
+    gchar* orientation = nullptr;
+    return gst_tag_list_get_string(tags, GST_TAG_IMAGE_ORIENTATION, &orientation) != FALSE &&
+           TakeText(orientation) != "rotate-0";
 }
 
 }  // namespace
@@ -82,7 +82,11 @@ bool Playback::IsNetworkSource() const {
 }
 
 void Playback::PostHere(std::function<void(Playback&)> task) {
-    loop.Post([weak = weak_from_this(), current = generation.load(), task = std::move(task)] {
+    PostHereAfter(milliseconds::zero(), std::move(task));
+}
+
+void Playback::PostHereAfter(milliseconds delay, std::function<void(Playback&)> task) {
+    loop.PostAfter(delay, [weak = weak_from_this(), current = generation.load(), task = std::move(task)] {
         const auto self = weak.lock();
         if (self && self->generation == current) task(*self);
     });
@@ -90,6 +94,7 @@ void Playback::PostHere(std::function<void(Playback&)> task) {
 
 void Playback::Open() {
     Close();
+    isWithoutSegments = false;
     // Asked here once, since asking on a streaming thread would stop the stream meanwhile.
     if (output == SoundOutput::Device && !HasSoundDevice()) output = SoundOutput::Silent;
     stage = Stage::Opening;
@@ -112,12 +117,25 @@ void Playback::Open() {
     if (isLive) {
         stage = Stage::Ready;
         StartWhenReady();
+    } else if (!clip) {
+        const auto patience = (IsNetworkSource() ? kNetworkPatience : kFilePatience) * (1U << silentOpenings);
+        PostHereAfter(patience, [](Playback& self) { self.OnSilence(); });
+    }
+}
+
+void Playback::OnSilence() {
+    if (stage != Stage::Opening || hasVideo || hasSound) return;
+    if (++silentOpenings < kSilentOpenings) {
+        Open();
+    } else {
+        silentOpenings = 0;
+        Fail("nothing is found in it");
     }
 }
 
 bool Playback::BuildClip() {
     clip = std::make_unique<ClipSource>(source.makeScene());
-    GstElement* video = videoSink.MakeBin(false);
+    GstElement* video = videoSink.MakeBin(clip->PictureCaps(), false);
     GstElement* sound = audioSink.MakeBin(output, gain);
     if (clip->Video() == nullptr || clip->Audio() == nullptr || video == nullptr || sound == nullptr) {
         if (video != nullptr) gst_object_unref(video);
@@ -156,6 +174,8 @@ void Playback::OnElementAdded(GstElement* element) {
     const GstElementFactory* factory = gst_element_get_factory(element);
     if (factory == nullptr) return;
     const std::string_view name(GST_OBJECT_NAME(factory));
+    // Its sinks' parsers accept such a seek all the same, and then nothing comes any more.
+    if (name == "tsdemux") isWithoutSegments = true;
     if (name != "h264parse" && name != "h265parse") return;
     const GstOwned<GstPad> pad(gst_element_get_static_pad(element, "sink"));
     gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, TakeColorAside,
@@ -169,16 +189,28 @@ void Playback::OnPadAdded(GstPad* pad) {
     const std::string_view kind(gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)));
     GstElement* bin = nullptr;
     // The first stream of each kind is played; a file may have more.
-    if (kind == "video/x-raw" && !hasVideo.exchange(true)) bin = videoSink.MakeBin(IsRotated(pad));
+    if (kind == "video/x-raw" && !hasVideo.exchange(true)) bin = videoSink.MakeBin(caps.get(), isRotated);
     if (kind == "audio/x-raw" && !hasSound.exchange(true)) bin = audioSink.MakeBin(output, gain);
     if (bin == nullptr) return;
     gst_bin_add(GST_BIN(pipeline.get()), bin);
+    if (kind == "video/x-raw")
+        gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, OnVideoEvent, this, nullptr);
     const GstOwned<GstPad> sink(gst_element_get_static_pad(bin, "sink"));
     if (gst_pad_link(pad, sink.get()) != GST_PAD_LINK_OK) {
         LOG(kLogError, "\"%s\": a stream of kind %s cannot be played", source.name.c_str(),
             TakeText(gst_caps_to_string(caps.get())).c_str());
     }
     gst_element_sync_state_with_parent(bin);
+}
+
+GstPadProbeReturn Playback::OnVideoEvent(GstPad*, GstPadProbeInfo* probe, gpointer data) {
+    auto* const self = static_cast<Playback*>(data);
+    // Few clips are turned and not every format can be, so the element for it is only there when it is
+    // needed; the tags that say so come too late for that, but before the first picture.
+    if (SaysRotated(GST_PAD_PROBE_INFO_EVENT(probe)) && !self->isRotated.exchange(true)) {
+        self->PostHere([](Playback& playback) { playback.Open(); });
+    }
+    return GST_PAD_PROBE_OK;
 }
 
 void Playback::Play() {
@@ -222,10 +254,7 @@ void Playback::Restart(bool immediately) {
 }
 
 void Playback::OpenAfter(milliseconds delay) {
-    loop.PostAfter(delay, [weak = weak_from_this(), current = generation.load()] {
-        const auto self = weak.lock();
-        if (self && self->generation == current) self->Open();
-    });
+    PostHereAfter(delay, [](Playback& self) { self.Open(); });
 }
 
 void Playback::SetGain(double linear) {
@@ -236,6 +265,7 @@ void Playback::SetGain(double linear) {
 bool Playback::OnMessage(GstMessage* message) {
     switch (GST_MESSAGE_TYPE(message)) {
         case GST_MESSAGE_ERROR: OnError(message); return false;
+        case GST_MESSAGE_WARNING: OnWarning(message); break;
         case GST_MESSAGE_EOS: OnEndOfStream(); break;
         case GST_MESSAGE_SEGMENT_DONE: OnSegmentDone(); break;
         case GST_MESSAGE_ASYNC_DONE: OnPrerolled(); break;
@@ -274,32 +304,44 @@ void Playback::OnElementMessage(GstMessage* message) {
 
 void Playback::OnPrerolled() {
     if (stage == Stage::Opening) {
+        silentOpenings = 0;
         if (hasVideo && videoSink.IsAtEnd()) ReportWithoutPicture("it ends before its first picture");
         if (reportedWithoutPicture && !hasSound) {
             Close();
             return;
         }
-        const GstOwned<GstQuery> query(gst_query_new_seeking(GST_FORMAT_TIME));
-        gboolean answer = FALSE;
-        if (clip == nullptr && gst_element_query(pipeline.get(), query.get()) != FALSE) {
-            gst_query_parse_seeking(query.get(), nullptr, &answer, nullptr, nullptr);
-        }
-        isSeekable = answer != FALSE;
+        isSeekable = !clip && CanSeek();
         // A segment's end is announced instead of ending the stream, so that the next round follows without a
         // gap.
-        if (isSeekable) {
+        if (isSeekable && CanLoopSegments() && Seek(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_SEGMENT)) {
             stage = Stage::Cueing;
-            constexpr auto kFlags = static_cast<GstSeekFlags>(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_SEGMENT);
-            if (gst_element_seek(pipeline.get(), 1.0, GST_FORMAT_TIME, kFlags, GST_SEEK_TYPE_SET, 0,
-                                 GST_SEEK_TYPE_NONE, -1) != FALSE) {
-                return;
-            }
+            return;
         }
     }
     if (stage == Stage::Opening || stage == Stage::Cueing) {
         stage = Stage::Ready;
         StartWhenReady();
     }
+}
+
+bool Playback::CanSeek() const {
+    const GstOwned<GstQuery> query(gst_query_new_seeking(GST_FORMAT_TIME));
+    gboolean answer = FALSE;
+    if (gst_element_query(pipeline.get(), query.get()) == FALSE) return false;
+    gst_query_parse_seeking(query.get(), nullptr, &answer, nullptr, nullptr);
+    return answer != FALSE;
+}
+
+bool Playback::CanLoopSegments() const {
+    gint64 duration = 0;
+    return !isWithoutSegments &&
+           gst_element_query_duration(pipeline.get(), GST_FORMAT_TIME, &duration) != FALSE &&
+           duration >= std::chrono::nanoseconds(kShortestLoop).count();
+}
+
+bool Playback::Seek(int flags) {
+    return gst_element_seek(pipeline.get(), 1.0, GST_FORMAT_TIME, static_cast<GstSeekFlags>(flags),
+                            GST_SEEK_TYPE_SET, 0, GST_SEEK_TYPE_NONE, -1) != FALSE;
 }
 
 void Playback::OnSegmentDone() {
@@ -324,22 +366,21 @@ void Playback::LoopAfter(milliseconds shortestRound, bool isSegment) {
         Loop(isSegment);
         return;
     }
-    const auto rest = std::chrono::ceil<milliseconds>(shortestRound - sinceLast);
-    loop.PostAfter(rest, [weak = weak_from_this(), current = generation.load(), isSegment] {
-        const auto self = weak.lock();
-        if (self && self->generation == current) self->Loop(isSegment);
-    });
+    PostHereAfter(std::chrono::ceil<milliseconds>(shortestRound - sinceLast),
+                  [isSegment](Playback& self) { self.Loop(isSegment); });
 }
 
 void Playback::Loop(bool isSegment) {
     lastLoop = steady_clock::now();
-    const auto flags = static_cast<GstSeekFlags>(isSegment ? GST_SEEK_FLAG_SEGMENT
-                                                           : GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_SEGMENT);
-    if (isSeekable && gst_element_seek(pipeline.get(), 1.0, GST_FORMAT_TIME, flags, GST_SEEK_TYPE_SET, 0,
-                                       GST_SEEK_TYPE_NONE, -1) != FALSE) {
-        return;
-    }
-    Open();
+    if (!isSeekable || !Seek(isSegment ? GST_SEEK_FLAG_SEGMENT : GST_SEEK_FLAG_FLUSH)) Open();
+}
+
+void Playback::OnWarning(GstMessage* message) {
+    GError* warning = nullptr;
+    gst_message_parse_warning(message, &warning, nullptr);
+    const GstOwned<GError> owned(warning);
+    if (std::exchange(warningWasLogged, true)) return;
+    LOG(kLogWarning, "\"%s\" (%s): %s", source.name.c_str(), source.uri.c_str(), warning->message);
 }
 
 void Playback::OnError(GstMessage* message) {

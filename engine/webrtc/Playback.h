@@ -68,10 +68,17 @@ private:
     // On streaming threads.
     void OnPadAdded(GstPad* pad);
     void OnElementAdded(GstElement* element);
+    static GstPadProbeReturn OnVideoEvent(GstPad* pad, GstPadProbeInfo* probe, gpointer data);
 
     bool OnMessage(GstMessage* message);
+    void OnWarning(GstMessage* message);
     void OnError(GstMessage* message);
     void OnPrerolled();
+    void OnSilence();
+    [[nodiscard]] bool CanSeek() const;
+    [[nodiscard]] bool CanLoopSegments() const;
+    // To the beginning, with GstSeekFlags.
+    bool Seek(int flags);
     void OnSegmentDone();
     void OnEndOfStream();
     void OnElementMessage(GstMessage* message);
@@ -83,7 +90,9 @@ private:
     void OpenAfter(std::chrono::milliseconds delay);
     void ReportWithoutPicture(const std::string& reason);
     void ReportConnection(bool lost);
+    // Runs a task on the engine's thread unless the source was closed meanwhile. Any thread of this playback.
     void PostHere(std::function<void(Playback&)> task);
+    void PostHereAfter(std::chrono::milliseconds delay, std::function<void(Playback&)> task);
     [[nodiscard]] bool IsNetworkSource() const;
 
     EngineLoop& loop;
@@ -100,7 +109,9 @@ private:
     bool isLost = false;
     bool reportedWithoutPicture = false;
     bool interruptionWasLogged = false;
+    bool warningWasLogged = false;
     unsigned failures = 0;
+    unsigned silentOpenings = 0;
     double gain = 1.0;
     std::chrono::steady_clock::time_point lastLoop;
 
@@ -115,6 +126,10 @@ private:
     std::atomic<bool> hasVideo = false;
     std::atomic<bool> hasSound = false;
     std::atomic<bool> hasDelivered = false;
+    // The stream says that its pictures are to be turned.
+    std::atomic<bool> isRotated = false;
+    // A part of the source cannot announce the end of a segment.
+    std::atomic<bool> isWithoutSegments = false;
 };
 
 }  // namespace Corvanta::Engine

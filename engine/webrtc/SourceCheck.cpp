@@ -4,19 +4,19 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "engine/webrtc/GstSupport.h"
-#include "platform/Logger.h"
 
 namespace Corvanta::Engine {
 
 namespace {
 
-constexpr GstClockTime kReadingTime = 10 * GST_SECOND;
+constexpr std::chrono::microseconds kReadingTime = std::chrono::seconds(3);
 
 struct Needed {
     const char* element;
@@ -60,26 +60,48 @@ bool IsNeeded(std::string_view what) {
     return true;
 }
 
+// What the message misses, when it is about something that is not installed and needed.
+std::optional<std::string> MissingIn(GstMessage* message) {
+    if (gst_is_missing_plugin_message(message) == FALSE) return std::nullopt;
+    const auto parts = SplitDetail(TakeText(gst_missing_plugin_message_get_installer_detail(message)));
+    if (parts.size() >= 5 && !IsNeeded(parts[4])) return std::nullopt;
+    return TakeText(gst_missing_plugin_message_get_description(message));
+}
+
+// Opens the file as far as its first pictures. Whatever else is wrong with it, playing it will tell.
 std::optional<std::string> FindMissingDecoder(const std::string& uri) {
-    GError* error = nullptr;
-    GstDiscoverer* discoverer = gst_discoverer_new(kReadingTime, &error);
-    if (discoverer == nullptr) {
-        const GstOwned<GError> owned(error);
-        LOG(kLogWarning, "Files are not checked: %s", owned ? owned->message : "no reason given");
-        return std::nullopt;
-    }
+    const GstOwned<GstElement> pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
+    const auto decoder = MakeElement("uridecodebin");
+    if (!decoder) return std::nullopt;
+    g_object_set(decoder.get(), "uri", uri.c_str(), nullptr);
+    const auto connectSink = +[](GstElement*, GstPad* pad, GstBin* bin) {
+        const auto sink = MakeElement("fakesink");
+        if (!sink) return;
+        gst_bin_add(bin, GST_ELEMENT(gst_object_ref(sink.get())));
+        const GstOwned<GstPad> target(gst_element_get_static_pad(sink.get(), "sink"));
+        gst_pad_link(pad, target.get());
+        gst_element_sync_state_with_parent(sink.get());
+    };
+    g_signal_connect(decoder.get(), "pad-added", G_CALLBACK(connectSink), pipeline.get());
+    gst_bin_add(GST_BIN(pipeline.get()), GST_ELEMENT(gst_object_ref(decoder.get())));
+    gst_element_set_state(pipeline.get(), GST_STATE_PAUSED);
+
+    const GstOwned<GstBus> bus(gst_element_get_bus(pipeline.get()));
+    constexpr auto kTypes = static_cast<GstMessageType>(GST_MESSAGE_ELEMENT | GST_MESSAGE_ASYNC_DONE |
+                                                        GST_MESSAGE_ERROR | GST_MESSAGE_EOS);
+    const gint64 deadline = g_get_monotonic_time() + kReadingTime.count();
     std::optional<std::string> missing;
-    GstDiscovererInfo* info = gst_discoverer_discover_uri(discoverer, uri.c_str(), &error);
-    const GstOwned<GError> owned(error);
-    if (info != nullptr) {
-        const gchar** details = gst_discoverer_info_get_missing_elements_installer_details(info);
-        for (; details != nullptr && *details != nullptr && !missing; ++details) {
-            const auto parts = SplitDetail(*details);
-            if (parts.size() >= 5 && IsNeeded(parts[4])) missing = parts[3];
-        }
-        gst_discoverer_info_unref(info);
+    for (bool isOpen = false; !isOpen && !missing;) {
+        const gint64 restNs = (deadline - g_get_monotonic_time()) * 1000;
+        if (restNs <= 0) break;
+        GstMessage* message =
+            gst_bus_timed_pop_filtered(bus.get(), static_cast<GstClockTime>(restNs), kTypes);
+        if (message == nullptr) break;
+        missing = MissingIn(message);
+        isOpen = GST_MESSAGE_TYPE(message) != GST_MESSAGE_ELEMENT;
+        gst_message_unref(message);
     }
-    g_object_unref(discoverer);
+    gst_element_set_state(pipeline.get(), GST_STATE_NULL);
     return missing;
 }
 

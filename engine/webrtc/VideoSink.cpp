@@ -39,12 +39,18 @@ VideoSink::VideoSink(std::string sourceName, std::shared_ptr<const ContainerColo
       container(std::move(containerColor)),
       callback(std::move(pictureCallback)) {}
 
-GstElement* VideoSink::MakeBin(bool isRotated) {
+GstElement* VideoSink::MakeBin(const GstCaps* streamCaps, bool isRotated) {
+    // Left to itself the converter would rather keep an alpha channel, which no frame object shows, than the
+    // depth and the matrix.
+    const char* format = gst_structure_get_string(gst_caps_get_structure(streamCaps, 0), "format");
+    const GstVideoFormatInfo* formatInfo = gst_video_format_get_info(
+        format != nullptr ? gst_video_format_from_string(format) : GST_VIDEO_FORMAT_I420);
+    const char* formats = GST_VIDEO_FORMAT_INFO_IS_RGB(formatInfo) ? kPackedFormats : kPlanarFormats;
     // The converter passes pictures through that are in one of the formats; it squares oblong pixels. It
     // never changes the colour description, so no matrix is applied but between RGB and YUV formats.
     std::string description = isRotated ? "videoconvertscale ! videoflip video-direction=auto ! " : "";
     description += "videoconvertscale ! capsfilter caps=\"video/x-raw,format=(string)";
-    description += kFrameFormats;
+    description += formats;
     description += ",pixel-aspect-ratio=1/1\" ! appsink name=pictures";
     GError* error = nullptr;
     GstElement* bin = gst_parse_bin_from_description_full(description.c_str(), TRUE, nullptr,

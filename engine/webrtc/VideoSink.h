@@ -36,10 +36,10 @@ public:
     VideoSink(const VideoSink&) = delete;
     VideoSink& operator=(const VideoSink&) = delete;
 
-    // A new bin with one sink pad, floating; null, and a log line, when an element is missing. `isRotated`:
-    // the stream says that its pictures are to be turned before they are shown. Called once for each
-    // pipeline.
-    [[nodiscard]] GstElement* MakeBin(bool isRotated);
+    // A new bin with one sink pad, floating; null, and a log line, when an element is missing. `streamCaps`
+    // are those of the decoded stream. `isRotated`: the stream says that its pictures are to be turned before
+    // they are shown. Called once for each pipeline.
+    [[nodiscard]] GstElement* MakeBin(const GstCaps* streamCaps, bool isRotated);
 
     // Whether the stream has ended and every picture of it was handed on.
     [[nodiscard]] bool IsAtEnd();

@@ -65,12 +65,14 @@ void FrameWorker::Run() {
 }
 
 void FrameWorker::PrepareAndInstall(const Frame& source, UI::DisplayTraits display) {
-    while (running_.load() && Prepare(source, display)) {
+    bool installed = false;
+    while (!installed && running_.load() && Prepare(source, display)) {
         const std::optional<UI::DisplayTraits> changed = client_.Install(prepared_, display);
-        if (!changed.has_value()) return;
-        display = *changed;
+        installed = !changed.has_value();
+        display = changed.value_or(display);
     }
-    client_.OnFrameGivenUp();
+    prepared_.frame.reset();
+    if (!installed) client_.OnFrameGivenUp();
 }
 
 bool FrameWorker::Prepare(const Frame& source, const UI::DisplayTraits& display) {

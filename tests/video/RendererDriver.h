@@ -1,0 +1,17 @@
+// Lets SDL's renderers give another driver's name than their own, so that what depends on it can be tested on
+// the software renderer. One thread.
+#pragma once
+
+namespace Corvanta::Testing {
+
+// Until the object goes.
+class PretendedDriver final {
+public:
+    // name must outlive the object.
+    explicit PretendedDriver(const char* name);
+    ~PretendedDriver();
+    PretendedDriver(const PretendedDriver&) = delete;
+    PretendedDriver& operator=(const PretendedDriver&) = delete;
+};
+
+}  // namespace Corvanta::Testing

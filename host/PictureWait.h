@@ -12,8 +12,8 @@ public:
 
     PictureWait(Clock::time_point start, std::chrono::milliseconds runFor) : start_(start), runFor_(runFor) {}
 
-    // To be asked again and again. True once the run's time has passed and a picture has been there long enough to
-    // have been drawn; without one, some seconds later.
+    // To be asked again and again. True once the run's time has passed and a picture has been there long
+    // enough to have been drawn; without one, some seconds later.
     [[nodiscard]] bool IsOver(Clock::time_point now, bool pictureThere);
 
 private:

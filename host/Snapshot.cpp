@@ -1,41 +1,43 @@
 #include "host/Snapshot.h"
 
-#include <QImage>
+#include <algorithm>
+#include <span>
+
 #include <QPixmap>
 #include <QSaveFile>
 #include <QScreen>
 #include <QWidget>
 
 namespace Corvanta::Host {
-namespace {
 
-// One colour from edge to edge: nobody has drawn.
-bool IsUniform(const QImage& image) {
-    const QRgb first = image.pixel(0, 0);
-    for (int y = 0; y < image.height(); ++y) {
-        const auto* const row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            if (row[x] != first) {
-                return false;
-            }
-        }
-    }
-    return true;
+QImage TakeSnapshot(const QWidget& window) {
+    return window.screen()->grabWindow(window.winId()).toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-}  // namespace
+bool ShowsSomething(const QImage& snapshot) {
+    if (snapshot.isNull()) {
+        return false;
+    }
+    const QRgb first = snapshot.pixel(0, 0);
+    for (int y = 0; y < snapshot.height(); ++y) {
+        const std::span row(reinterpret_cast<const QRgb*>(snapshot.constScanLine(y)),
+                            static_cast<std::size_t>(snapshot.width()));
+        if (std::ranges::any_of(row, [first](QRgb pixel) { return pixel != first; })) {
+            return true;
+        }
+    }
+    return false;
+}
 
-std::optional<Failure> WriteSnapshot(const QWidget& window, const std::filesystem::path& path) {
-    const QImage image =
-        window.screen()->grabWindow(window.winId()).toImage().convertToFormat(QImage::Format_RGB32);
-    if (image.isNull()) {
+std::optional<Failure> WriteSnapshot(const QImage& snapshot, const std::filesystem::path& path) {
+    if (snapshot.isNull()) {
         return Failure{"the window's picture cannot be read from the display"};
     }
-    if (IsUniform(image)) {
+    if (!ShowsSomething(snapshot)) {
         return Failure{"nothing was drawn in the window, so there is no snapshot"};
     }
     QSaveFile file(QString::fromStdString(path.string()));
-    if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || !snapshot.save(&file, "PNG") || !file.commit()) {
         return Failure{"the snapshot cannot be written: " + path.string() + ": " +
                        file.errorString().toStdString()};
     }

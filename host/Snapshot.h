@@ -4,14 +4,22 @@
 #include <filesystem>
 #include <optional>
 
+#include <QImage>
+
 #include "host/Failure.h"
 
 class QWidget;
 
 namespace Corvanta::Host {
 
-// Writes the window's pixels as a PNG file. `window` is a shown top-level one. A window in which nothing was
-// drawn, and a file that cannot be written, are failures; then no file is left behind.
-[[nodiscard]] std::optional<Failure> WriteSnapshot(const QWidget& window, const std::filesystem::path& path);
+// What a shown top-level window shows now; a null image when the display does not give it.
+[[nodiscard]] QImage TakeSnapshot(const QWidget& window);
+
+// Whether there is more in the picture than one colour from edge to edge.
+[[nodiscard]] bool ShowsSomething(const QImage& snapshot);
+
+// Writes a PNG file. A snapshot that shows nothing, and a file that cannot be written, are failures; then no
+// file is left behind.
+[[nodiscard]] std::optional<Failure> WriteSnapshot(const QImage& snapshot, const std::filesystem::path& path);
 
 }  // namespace Corvanta::Host

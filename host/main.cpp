@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <QApplication>
+#include <QTimer>
 
 #include "engine/Engine.h"
 #include "host/HeadlessEnd.h"
@@ -30,6 +31,8 @@ namespace fs = std::filesystem;
 
 constexpr int kExitFailure = 1;
 constexpr int kExitUsage = 2;
+constexpr int kSnapshotTries = 100;
+constexpr std::chrono::milliseconds kSnapshotRetryAfter{20};
 
 int Report(const Failure& failure, int exitCode = kExitFailure) {
     std::fprintf(stderr, "corvanta-room: %s\n", failure.line.c_str());
@@ -82,6 +85,18 @@ std::optional<Failure> MoveToOwnFolder() {
     return std::nullopt;
 }
 
+// While the main video passes from one speaker to the next the window can be empty for a moment. A run that
+// nobody watches waits that moment out.
+QImage LastPicture(const HostWindow& window, bool mayWait) {
+    QImage snapshot = TakeSnapshot(window);
+    for (int tries = 0; mayWait && tries < kSnapshotTries && !ShowsSomething(snapshot); ++tries) {
+        QTimer::singleShot(kSnapshotRetryAfter, [] { QCoreApplication::exit(0); });
+        QCoreApplication::exec();
+        snapshot = TakeSnapshot(window);
+    }
+    return snapshot;
+}
+
 int ShowRoom(const Options& options) {
     HostWindow window(QString::fromStdString(options.roomName + " - Corvanta"), options.size.width,
                       options.size.height);
@@ -98,11 +113,12 @@ int ShowRoom(const Options& options) {
         end.emplace(*options.headlessFor);
     }
     const int result = QCoreApplication::exec();
-    if (options.snapshotPath.empty()) {
-        return result;
-    }
-    if (const std::optional<Failure> failure = WriteSnapshot(window, options.snapshotPath)) {
-        return Report(*failure);
+    end.reset();
+    if (!options.snapshotPath.empty()) {
+        const QImage snapshot = LastPicture(window, options.headlessFor.has_value());
+        if (const std::optional<Failure> failure = WriteSnapshot(snapshot, options.snapshotPath)) {
+            return Report(*failure);
+        }
     }
     return result;
 }

@@ -12,6 +12,7 @@
 #include "tests/fake_platform/SdlRecorder.h"
 #include "tests/fake_platform/TestFrames.h"
 #include "tests/video/Eventually.h"
+#include "tests/video/FlushSink.h"
 #include "ui/Clock.h"
 #include "video/VideoFrame.h"
 
@@ -38,16 +39,8 @@ protected:
     static void SendTo(VideoFrame& receiver, const Frame& frame) { (*receiver.GetFrameSink())(frame); }
     void Send(const Frame& frame) { SendTo(tile, frame); }
 
-    // Returns when the worker has done with every frame that was sent: it handles them in order, and leaves a
-    // line in the log about this broken one.
-    [[nodiscard]] static bool FlushOf(VideoFrame& receiver) {
-        const Frame marker = Corvanta::Testing::MakeFrame({.faults = {.stride = {1, {}, {}}}});
-        const size_t before = DropsOfMarkers();
-        return Eventually([&] {
-            const size_t now = DropsOfMarkers();
-            if (now == before && marker.use_count() == 1) SendTo(receiver, marker);
-            return now > before;
-        });
+    [[nodiscard]] static bool FlushOf(const VideoFrame& receiver) {
+        return Corvanta::Testing::FlushSink(*receiver.GetFrameSink());
     }
     [[nodiscard]] bool Flush() { return FlushOf(tile); }
     [[nodiscard]] bool Show(const Frame& frame) {
@@ -71,15 +64,6 @@ protected:
 
     Corvanta::Testing::PixelReader screen{kScreenWidth, kScreenHeight};
     VideoFrame tile{"stream", "session", "profile", TileOrigin::Remote};
-
-private:
-    [[nodiscard]] static size_t DropsOfMarkers() {
-        size_t count = 0;
-        for (const std::string& line : Fake().LogsOf(3)) {
-            if (line == "Dropped a video frame: a stride is shorter than its row") ++count;
-        }
-        return count;
-    }
 };
 
 }  // namespace Corvanta::Video

@@ -1,0 +1,119 @@
+// A live room without a display: its window is a hidden one of SDL's dummy driver and its renderer the
+// software one, so that every pixel that would be presented can be read.
+#pragma once
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "room/VideoRoomView.h"
+#include "tests/fake_platform/FakePlatform.h"
+#include "tests/fake_platform/PixelReader.h"
+#include "tests/fake_platform/SdlRecorder.h"
+#include "tests/fake_platform/TestFrames.h"
+#include "tests/video/Eventually.h"
+#include "tests/video/FlushSink.h"
+#include "ui/RoomActive.h"
+
+namespace Corvanta::Room {
+
+inline constexpr int kViewWidth = 640;
+inline constexpr int kViewHeight = 480;
+inline constexpr uint32_t kWhite = 0xFFFFFFFF;
+inline constexpr uint32_t kBlack = 0xFF000000;
+
+// The host's functions write their calls down, as "Host_OnMainVideoChanged" and so on.
+[[nodiscard]] inline HostCallbacks RecordingHost() {
+    HostCallbacks callbacks{};
+    callbacks.SetCursor = [](int32_t cursor) { Corvanta::Testing::Calls().Record("Host_SetCursor", cursor); };
+    callbacks.OnMainVideoChanged = [] { Corvanta::Testing::Calls().Record("Host_OnMainVideoChanged"); };
+    return callbacks;
+}
+
+class RoomViewTest : public Corvanta::Testing::FakePlatformTest {
+protected:
+    RoomViewTest() {
+        Corvanta::Testing::Sdl().Reset();
+        Corvanta::Testing::Sdl().ReplaceForeignWindows(true);
+        SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");
+        SDL_SetHint(SDL_HINT_RENDER_DRIVER, "software");
+        SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+        SDL_Init(SDL_INIT_VIDEO);
+        view = std::make_shared<VideoRoomView>(0, RecordingHost());
+        Corvanta::Testing::Calls().Clear();
+    }
+    ~RoomViewTest() override {
+        view.reset();
+        roomActive.store(false);
+        SDL_Quit();
+        Corvanta::Testing::Sdl().Reset();
+    }
+
+    // Opens the view's window; the list of calls is empty afterwards.
+    void Open(int width = kViewWidth, int height = kViewHeight) {
+        ASSERT_EQ(view->Init(&nativeWindow, width, height), 1);
+        Corvanta::Testing::Calls().Clear();
+    }
+
+    // A tick, and what it presents. A size of 0 when it presented nothing.
+    [[nodiscard]] Corvanta::Testing::Picture TickAndRead() {
+        return ReadPresented([this] { view->Tick(); });
+    }
+    template <typename Step>
+    [[nodiscard]] Corvanta::Testing::Picture ReadPresented(Step&& step) {
+        Corvanta::Testing::Picture picture;
+        Corvanta::Testing::Calls().OnCall("SDL_RenderPresent", [&](const Corvanta::Testing::Call&) {
+            picture = Corvanta::Testing::ReadPicture(view->GetRenderer());
+        });
+        step();
+        Corvanta::Testing::Calls().OnCall("SDL_RenderPresent", {});
+        return picture;
+    }
+
+    // Returns when the tile behind the sink has the frame.
+    [[nodiscard]] static bool Show(const std::shared_ptr<FrameCallback>& sink,
+                                   const std::shared_ptr<VideoFrameBuffer>& frame) {
+        (*sink)(frame);
+        return Corvanta::Testing::FlushSink(*sink);
+    }
+    // One colour all over, as an RGB frame.
+    [[nodiscard]] static std::shared_ptr<VideoFrameBuffer> Plain(uint32_t argb, int width = 64,
+                                                                 int height = 48) {
+        return Corvanta::Testing::MakeFrame({.width = width,
+                                             .height = height,
+                                             .type = VideoFrameBufferType::RGB,
+                                             .colorSpace = Corvanta::Testing::kSrgb,
+                                             .argb = argb});
+    }
+    // A remote stream that shows one colour.
+    std::shared_ptr<FrameCallback> AddRemote(const std::string& id, uint32_t argb) {
+        auto sink = view->AddRemoteVideoSource(id);
+        EXPECT_NE(sink, nullptr);
+        if (sink != nullptr) EXPECT_TRUE(Show(sink, Plain(argb)));
+        return sink;
+    }
+    std::shared_ptr<FrameCallback> AddCamera(uint32_t argb) {
+        auto sink = view->AddLocalVideoSource(StreamType::Camera, "camera");
+        EXPECT_NE(sink, nullptr);
+        if (sink != nullptr) EXPECT_TRUE(Show(sink, Plain(argb)));
+        return sink;
+    }
+    // The colour in the middle of what a tick presents.
+    [[nodiscard]] uint32_t ShownColor() {
+        const auto picture = TickAndRead();
+        return picture.width == 0 ? 0 : picture.At(picture.width / 2, picture.height / 2);
+    }
+    // An external source, which takes the main video by itself.
+    static void MakeExternal(const std::string& id) {
+        Corvanta::Testing::Fake().Set(
+            [&](Corvanta::Testing::FakeResults& results) { results.externalSources.insert(id); });
+    }
+
+    int nativeWindow = 0;
+    std::shared_ptr<VideoRoomView> view;
+};
+
+}  // namespace Corvanta::Room

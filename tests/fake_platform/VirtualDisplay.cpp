@@ -76,7 +76,7 @@ bool StartServer() {
         dup2(nowhere, STDERR_FILENO);
         // Without -noreset it would start anew whenever its last client goes.
         execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "1920x1080x24", "-nolisten",
-               "tcp", static_cast<char*>(nullptr));
+               "tcp", "-noreset", static_cast<char*>(nullptr));
         _exit(127);
     }
     close(pipe[1]);

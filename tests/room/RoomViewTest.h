@@ -91,14 +91,12 @@ protected:
     // A remote stream that shows one colour.
     std::shared_ptr<FrameCallback> AddRemote(const std::string& id, uint32_t argb) {
         auto sink = view->AddRemoteVideoSource(id);
-        EXPECT_NE(sink, nullptr);
-        if (sink != nullptr) EXPECT_TRUE(Show(sink, Plain(argb)));
+        EXPECT_TRUE(sink != nullptr && Show(sink, Plain(argb)));
         return sink;
     }
     std::shared_ptr<FrameCallback> AddCamera(uint32_t argb) {
         auto sink = view->AddLocalVideoSource(StreamType::Camera, "camera");
-        EXPECT_NE(sink, nullptr);
-        if (sink != nullptr) EXPECT_TRUE(Show(sink, Plain(argb)));
+        EXPECT_TRUE(sink != nullptr && Show(sink, Plain(argb)));
         return sink;
     }
     // The colour in the middle of what a tick presents.

@@ -44,7 +44,7 @@ Layout MakeLayout(VideoFrameBufferType type, int width, int height) {
     Layout layout;
     if (type == VideoFrameBufferType::RGB) {
         layout.planes[0] = {nullptr, 4 * width, 4 * width, height};
-        layout.size = static_cast<size_t>(4 * width) * static_cast<size_t>(height);
+        layout.size = static_cast<size_t>(4 * width) * static_cast<size_t>(height) + kAlignment;
         return layout;
     }
     const SubsamplingMode mode = GetSubsampling(type);

@@ -26,6 +26,14 @@ GstClockTime PictureTime(guint64 index) {
     return gst_util_uint64_scale(index, GST_SECOND, kClipFrameRate);
 }
 
+// Zero before the element plays; on its way there it has a clock already, but no start to count from.
+GstClockTime RunningTime(GstElement* element) {
+    GstState state = GST_STATE_NULL;
+    gst_element_get_state(element, &state, nullptr, 0);
+    const GstClockTime time = gst_element_get_current_running_time(element);
+    return state == GST_STATE_PLAYING && GST_CLOCK_TIME_IS_VALID(time) ? time : 0;
+}
+
 GstOwned<GstElement> MakeSource(const GstCaps* caps) {
     auto source = MakeElement("appsrc");
     if (!source) return source;
@@ -72,8 +80,8 @@ ClipSource::~ClipSource() {
 }
 
 void ClipSource::PushPicture() {
-    const GstClockTime now = gst_element_get_current_running_time(video.get());
-    if (GST_CLOCK_TIME_IS_VALID(now) && now > PictureTime(nextPicture) + kTooLate) {
+    const GstClockTime now = RunningTime(video.get());
+    if (now > PictureTime(nextPicture) + kTooLate) {
         nextPicture = gst_util_uint64_scale(now, kClipFrameRate, GST_SECOND);
     }
     GstBuffer* buffer = nullptr;

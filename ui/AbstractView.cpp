@@ -61,7 +61,7 @@ int AbstractView::Init(void* nativeHandle, int width, int height) {
 void AbstractView::CleanupWindow() {
     SDL_DelEventWatch(&AbstractView::WindowEventWatch, this);
     if (renderer_ != nullptr) HdrSdl::DestroyRenderer(renderer_);
-    if (window_ != nullptr) SDL_DestroyWindow(window_);
+    if (window_ != nullptr) DestroyNativeWindow(window_);
     renderer_ = nullptr;
     window_ = nullptr;
     initialised_.store(false);

@@ -1,6 +1,8 @@
 // What the window system must be asked about a host's window before SDL draws on it. Host thread.
 #pragma once
 
+#include <SDL.h>
+
 namespace Corvanta::UI {
 
 // Whether the handle names a window that exists. SDL does not refuse a bad one: it would make a window of
@@ -10,5 +12,9 @@ namespace Corvanta::UI {
 // Makes drawing on a window that its host has already destroyed a logged failure instead of the end of the
 // process.
 void TolerateLostWindows();
+
+// Destroys SDL's window and waits until the window system has taken note: what it may complain of, for a
+// window that its host has destroyed already, comes while that is still tolerated.
+void DestroyNativeWindow(SDL_Window* window);
 
 }  // namespace Corvanta::UI

@@ -1,4 +1,5 @@
 #include <SDL.h>
+#include <SDL_syswm.h>
 #include <X11/Xlib.h>
 
 #include <atomic>
@@ -51,6 +52,15 @@ bool IsNativeWindow(void* handle) {
 
 void TolerateLostWindows() {
     if (RunsOnX11()) XSetErrorHandler(&LogAndGoOn);
+}
+
+void DestroyNativeWindow(SDL_Window* window) {
+    SDL_SysWMinfo info;
+    SDL_VERSION(&info.version);
+    const bool onX11 = RunsOnX11() && SDL_GetWindowWMInfo(window, &info) == SDL_TRUE;
+    SDL_DestroyWindow(window);
+    // SDL puts the handler of errors back that ends the process before it leaves the display.
+    if (onX11) XSync(info.info.x11.display, False);
 }
 
 }  // namespace Corvanta::UI

@@ -10,4 +10,8 @@ bool IsNativeWindow(void* handle) {
 
 void TolerateLostWindows() {}
 
+void DestroyNativeWindow(SDL_Window* window) {
+    SDL_DestroyWindow(window);
+}
+
 }  // namespace Corvanta::UI

@@ -70,7 +70,8 @@ TEST_F(MediaTest, KnowsALocalStreamByItsUsersIdAndNotByItsSource) {
 
 TEST_F(MediaTest, AsksForTheUsersIdOfTheStreamsType) {
     Fake().Set([](FakeResults& results) { results.localUserStreamIds[StreamType::File] = "my-file"; });
-    ASSERT_NE(SDLinterface_VideoRoomAddLocalVideoSource(StreamType::File, "file-source"), nullptr);
+    ASSERT_NE(Fake().OfferLocalSource(StreamType::File, "file-source"), nullptr);
+    EXPECT_THAT(Fake().CallsOf("Connections_GetLocalUserStreamID").back().arguments, ElementsAre("4"));
 }
 
 TEST_F(MediaTest, TellsLocalFromRemoteByTheSourceType) {

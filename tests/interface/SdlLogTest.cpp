@@ -1,6 +1,7 @@
 #include "interface/SdlLog.h"
 
 #include <thread>
+#include <utility>
 
 #include "tests/interface/RoomTest.h"
 
@@ -10,17 +11,15 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-struct Row {
-    int priority;
-    int level;
-};
+// Priority, level.
+using Row = std::pair<int, int>;
 
 class SdlLogTest : public FakePlatformTest, public ::testing::WithParamInterface<Row> {};
 
 TEST_P(SdlLogTest, MapsEachPriorityToItsLevel) {
-    Interface::SDLLogOutput(nullptr, SDL_LOG_CATEGORY_VIDEO,
-                            static_cast<SDL_LogPriority>(GetParam().priority), "text");
-    EXPECT_THAT(Fake().Logs(), ElementsAre(LogLine{GetParam().level, "SDL message: text"}));
+    Interface::SDLLogOutput(nullptr, SDL_LOG_CATEGORY_VIDEO, static_cast<SDL_LogPriority>(GetParam().first),
+                            "text");
+    EXPECT_THAT(Fake().Logs(), ElementsAre(LogLine{GetParam().second, "SDL message: text"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryRow, SdlLogTest,

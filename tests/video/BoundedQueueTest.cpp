@@ -76,7 +76,7 @@ TEST(BoundedQueue, LetsGoOfWhatWasTaken) {
     BoundedQueue<std::shared_ptr<int>, 3> queue;
     const auto element = std::make_shared<int>(1);
     queue.TryPush(element);
-    queue.PopFor(kNoTime).reset();
+    EXPECT_EQ(queue.PopFor(kNoTime), element);
     EXPECT_EQ(element.use_count(), 1);
 }
 

@@ -7,36 +7,8 @@ namespace Corvanta::Engine {
 
 namespace {
 
-struct Chromaticity {
-    double x;
-    double y;
-};
-
-struct PrimarySet {
-    std::array<Chromaticity, 3> rgb;
-    Chromaticity white;
-};
-
 constexpr Chromaticity kD65{0.3127, 0.3290};
 constexpr Chromaticity kIlluminantC{0.310, 0.316};
-
-// H.273 table 2.
-PrimarySet GetPrimarySet(ColorPrimaries primaries) {
-    switch (primaries) {
-        case ColorPrimaries::BT470M: return {{{{0.67, 0.33}, {0.21, 0.71}, {0.14, 0.08}}}, kIlluminantC};
-        case ColorPrimaries::BT470BG: return {{{{0.64, 0.33}, {0.29, 0.60}, {0.15, 0.06}}}, kD65};
-        case ColorPrimaries::SMPTE170M:
-        case ColorPrimaries::SMPTE240M: return {{{{0.630, 0.340}, {0.310, 0.595}, {0.155, 0.070}}}, kD65};
-        case ColorPrimaries::Film: return {{{{0.681, 0.319}, {0.243, 0.692}, {0.145, 0.049}}}, kIlluminantC};
-        case ColorPrimaries::BT2020: return {{{{0.708, 0.292}, {0.170, 0.797}, {0.131, 0.046}}}, kD65};
-        case ColorPrimaries::SMPTEST428: return {{{{1, 0}, {0, 1}, {0, 0}}}, {1.0 / 3, 1.0 / 3}};
-        case ColorPrimaries::SMPTEST431:
-            return {{{{0.680, 0.320}, {0.265, 0.690}, {0.150, 0.060}}}, {0.314, 0.351}};
-        case ColorPrimaries::SMPTEST432: return {{{{0.680, 0.320}, {0.265, 0.690}, {0.150, 0.060}}}, kD65};
-        case ColorPrimaries::JEDECP22: return {{{{0.630, 0.340}, {0.295, 0.605}, {0.155, 0.077}}}, kD65};
-        default: return {{{{0.640, 0.330}, {0.300, 0.600}, {0.150, 0.060}}}, kD65};
-    }
-}
 
 Rgb Multiply(const Matrix3& m, const Rgb& v) {
     Rgb out{};
@@ -192,7 +164,7 @@ double Decode(ColorTransfer transfer, double encoded) {
     if (transfer == ColorTransfer::Log || transfer == ColorTransfer::LogSqrt) {
         return std::pow(10.0, (e - 1) * LogDecades(transfer));
     }
-    if (transfer == kSmpteSt428) return std::min(kSt428Scale * std::pow(e, 2.6), 1.0);
+    if (transfer == kSmpteSt428) return kSt428Scale * std::pow(e, 2.6);
     return std::pow(e, GammaOf(transfer));
 }
 
@@ -211,12 +183,25 @@ double Encode(ColorTransfer transfer, double light) {
     return std::pow(l, 1 / GammaOf(transfer));
 }
 
+PrimarySet GetPrimarySet(ColorPrimaries primaries) {
+    switch (primaries) {
+        case ColorPrimaries::BT470M: return {{{{0.67, 0.33}, {0.21, 0.71}, {0.14, 0.08}}}, kIlluminantC};
+        case ColorPrimaries::BT470BG: return {{{{0.64, 0.33}, {0.29, 0.60}, {0.15, 0.06}}}, kD65};
+        case ColorPrimaries::SMPTE170M:
+        case ColorPrimaries::SMPTE240M: return {{{{0.630, 0.340}, {0.310, 0.595}, {0.155, 0.070}}}, kD65};
+        case ColorPrimaries::Film: return {{{{0.681, 0.319}, {0.243, 0.692}, {0.145, 0.049}}}, kIlluminantC};
+        case ColorPrimaries::BT2020: return {{{{0.708, 0.292}, {0.170, 0.797}, {0.131, 0.046}}}, kD65};
+        case ColorPrimaries::SMPTEST428: return {{{{1, 0}, {0, 1}, {0, 0}}}, {1.0 / 3, 1.0 / 3}};
+        case ColorPrimaries::SMPTEST431:
+            return {{{{0.680, 0.320}, {0.265, 0.690}, {0.150, 0.060}}}, {0.314, 0.351}};
+        case ColorPrimaries::SMPTEST432: return {{{{0.680, 0.320}, {0.265, 0.690}, {0.150, 0.060}}}, kD65};
+        case ColorPrimaries::JEDECP22: return {{{{0.630, 0.340}, {0.295, 0.605}, {0.155, 0.077}}}, kD65};
+        default: return {{{{0.640, 0.330}, {0.300, 0.600}, {0.150, 0.060}}}, kD65};
+    }
+}
+
 bool IsSamePrimaries(ColorPrimaries first, ColorPrimaries second) {
-    const PrimarySet a = GetPrimarySet(first);
-    const PrimarySet b = GetPrimarySet(second);
-    const auto same = [](const Chromaticity& p, const Chromaticity& q) { return p.x == q.x && p.y == q.y; };
-    return same(a.rgb[0], b.rgb[0]) && same(a.rgb[1], b.rgb[1]) && same(a.rgb[2], b.rgb[2]) &&
-           same(a.white, b.white);
+    return GetPrimarySet(first) == GetPrimarySet(second);
 }
 
 Matrix3 MakePrimariesMatrix(ColorPrimaries from, ColorPrimaries to) {

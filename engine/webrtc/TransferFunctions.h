@@ -31,8 +31,9 @@ enum class TransferClass { Display, Other, Pq, Hlg };
 // Whether pictures of both may stand side by side without conversion of light.
 [[nodiscard]] bool IsSameLight(ColorTransfer first, ColorTransfer second);
 
-// Encoded value 0 to 1 to light 0 to 1: of the display for most, for PQ as a part of 10000 cd/m2 (SMPTE ST
-// 2084), for HLG of the scene (ARIB STD-B67, inverse OETF). Values outside are clamped.
+// Encoded value 0 to 1 to light 0 to 1 (for SMPTE ST 428 to 1.09, as its white lies below its peak): of the
+// display for most, for PQ as a part of 10000 cd/m2 (SMPTE ST 2084), for HLG of the scene (ARIB STD-B67,
+// inverse OETF). Values outside are clamped.
 [[nodiscard]] double Decode(ColorTransfer transfer, double encoded);
 // The inverse.
 [[nodiscard]] double Encode(ColorTransfer transfer, double light);
@@ -43,6 +44,21 @@ enum class TransferClass { Display, Other, Pq, Hlg };
 // What each of red, green and blue light gives to luminance; they sum to 1.
 [[nodiscard]] Rgb GetLuminanceWeights(ColorPrimaries primaries);
 [[nodiscard]] bool IsSamePrimaries(ColorPrimaries first, ColorPrimaries second);
+
+// CIE 1931 x and y of the primaries and their white, H.273 table 2.
+struct Chromaticity {
+    double x;
+    double y;
+
+    bool operator==(const Chromaticity&) const = default;
+};
+struct PrimarySet {
+    std::array<Chromaticity, 3> rgb;
+    Chromaticity white;
+
+    bool operator==(const PrimarySet&) const = default;
+};
+[[nodiscard]] PrimarySet GetPrimarySet(ColorPrimaries primaries);
 
 // Kr and Kb. Matrices that are no weighted sum (constant luminance, chromaticity-derived, ICtCp) get
 // BT.2020's, unknown ones BT.709's.

@@ -94,8 +94,7 @@ struct TransferKernel {
 
 private:
     // Rows are passed by value and a plan's constants are read before a loop: a store of floats might change
-    // anything that lives behind a reference, and reading pointers and constants again for each vector costs
-    // up to half of the time.
+    // what lives behind a reference, so it would be read again for each vector.
     struct Colour {
         Float red, green, blue;
     };
@@ -336,8 +335,8 @@ private:
         }
     }
 
-    // In several passes: in one long loop body the next pixels would not fit into the window of instructions
-    // in flight, and the machine would wait for its own results.
+    // In several short passes, each with no more constants than there are registers and with many pixels in
+    // flight.
     template <TransferPlan::Light kLight>
     static void ConvertFrom(const TransferPlan& plan, RgbRow row, RgbRow light, int count) {
         Decode<kLight>(plan, row.red, light.red, count);

@@ -66,8 +66,9 @@ void Connections_ConfigureStream(
     const UncountedScope uncounted;
     std::string pairs;
     for (const auto& [key, on] : std::map(configuration.begin(), configuration.end())) {
-        pairs +=
-            (pairs.empty() ? "" : " ") + std::to_string(static_cast<int>(key)) + (on ? "=true" : "=false");
+        if (!pairs.empty()) pairs += ' ';
+        pairs += std::to_string(static_cast<int>(key));
+        pairs += on ? "=true" : "=false";
     }
     Calls().Record("Connections_ConfigureStream", streamId, pairs);
 }

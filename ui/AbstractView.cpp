@@ -43,11 +43,11 @@ int AbstractView::Init(void* nativeHandle, int width, int height) {
     }
     // Without it, an OpenGL renderer would recreate the host's window and take its focus.
     SDL_SetHint(SDL_HINT_VIDEO_FOREIGN_WINDOW_OPENGL, "1");
+    TolerateLostWindows();
     window_ = SDL_CreateWindowFrom(nativeHandle);
     if (window_ == nullptr) return -1;
     renderer_ = SelectRenderer();
     if (renderer_ == nullptr) return -1;
-    TolerateLostWindows();
     SDL_RendererInfo info{};
     SDL_GetRendererInfo(renderer_, &info);
     LOG(2, "Selected renderer for this window is: %s", info.name != nullptr ? info.name : "");

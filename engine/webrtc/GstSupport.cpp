@@ -1,5 +1,8 @@
 #include "engine/webrtc/GstSupport.h"
 
+#include <mutex>
+#include <set>
+
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -17,11 +20,13 @@ bool EnsureGStreamer() {
 
 GstOwned<GstElement> MakeElement(const char* factory) {
     GstElement* element = gst_element_factory_make(factory, nullptr);
-    if (element == nullptr) {
+    if (element != nullptr) return GstOwned<GstElement>(GST_ELEMENT(gst_object_ref_sink(element)));
+    static std::mutex mutex;
+    static std::set<std::string> missing;
+    const std::lock_guard lock(mutex);
+    if (missing.insert(factory).second)
         LOG(kLogError, "The GStreamer element \"%s\" is not installed", factory);
-        return nullptr;
-    }
-    return GstOwned<GstElement>(GST_ELEMENT(gst_object_ref_sink(element)));
+    return nullptr;
 }
 
 std::string TakeText(gchar* text) {

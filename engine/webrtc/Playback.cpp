@@ -24,6 +24,8 @@ constexpr milliseconds kShortestSegment{10};
 constexpr milliseconds kFilePatience{2000};
 constexpr milliseconds kNetworkPatience{20000};
 constexpr unsigned kSilentOpenings = 3;
+// Some sources accept the seek to a segment and then fall silent.
+constexpr milliseconds kCueingPatience{5000};
 constexpr milliseconds kFirstRetry{1000};
 constexpr milliseconds kLongestRetry{30000};
 
@@ -94,7 +96,6 @@ void Playback::PostHereAfter(milliseconds delay, std::function<void(Playback&)> 
 
 void Playback::Open() {
     Close();
-    isWithoutSegments = false;
     // Asked here once, since asking on a streaming thread would stop the stream meanwhile.
     if (output == SoundOutput::Device && !HasSoundDevice()) output = SoundOutput::Silent;
     stage = Stage::Opening;
@@ -151,7 +152,8 @@ bool Playback::BuildClip() {
 bool Playback::BuildUri() {
     const auto decoder = MakeElement("uridecodebin");
     if (!decoder) return false;
-    g_object_set(decoder.get(), "uri", source.uri.c_str(), nullptr);
+    // Decoders on a graphics card leave the pictures there, out of the frame objects' reach.
+    g_object_set(decoder.get(), "uri", source.uri.c_str(), "force-sw-decoders", TRUE, nullptr);
     // The handlers run while the pipeline does, which Close ends.
     g_signal_connect(decoder.get(), "pad-added",
                      G_CALLBACK(+[](GstElement*, GstPad* pad, Playback* self) { self->OnPadAdded(pad); }),
@@ -174,7 +176,7 @@ void Playback::OnElementAdded(GstElement* element) {
     const GstElementFactory* factory = gst_element_get_factory(element);
     if (factory == nullptr) return;
     const std::string_view name(GST_OBJECT_NAME(factory));
-    // Its sinks' parsers accept such a seek all the same, and then nothing comes any more.
+    // Known to fall silent after a seek to a segment.
     if (name == "tsdemux") isWithoutSegments = true;
     if (name != "h264parse" && name != "h265parse") return;
     const GstOwned<GstPad> pad(gst_element_get_static_pad(element, "sink"));
@@ -193,8 +195,9 @@ void Playback::OnPadAdded(GstPad* pad) {
     if (kind == "audio/x-raw" && !hasSound.exchange(true)) bin = audioSink.MakeBin(output, gain);
     if (bin == nullptr) return;
     gst_bin_add(GST_BIN(pipeline.get()), bin);
-    if (kind == "video/x-raw")
+    if (kind == "video/x-raw") {
         gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, OnVideoEvent, this, nullptr);
+    }
     const GstOwned<GstPad> sink(gst_element_get_static_pad(bin, "sink"));
     if (gst_pad_link(pad, sink.get()) != GST_PAD_LINK_OK) {
         LOG(kLogError, "\"%s\": a stream of kind %s cannot be played", source.name.c_str(),
@@ -315,6 +318,11 @@ void Playback::OnPrerolled() {
         // gap.
         if (isSeekable && CanLoopSegments() && Seek(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_SEGMENT)) {
             stage = Stage::Cueing;
+            PostHereAfter(kCueingPatience, [](Playback& self) {
+                if (self.stage != Stage::Cueing) return;
+                self.isWithoutSegments = true;
+                self.Open();
+            });
             return;
         }
     }

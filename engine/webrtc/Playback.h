@@ -112,7 +112,7 @@ private:
     bool warningWasLogged = false;
     unsigned failures = 0;
     unsigned silentOpenings = 0;
-    double gain = 1.0;
+    std::atomic<double> gain = 1.0;
     std::chrono::steady_clock::time_point lastLoop;
 
     const std::shared_ptr<ContainerColor> containerColor = std::make_shared<ContainerColor>();

@@ -73,7 +73,7 @@ std::optional<std::string> FindMissingDecoder(const std::string& uri) {
     const GstOwned<GstElement> pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
     const auto decoder = MakeElement("uridecodebin");
     if (!decoder) return std::nullopt;
-    g_object_set(decoder.get(), "uri", uri.c_str(), nullptr);
+    g_object_set(decoder.get(), "uri", uri.c_str(), "force-sw-decoders", TRUE, nullptr);
     const auto connectSink = +[](GstElement*, GstPad* pad, GstBin* bin) {
         const auto sink = MakeElement("fakesink");
         if (!sink) return;

@@ -57,9 +57,8 @@ void WebRTC_Terminate() {
     EngineCallbacks::Get().sourceMetadata.Set({});
 }
 
-void WebRTC_StopAllLocalVideoCaptures() {
-    TrackSettings::Get().localVideoEnabled = false;
-}
+// The embedded room captures nothing.
+void WebRTC_StopAllLocalVideoCaptures() {}
 
 uint32_t WebRTC_GetLocalCameraTargetBitrate() {
     return kCameraTargetBitrate;

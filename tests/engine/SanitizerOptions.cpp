@@ -1,0 +1,17 @@
+// Settings of the address sanitizer for these tests.
+#if defined(__SANITIZE_ADDRESS__)
+
+// GLib and fontconfig are built without frame pointers, and a leak can only be told from theirs by its whole
+// stack.
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options() {
+    return "fast_unwind_on_malloc=0";
+}
+
+// GLib's table of names is made when the library is loaded, and the old one is left behind when it grows,
+// since it is read without a lock. Fontconfig keeps some of what it reads from its files.
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
+    return "leak:call_init\n"
+           "leak:libfontconfig.so\n";
+}
+
+#endif

@@ -163,7 +163,13 @@ void VideoRoomView::Shutdown() {
 }
 
 void VideoRoomView::Abandon() {
-    if (!closing_.load()) adaptation_.Stop();
+    if (!closing_.load()) {
+        adaptation_.Stop();
+        // It may have been lent after a lost connection, and the camera goes on while the room does not.
+        if (const auto sink = GetLocalCameraSink()) {
+            MediaManager_UnregisterCallback(GetLocalStreamId(), sink.get());
+        }
+    }
     const std::scoped_lock remote(remoteLock_);
     const std::scoped_lock local(localLock_);
     closing_.store(true);

@@ -445,6 +445,17 @@ TEST_F(VideoRoomViewTest, AnAbandonedViewDrawsNoMoreAndEndsNothingOfItsSuccessor
     EXPECT_EQ(Calls().Count("SDL_RenderPresent"), 1U);
 }
 
+TEST_F(VideoRoomViewTest, AnAbandonedViewTakesItsCamerasSinkBackFromTheMediaManager) {
+    FillRoom();
+    MediaManager_RegisterCallback(view->GetLocalStreamId(), view->GetLocalCameraSink().get());
+    ASSERT_EQ(Fake().RegisteredSinks().size(), 1U);
+    view->Abandon();
+    EXPECT_TRUE(Fake().RegisteredSinks().empty());
+    view.reset();
+    EXPECT_EQ(Fake().Deliver("camera", Plain(kWhite)), 0U);
+    EXPECT_EQ(Calls().Count("MediaManager_UnregisterCallback"), 1U);
+}
+
 TEST_F(VideoRoomViewTest, AViewMakesTheRoomActive) {
     EXPECT_TRUE(roomActive.load());
     roomActive.store(false);

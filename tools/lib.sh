@@ -1,5 +1,9 @@
 # Functions that the project's commands share; sourced, not run. The caller sets projectRoot.
 
+# What the compiler cache keeps serves every checkout of the project, wherever it lies.
+export CCACHE_BASEDIR=$projectRoot
+export CCACHE_NOHASHDIR=1
+
 say() {
     printf '%s: %s\n' "$(basename "$0")" "$*"
 }

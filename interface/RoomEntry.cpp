@@ -39,7 +39,8 @@ void EndFailedEntry(const ClientProfile& profile) {
     LOG(4, "The room's view could not be started on the host's window");
     profile.Release();
     Connections_CloseConnection();
-    ReplaceCurrentView(nullptr);
+    // A media thread may be the last to let go of it, and must find no window to destroy.
+    AbandonView(ReplaceCurrentView(nullptr));
     roomActive.store(false);
     gConnectionIndex.store(-1);
 }

@@ -59,7 +59,8 @@ int AbstractView::Init(void* nativeHandle, int width, int height) {
 }
 
 void AbstractView::CleanupWindow() {
-    SDL_DelEventWatch(&AbstractView::WindowEventWatch, this);
+    // A view that has nothing left of SDL may be destroyed on any thread, and so leaves SDL alone.
+    if (initialised_.load()) SDL_DelEventWatch(&AbstractView::WindowEventWatch, this);
     if (renderer_ != nullptr) HdrSdl::DestroyRenderer(renderer_);
     if (window_ != nullptr) DestroyNativeWindow(window_);
     renderer_ = nullptr;

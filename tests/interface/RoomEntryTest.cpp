@@ -269,6 +269,18 @@ TEST_F(RoomEntryTest, LeavesNothingBehindWhenTheRendererCannotBeMade) {
     EXPECT_TRUE(roomActive.load());
 }
 
+TEST_F(RoomEntryTest, LeavesNoWindowToTheLastOwnerOfAViewThatFailed) {
+    Sdl().Fail("SDL_CreateRenderer");
+    std::shared_ptr<Room::VideoRoomView> kept;
+    Watch("SDL_CreateRenderer", [&] { kept = Interface::CurrentView(); });
+    EXPECT_EQ(Enter(), -1);
+    ASSERT_NE(kept, nullptr);
+    EXPECT_EQ(Sdl().LiveWindows(), 0U);
+    Calls().Clear();
+    std::thread([&] { kept.reset(); }).join();
+    EXPECT_EQ(Calls().NamesAmong({"SDL_DelEventWatch", "SDL_DestroyWindow", "SDL_DestroyRenderer"}), Names{});
+}
+
 TEST_F(RoomEntryTest, ReplacesAnEarlierRoomWithoutEndingIt) {
     Enter();
     Fake().OfferRemoteSource("a");

@@ -52,7 +52,7 @@ public:
 
     // Drops what is queued and refuses everything from here on.
     void Close() {
-        std::array<T, kCapacity> dropped;
+        std::array<T, kCapacity> dropped{};
         {
             const std::scoped_lock lock(mutex_);
             closed_ = true;

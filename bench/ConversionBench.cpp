@@ -68,10 +68,12 @@ public:
         const int chromaHeight = format.mode == SubsamplingMode::Mode420 ? kHeight / 2 : kHeight;
         planes.strideY = kWidth * sampleBytes;
         planes.strideU = planes.strideV = chromaWidth * sampleBytes;
-        size_ = static_cast<size_t>(planes.strideY * kHeight + 2 * planes.strideU * chromaHeight);
-        planes.y = Fill(memory_[0], static_cast<size_t>(planes.strideY * kHeight), random);
-        planes.u = Fill(memory_[1], static_cast<size_t>(planes.strideU * chromaHeight), random);
-        planes.v = Fill(memory_[2], static_cast<size_t>(planes.strideV * chromaHeight), random);
+        const size_t lumaSize = static_cast<size_t>(planes.strideY) * kHeight;
+        const size_t chromaSize = static_cast<size_t>(planes.strideU) * static_cast<size_t>(chromaHeight);
+        size_ = lumaSize + 2 * chromaSize;
+        planes.y = Fill(memory_[0], lumaSize, random);
+        planes.u = Fill(memory_[1], chromaSize, random);
+        planes.v = Fill(memory_[2], chromaSize, random);
     }
     Picture(const Picture&) = delete;
     Picture& operator=(const Picture&) = delete;

@@ -57,7 +57,7 @@ const std::array kWays{
 // Light and shade with grain, mostly of moderate colour: a tenth of the pixels lies above the knee of the
 // tone curve and some outside the target's gamut, as in real pictures.
 NewFrame Paint(VideoFrameBufferType type, const ColorSpace& space) {
-    const NewFrame made = Engine::MakeFrame(type, kWidth, kHeight, space);
+    NewFrame made = Engine::MakeFrame(type, kWidth, kHeight, space);
     std::mt19937 random(1);
     const bool wide = Engine::IsSixteenBit(type);
     for (size_t i = 0; i < 3; ++i) {

@@ -74,7 +74,7 @@ WeightedSum MakeWeightedSum(ColorMatrix matrix, ColorRange range, int bits) {
     return {static_cast<uint16_t>(std::lround(lumaFactor * (1 << 16))), q15(map.factor[0][2]),
             q15(map.factor[1][1]), q15(map.factor[1][2]), q15(map.factor[2][1]),
             // The high multiply rounds down: half a unit comes back here.
-            Round16(black + kUnitsPerStep / 2 + (lumaFactor > 0 ? 0.5 : 0))};
+            Round16(black + kUnitsPerStep / 2.0 + (lumaFactor > 0 ? 0.5 : 0))};
 }
 
 GeneralMap MakeGeneralMap(ColorMatrix matrix, ColorRange range, int bits) {
@@ -144,7 +144,7 @@ void ConvertPixels(const WeightedSum& sum, const Row& row, int first, int last) 
             const int luma = static_cast<int>((code * sum.luma) >> 16) + sum.bias;
             const uint32_t pixel =
                 Pack((luma + red[at]) >> 6, (luma + green[at]) >> 6, (luma + blue[at]) >> 6);
-            std::memcpy(target + 4 * i, &pixel, sizeof(pixel));
+            std::memcpy(target + 4 * static_cast<ptrdiff_t>(i), &pixel, sizeof(pixel));
         }
     }
 }

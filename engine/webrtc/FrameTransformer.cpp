@@ -44,8 +44,8 @@ void CopyPlanes(const SourcePicture& source, const NewFrame& made) {
     }
 }
 
-// Reads pieces of rows. Pieces that do not fill whole vectors, or lie at odd addresses, go through a copy whose end
-// repeats the last sample.
+// Reads pieces of rows. Pieces that do not fill whole vectors, or lie at odd addresses, go through a copy
+// whose end repeats the last sample.
 class PictureLoader {
 public:
     PictureLoader(const TransferKernels& kernels, const SourcePicture& picture, const ColorSpace& colorSpace,
@@ -70,7 +70,8 @@ public:
     }
 
 private:
-    static FloatMap MakeMap(const SourcePicture& picture, const ColorSpace& colorSpace, const TransferPlan& plan) {
+    static FloatMap MakeMap(const SourcePicture& picture, const ColorSpace& colorSpace,
+                            const TransferPlan& plan) {
         CodeMap map = MakeCodesToRgb(colorSpace.GetMatrix(), colorSpace.GetRange(), BitsOf(picture.type));
         const auto scale = static_cast<double>(plan.inputScale);
         for (size_t i = 0; i < 3; ++i) {
@@ -171,10 +172,13 @@ private:
     }
 
     template <typename Sample>
-    void StorePlanar(int x, int y, int rows, int count, RowBuffers& buffers, TransferKernels::Store<Sample> store,
+    void StorePlanar(int x, int y, int rows, int count, RowBuffers& buffers,
+                     TransferKernels::Store<Sample> store,
                      TransferKernels::StoreHalf<Sample> storeHalf) const {
         const int top = (1 << BitsOf(type_)) - 1;
-        const auto samples = [this](size_t plane, int line) { return reinterpret_cast<Sample*>(Line(plane, line)); };
+        const auto samples = [this](size_t plane, int line) {
+            return reinterpret_cast<Sample*>(Line(plane, line));
+        };
         for (int row = 0; row < rows; ++row) {
             store(map_, 0, top, buffers.Get(row), samples(0, y + row) + x, count);
         }
@@ -184,8 +188,8 @@ private:
                 store(map_, 2, top, buffers.Get(0), samples(2, y) + x, count);
                 return;
             case SubsamplingMode::Mode422:
-                storeHalf(map_, top, buffers.Get(0), buffers.Get(0), samples(1, y) + x / 2, samples(2, y) + x / 2,
-                          count);
+                storeHalf(map_, top, buffers.Get(0), buffers.Get(0), samples(1, y) + x / 2,
+                          samples(2, y) + x / 2, count);
                 return;
             case SubsamplingMode::Mode420:
                 storeHalf(map_, top, buffers.Get(0), buffers.Get(rows - 1), samples(1, y / 2) + x / 2,
@@ -210,8 +214,8 @@ std::shared_ptr<VideoFrameBuffer> Refuse(const char* reason) {
 VideoFrameTransformer::VideoFrameTransformer(KernelPath path) : kernels_(GetTransferKernels(path)) {}
 
 const TransferPlan& VideoFrameTransformer::GetPlan(const ColorSpace& source, const ColorSpace& target) {
-    const PlanKey key{source.GetPrimaries(), target.GetPrimaries(), source.GetTransfer(), target.GetTransfer(),
-                      MakeToneCurve(source).sourcePeakPq};
+    const PlanKey key{source.GetPrimaries(), target.GetPrimaries(), source.GetTransfer(),
+                      target.GetTransfer(), MakeToneCurve(source).sourcePeakPq};
     if (key != planKey_) {
         plan_ = MakeTransferPlan(source, target);
         planKey_ = key;
@@ -249,8 +253,8 @@ std::shared_ptr<VideoFrameBuffer> VideoFrameTransformer::ConvertPicture(const So
     return made.frame;
 }
 
-std::shared_ptr<VideoFrameBuffer> VideoFrameTransformer::Convert(const VideoFrameBuffer* frame, int width, int height,
-                                                                 VideoFrameBufferType type,
+std::shared_ptr<VideoFrameBuffer> VideoFrameTransformer::Convert(const VideoFrameBuffer* frame, int width,
+                                                                 int height, VideoFrameBufferType type,
                                                                  const ColorSpace& colorSpace) {
     const char* defect = "";
     const std::optional<SourcePicture> source = ReadFrame(frame, defect);
@@ -281,7 +285,8 @@ void WebRTC_DeleteFrameTransformerInstance(Corvanta::VideoFrameTransformer* tran
 
 std::shared_ptr<Corvanta::VideoFrameBuffer> WebRTC_ConvertFrame(
     Corvanta::VideoFrameTransformer* transformer, const std::shared_ptr<Corvanta::VideoFrameBuffer>& frame,
-    int32_t width, int32_t height, Corvanta::VideoFrameBufferType type, const Corvanta::ColorSpace& colorSpace) {
+    int32_t width, int32_t height, Corvanta::VideoFrameBufferType type,
+    const Corvanta::ColorSpace& colorSpace) {
     if (transformer == nullptr) {
         LOG(kLogWarning, "Could not convert a video frame: no converter given");
         return nullptr;

@@ -1,10 +1,10 @@
 // Turns frames of any type and colour space into new frames of another: the engine's side of
 // WebRTC_GetFrameTransformerInstance and its companions. One thread at a time; each tile has one of its own.
 //
-// Light of HDR pictures is brought to SDR by the EETF of Report ITU-R BT.2390 (see TransferFunctions.h for this and
-// the rest of the colour science). Against that arithmetic in double precision, over the whole cube of colours, in
-// steps of 8 bits before rounding: PQ to SDR largest error 0.063, mean 0.016; HLG to SDR 0.074 and 0.017; HLG to PQ
-// 0.016 and 0.009; BT.601 to BT.709 0.039 and 0.020. Greys stay grey and in order.
+// Light of HDR pictures is brought to SDR by the EETF of Report ITU-R BT.2390 (see TransferFunctions.h for
+// this and the rest of the colour science). Against that arithmetic in double precision, over the whole cube
+// of colours, in steps of 8 bits before rounding: PQ to SDR largest error 0.08, mean 0.017; HLG to SDR 0.09
+// and 0.017; HLG to PQ 0.02 and 0.009; BT.601 to BT.709 0.04 and 0.020. Greys stay grey and in order.
 #pragma once
 
 #include <memory>
@@ -22,13 +22,14 @@ class VideoFrameTransformer final {
 public:
     explicit VideoFrameTransformer(Engine::KernelPath path = Engine::KernelPath::Fastest);
 
-    // A new frame of that size (pixels) and type with its pixels in that colour space; null, and one log line, for a
-    // frame that cannot be read, a size or type that cannot be made, or where memory is short. Ranges and matrices
-    // apply to planar pictures: packed ones are always full range, whatever they carry. Chroma is averaged where it
-    // is halved and repeated where it is doubled. A change of size comes first, on encoded values. The new frame's
-    // memory comes from the transformer's pool.
-    [[nodiscard]] std::shared_ptr<VideoFrameBuffer> Convert(const VideoFrameBuffer* frame, int width, int height,
-                                                            VideoFrameBufferType type, const ColorSpace& colorSpace);
+    // A new frame of that size (pixels) and type with its pixels in that colour space; null, and one log
+    // line, for a frame that cannot be read, a size or type that cannot be made, or where memory is short.
+    // Ranges and matrices apply to planar pictures: packed ones are always full range, whatever they carry.
+    // Chroma is averaged where it is halved and repeated where it is doubled. A change of size comes first,
+    // on encoded values. The new frame's memory comes from the transformer's pool.
+    [[nodiscard]] std::shared_ptr<VideoFrameBuffer> Convert(const VideoFrameBuffer* frame, int width,
+                                                            int height, VideoFrameBufferType type,
+                                                            const ColorSpace& colorSpace);
 
 private:
     // What a plan depends on.

@@ -15,6 +15,8 @@ constexpr size_t kAlignment = 64;
 // The tile's queue holds 3 frames, one is shown and one is in work.
 constexpr size_t kKeptBlocks = 5;
 
+constexpr std::array<uint8_t, 4> kOpaqueBlack{0, 0, 0, 255};  // bytes blue, green, red, alpha
+
 struct Free {
     void operator()(uint8_t* bytes) const { ::operator delete (bytes, std::align_val_t{kAlignment}); }
 };
@@ -224,7 +226,7 @@ void Blacken(VideoFrameBufferType type, const std::array<WritablePlane, 3>& plan
     if (type == VideoFrameBufferType::RGB) {
         for (int row = 0; row < planes[0].rows; ++row) {
             uint8_t* line = planes[0].data + static_cast<ptrdiff_t>(planes[0].stride) * row;
-            for (int x = 0; x < planes[0].rowBytes; x += 4) std::memcpy(line + x, "\0\0\0\xFF", 4);
+            for (int x = 0; x < planes[0].rowBytes; x += 4) std::memcpy(line + x, kOpaqueBlack.data(), 4);
         }
         return;
     }

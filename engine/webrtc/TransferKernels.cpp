@@ -38,9 +38,9 @@ struct OneLane {
         return static_cast<float>(pixel >> (8 * kByte) & 255);
     }
     static void StorePixels(uint8_t* to, Float red, Float green, Float blue) {
-        to[0] = static_cast<uint8_t>(blue + 0.5F);
-        to[1] = static_cast<uint8_t>(green + 0.5F);
-        to[2] = static_cast<uint8_t>(red + 0.5F);
+        StoreSamples(to + 0, blue, 255);
+        StoreSamples(to + 1, green, 255);
+        StoreSamples(to + 2, red, 255);
         to[3] = 255;
     }
     static Float Add(Float a, Float b) { return a + b; }

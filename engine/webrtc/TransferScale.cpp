@@ -26,7 +26,7 @@ std::vector<Taps> MakeTaps(int from, int to) {
         Taps& taps = all[static_cast<size_t>(i)];
         taps.first = std::clamp(low, 0, from - 1);
         const int last = std::clamp(high, 0, from - 1);
-        taps.weights.assign(static_cast<size_t>(last - taps.first + 1), 0.0F);
+        taps.weights.assign(static_cast<size_t>(last - taps.first) + 1, 0.0F);
         double sum = 0;
         for (int at = low; at <= high; ++at) sum += reach - std::abs(at - centre);
         for (int at = low; at <= high; ++at) {

@@ -93,7 +93,7 @@ void WritePixel(const NewFrame& made, int x, int y, const Codes& codes) {
 
 NewFrame MakePicture(VideoFrameBufferType type, int width, int height, const ColorSpace& space,
                      const std::function<Codes(int, int)>& paint) {
-    const NewFrame made = MakeFrame(type, width, height, space);
+    NewFrame made = MakeFrame(type, width, height, space);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) WritePixel(made, x, y, paint(x, y));
     }
@@ -371,8 +371,9 @@ public:
         strides_ = {2 * width + padding, 2 * chromaWidth + padding, 2 * chromaWidth + 2 * padding};
         for (size_t i = 0; i < 3; ++i) {
             const int rows = i == 0 ? height : chromaHeight;
-            planes_[i].assign(
-                static_cast<size_t>(strides_[i] * (rows - 1) + 2 * (i == 0 ? width : chromaWidth)), 2);
+            planes_[i].assign(static_cast<size_t>(strides_[i]) * static_cast<size_t>(rows - 1) +
+                                  size_t{2} * static_cast<size_t>(i == 0 ? width : chromaWidth),
+                              2);
         }
     }
     void Clear() override {}

@@ -75,7 +75,8 @@ TEST(OwnedFrames, BlackenInTheirOwnRangeAndMatrix) {
         made.frame->Clear();
         for (size_t plane = 0; plane < 3; ++plane) {
             for (int row = 0; row < made.planes[plane].rows; ++row) {
-                const uint8_t* line = made.planes[plane].data + made.planes[plane].stride * row;
+                const uint8_t* line =
+                    made.planes[plane].data + static_cast<ptrdiff_t>(made.planes[plane].stride) * row;
                 const int step = IsSixteenBit(expected.type) ? 2 : 1;
                 for (int at = 0; at < made.planes[plane].rowBytes; at += step) {
                     int sample = line[at];
@@ -118,6 +119,7 @@ TEST(FramePool, IsOutlivedByItsFrames) {
 TEST(FramePool, ServesChangingSizesAndThreads) {
     FramePool pool;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&pool, thread] {
             std::shared_ptr<VideoFrameBuffer> held;

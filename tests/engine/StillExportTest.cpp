@@ -35,7 +35,7 @@ const ColorSpace kBt709(LegacyColorSpace::BT709);
 // A flat picture.
 NewFrame MakeFlat(VideoFrameBufferType type, int width, int height, const ColorSpace& space,
                   const std::array<int, 3>& codes) {
-    const NewFrame made = MakeFrame(type, width, height, space);
+    NewFrame made = MakeFrame(type, width, height, space);
     for (size_t i = 0; i < 3; ++i) {
         for (int row = 0; row < made.planes[i].rows; ++row) {
             uint8_t* line = made.planes[i].data + static_cast<ptrdiff_t>(made.planes[i].stride) * row;
@@ -85,7 +85,7 @@ std::optional<Png> ReadPng(const std::filesystem::path& path) {
     EXPECT_EQ(png_get_color_type(reader, info), PNG_COLOR_TYPE_RGB);
     const png_bytepp rows = png_get_rows(reader, info);
     for (unsigned y = 0; y < png.height; ++y) {
-        for (unsigned i = 0; i < png.width * 3; ++i) {
+        for (size_t i = 0; i < size_t{png.width} * 3; ++i) {
             png.samples.push_back(png.bits == 8 ? rows[y][i] : rows[y][2 * i] << 8 | rows[y][2 * i + 1]);
         }
     }
@@ -260,6 +260,7 @@ TEST_F(StillExport, RefusesAFrameThatCannotBeRead) {
 TEST_F(StillExport, IsWholeWhenSeveralThreadsWriteTheSameName) {
     const std::string path = folder.File("still").string();
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&path, thread] {
             const NewFrame made =

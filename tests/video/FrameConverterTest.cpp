@@ -94,7 +94,7 @@ struct Picture {
 
     void Set(std::vector<uint8_t>& plane, int stride, int x, int line, int code) const {
         const auto word = static_cast<uint16_t>(code);
-        const auto at = static_cast<size_t>(stride * line + x * bytes);
+        const size_t at = At(stride, x, line);
         if (bytes == 1) {
             plane[at] = static_cast<uint8_t>(code);
         } else {
@@ -102,10 +102,13 @@ struct Picture {
         }
     }
     [[nodiscard]] int Get(const std::vector<uint8_t>& plane, int stride, int x, int line) const {
-        const auto at = static_cast<size_t>(stride * line + x * bytes);
+        const size_t at = At(stride, x, line);
         uint16_t word = plane[at];
         if (bytes == 2) std::memcpy(&word, &plane[at], sizeof(word));
         return word;
+    }
+    [[nodiscard]] size_t At(int stride, int x, int line) const {
+        return static_cast<size_t>(stride) * static_cast<size_t>(line) + static_cast<size_t>(x * bytes);
     }
     void SetY(int x, int line, int code) { Set(y, planes.strideY, x, line, code); }
     void SetU(int x, int line, int code) { Set(u, planes.strideU, x, line, code); }
@@ -179,7 +182,8 @@ TEST_P(EveryColour, IsWithinOneStepOfTheExactMatrix) {
         bool opaque = true;
         for (int line = 0; line < side * side; ++line) {
             for (int x = 0; x <= top; ++x) {
-                const uint32_t pixel = pixels[static_cast<size_t>(line * (top + 1) + x)];
+                const uint32_t pixel =
+                    pixels[static_cast<size_t>(line) * static_cast<size_t>(top + 1) + static_cast<size_t>(x)];
                 const auto exact = ExactRgb(x, chroma[static_cast<size_t>(line / side)],
                                             chroma[static_cast<size_t>(line % side)], depth, matrix, range);
                 worst = std::max(worst, Error(pixel, exact));
@@ -240,8 +244,8 @@ TEST(FrameConverter, LeavesTheBytesBetweenRowsOfTheTargetAlone) {
     for (const ConverterPath path : kPaths) {
         Picture picture(35, 3, SubsamplingMode::Mode420, SampleDepth::Bits10, 0);
         picture.FillWithNoise(5);
-        std::vector<uint32_t> target(40 * 3, 0x12345678U);
-        ConvertToArgb(picture.planes, target.data(), 40 * 4, path);
+        std::vector<uint32_t> target(size_t{40} * 3, 0x12345678U);
+        ConvertToArgb(picture.planes, target.data(), size_t{40} * 4, path);
         for (size_t line = 0; line < 3; ++line) {
             for (size_t x = 35; x < 40; ++x) EXPECT_EQ(target[line * 40 + x], 0x12345678U);
         }
@@ -321,8 +325,8 @@ TEST(FrameConverter, TakesDepthMatrixAndRangeFromTheFrame) {
                                                 ColorPrimaries::BT709, ColorTransfer::BT709));
     picture.planes.matrix = ColorMatrix::BT2020NCL;
     picture.planes.range = ColorRange::Full;
-    std::vector<uint32_t> pixels(21 * 4);
-    ConvertToArgb(frame, pixels.data(), 21 * 4);
+    std::vector<uint32_t> pixels(size_t{21} * 4);
+    ConvertToArgb(frame, pixels.data(), size_t{21} * 4);
     EXPECT_EQ(pixels, Convert(picture.planes, ConverterPath::Fastest));
 }
 

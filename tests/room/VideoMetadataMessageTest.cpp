@@ -46,6 +46,13 @@ TEST(VideoMetadataMessage, SaysNothingInAnotherTypeOfMessage) {
     }
 }
 
+TEST(VideoMetadataMessage, SaysNothingInAnotherTypeOfMessageThatHasTheSameMembers) {
+    std::string text = Message("30");
+    ASSERT_TRUE(ParseVideoMetadataMessage(text).has_value());
+    text.replace(text.find("video-metadata-message"), 22, "video-metadata-massage");
+    EXPECT_EQ(ParseVideoMetadataMessage(text), std::nullopt);
+}
+
 TEST(VideoMetadataMessage, SaysNothingWhenItDoesNotRead) {
     for (
         const char* const text :

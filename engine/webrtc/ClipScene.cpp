@@ -49,7 +49,7 @@ public:
     }
 
     [[nodiscard]] Planes View() {
-        constexpr std::ptrdiff_t kLuma = kClipWidth * kClipHeight;
+        constexpr std::ptrdiff_t kLuma = std::ptrdiff_t{kClipWidth} * kClipHeight;
         return {
             kClipWidth, kClipHeight,   samples.data(), samples.data() + kLuma, samples.data() + kLuma * 5 / 4,
             kClipWidth, kClipWidth / 2};

@@ -11,7 +11,7 @@ namespace {
 
 // A picture that is later than this is dropped, so that an overloaded machine keeps to real time. Less would
 // make pictures stand still whenever the machine is busy with something else for a moment.
-constexpr gint64 kMaxLatenessNs = 200 * 1000 * 1000;
+constexpr gint64 kMaxLatenessNs = gint64{200} * 1000 * 1000;
 
 // Decoders write padded rows straight into the buffers that they hand on only when the sink says that it
 // reads the rows' true distance; otherwise they copy every picture once.

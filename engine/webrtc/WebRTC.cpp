@@ -80,6 +80,8 @@ bool WebRTC_IsLocalVideoTrackEnabled(int32_t index) {
     return index == 0 && TrackSettings::Get().localVideoEnabled;
 }
 
+// The three take their texts by value, as the platform declares them.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 void WebRTC_SetEnabledRemoteAudioTrack(std::string streamId, bool enabled) {
     ChangeParticipant(streamId, [&](RoomParticipant& participant) { participant.audioEnabled = enabled; });
 }
@@ -91,6 +93,7 @@ void WebRTC_SetEnabledRemoteVideoTrack(std::string streamId, bool enabled) {
 void WebRTC_SetRemoteAudioTrackVolume(std::string streamId, double volume) {
     ChangeParticipant(streamId, [&](RoomParticipant& participant) { participant.volume = ToVolume(volume); });
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 double WebRTC_GetRemoteAudioTrackVolume(const std::string& streamId) {
     const auto room = Room::Current();

@@ -172,7 +172,7 @@ TEST(ClipFile, IsShownWithSquarePixelsAndTheRightWayUp) {
     EXPECT_EQ(visitor.LastFrame(1)->GetHeight(), 320);
 }
 
-TEST(ClipFile, PlaysInALoopWithoutAGap) {
+TEST(ClipFile, PlaysInALoopAndCutsNoRoundShort) {
     const TemporaryFolder folder;
     // One second that goes from black to white, so that a round's end is seen in the luma.
     const auto path =

@@ -119,7 +119,7 @@ TEST(Room, CallsNothingAfterItWasClosedWhileDeliveringOnManyThreads) {
     RoomVisitor visitor;
     visitor.onFrame = [&](const auto&) {
         ++frames;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        std::this_thread::sleep_for(std::chrono::milliseconds(25));
         if (isClosed) ++late;
     };
     visitor.Enter({{"1", "test"}, {"2", "test"}, {"3", "test"}, {"4", "test"}, {"5", "test"}, {"6", "test"}});

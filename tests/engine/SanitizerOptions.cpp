@@ -1,4 +1,4 @@
-// Settings of the address sanitizer for these tests.
+// Settings of the sanitizers for these tests.
 #if defined(__SANITIZE_ADDRESS__)
 
 // GLib and fontconfig are built without frame pointers, and a leak can only be told from theirs by its whole
@@ -12,6 +12,15 @@ extern "C" __attribute__((visibility("default"))) const char* __asan_default_opt
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
     return "leak:call_init\n"
            "leak:libfontconfig.so\n";
+}
+
+#endif
+
+#if defined(__SANITIZE_THREAD__)
+
+// The log's library is not instrumented: how it counts the owners of its objects stays unseen.
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
+    return "race:spdlog\n";
 }
 
 #endif

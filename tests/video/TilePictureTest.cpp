@@ -101,6 +101,17 @@ TEST_F(TilePictureTest, ReplacesTheTextureOnceWhenTheSizeChangesAndSaysSo) {
                               "Resized video texture from w: 1280 h: 720 to new w: 640 new h: 360"}));
 }
 
+TEST_F(TilePictureTest, ReplacesTheTextureWhenOneSideAloneChanges) {
+    InstallPacked(MakeFrame({.width = 40, .height = 30}));
+    (void)Keep();
+    InstallPacked(MakeFrame({.width = 42, .height = 30}));
+    EXPECT_TRUE(Keep());
+    InstallPacked(MakeFrame({.width = 42, .height = 32}));
+    EXPECT_TRUE(Keep());
+    EXPECT_EQ(Created(), 3U);
+    EXPECT_EQ(Messages().size(), 3U);
+}
+
 TEST_F(TilePictureTest, ReplacesTheTextureWhenTheTypeChangesAtTheSameSize) {
     InstallPacked(MakeFrame({.width = 64, .height = 48, .type = Type::YUV420}));
     (void)Keep();

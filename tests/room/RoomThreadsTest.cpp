@@ -137,6 +137,7 @@ TEST_F(RoomThreadsTest, AStreamWhoseWorkerIsBusyLeavesWhileTheRoomEnds) {
     media.join();
     view.reset();
     EXPECT_EQ(Sdl().LiveTextures(), 0U);
+    EXPECT_EQ(Calls().Count("SDL_DestroyTexture"), 0U);
 }
 
 TEST_F(RoomThreadsTest, TheLastMessageMayOutliveTheHostsView) {

@@ -160,7 +160,7 @@ void Room::OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, con
     PlaybackEvents events{.picture =
                               [this, self](const std::shared_ptr<const MappedPicture>& picture) {
                                   self->Deliver(picture);
-                                  if (self->pictures == 1) speaker.ReportPicture(self->index);
+                                  if (!self->hasPicture.exchange(true)) speaker.ReportPicture(self->index);
                               },
                           .loudness =
                               [this, self](double meanSquare) {

@@ -38,7 +38,10 @@ public:
     std::atomic<double> volume = 1.0;
     std::atomic<bool> isExternalSource = false;
 
+    // Pictures that sinks have taken; and whether there is any at all, which a listener who has switched the
+    // video off must learn too, or nobody would ever be shown.
     std::atomic<std::size_t> pictures = 0;
+    std::atomic<bool> hasPicture = false;
     std::atomic<bool> hasNoPicture = false;
     std::atomic<bool> hasLeft = false;
 

@@ -10,13 +10,15 @@
 namespace Corvanta::Host {
 namespace {
 
+// The library's index of the room's window.
+constexpr int kMainWindow = 0;
 constexpr int kMinWidth = 160;
 constexpr int kMinHeight = 90;
 constexpr QColor kBackground(0x12, 0x13, 0x16);
 
 }  // namespace
 
-HostWindow::HostWindow(const QString& title, int width, int height) : room_(this) {
+HostWindow::HostWindow(const QString& title, int width, int height) : room_(this), input_(room_, kMainWindow) {
     setWindowTitle(title);
     setMinimumSize(kMinWidth, kMinHeight);
     resize(width, height);

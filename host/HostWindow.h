@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+#include "host/InputForwarder.h"
 #include "host/RoomWidget.h"
 
 namespace Corvanta::Host {
@@ -25,6 +26,7 @@ protected:
 
 private:
     RoomWidget room_;
+    InputForwarder input_;
 };
 
 }  // namespace Corvanta::Host

@@ -75,4 +75,11 @@ int GetViewWindowId(int index) {
     return view == nullptr ? -1 : view->GetSdlWindowId();
 }
 
+std::optional<SDL_Point> GetViewSize(int index) {
+    if (index != kRoomWindow) return std::nullopt;
+    const auto view = CurrentView();
+    if (view == nullptr) return std::nullopt;
+    return SDL_Point{view->GetWidth(), view->GetHeight()};
+}
+
 }  // namespace Corvanta::Interface

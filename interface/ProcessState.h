@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/HostCallbacks.h"
@@ -43,6 +44,9 @@ void ReleaseLentSinks();
 // SDL's window id for the index by which hosts name windows: 0 the room's, 1 the detached wall's, 2 the last
 // extra view's. -1 without such a window, without a running room for 0 and 1, and for any other index.
 [[nodiscard]] int GetViewWindowId(int index);
+// Size in logical pixels of the view at such an index, by which the host's fractions are multiplied; nothing
+// without such a view.
+[[nodiscard]] std::optional<SDL_Point> GetViewSize(int index);
 // The view at such an index; null where GetViewWindowId has none. keepAlive owns it meanwhile.
 [[nodiscard]] UI::AbstractView* GetViewAt(int index, std::shared_ptr<Room::VideoRoomView>& keepAlive);
 

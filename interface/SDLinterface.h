@@ -90,6 +90,27 @@ CORVANTA_EXPORT int SDLinterface_WindowsFlushEvents(void);
 CORVANTA_EXPORT int SDL_GetCurrentConnectionIndex(void);
 CORVANTA_EXPORT void SDL_SetVideoRoomConection(int connectionIndex);
 
+/* ---- Input. Pushed on SDL's queue and looked at by the next tick; window: 0 the room's, 1 the detached
+ * wall's. ---- */
+
+/* The pointer, as fractions of the view from 0 to 1 across and down. (-1, -1) says that it left the window.
+   Nothing without a view. */
+CORVANTA_EXPORT void SDLinterface_PushMouseMoveEvent(int window, float x, float y);
+/* The one logical button. A click hits what the tick before saw under the pointer. */
+CORVANTA_EXPORT void SDLinterface_PushMouseButtonDownEvent(int window);
+CORVANTA_EXPORT void SDLinterface_PushMouseButtonUpEvent(int window);
+/* Steps of the wheel, in the host's own direction. */
+CORVANTA_EXPORT void SDLinterface_PushScrollWheelEvent(int window, int x, int y);
+CORVANTA_EXPORT void SDLinterface_PushWindowMovedEvent(int window, int x, int y);
+/* A key by its name, such as "Space", "LeftCtrl" or "a"; an unknown name is dropped. */
+CORVANTA_EXPORT void SDLinterface_PushKeyDownEvent(int window, const char* keyName);
+CORVANTA_EXPORT void SDLinterface_PushKeyUpEvent(int window, const char* keyName);
+/* Lets SDL's queue take keys and text, or not. Returns the state that text editing had before. */
+CORVANTA_EXPORT int SDLinterface_TextInputEnabled(bool enabled);
+/* While disabled, no window event reaches the view: its size changes by SDLinterface_VideoRoomResize alone.
+ */
+CORVANTA_EXPORT void SDLinterface_DisableWindowResizingEvents(bool disable);
+
 /* ---- Window and renderer ---- */
 
 /* The host's window has a new size, in pixels of the window. Lays out and draws at once. */

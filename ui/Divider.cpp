@@ -1,17 +1,16 @@
 #include "ui/Divider.h"
 
+#include "ui/ControlColors.h"
+
 namespace Corvanta::UI {
 
-Divider::Divider(int lineWidth, int lineHeight) {
-    width = lineWidth;
-    height = lineHeight;
-}
+Divider::Divider(int lineWidth, int lineHeight)
+    : Button(lineWidth, lineHeight, LabelPlace::Beside, ButtonStyle::Plain) {}
 
-void Divider::Render(SDL_Renderer* renderer, SDL_Point position) {
-    rect = {position.x - width / 2, position.y - height / 2, width, height};
-    SDL_SetRenderDrawColor(renderer, colour.r, colour.g, colour.b, colour.a);
-    SDL_RenderFillRect(renderer, &rect);
-    SDL_SetRenderDrawColor(renderer, 0, 0, 0, 0);
+void Divider::Render(SDL_Renderer* renderer, SDL_Point centre) {
+    PlaceAround(centre);
+    FillRect(renderer, rect, colour);
+    ClearDrawColor(renderer);
 }
 
 }  // namespace Corvanta::UI

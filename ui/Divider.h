@@ -1,15 +1,16 @@
-// A thin translucent line between controls, drawn centred on the position. Render thread only.
+// A thin translucent line between controls. A button that does nothing, so that it stands in the same lists
+// as they. Render thread only.
 #pragma once
 
-#include "ui/GraphicElementInterface.h"
+#include "ui/Button.h"
 
 namespace Corvanta::UI {
 
-class Divider : public GraphicElementInterface {
+class Divider final : public Button {
 public:
     Divider(int width, int height);
 
-    void Render(SDL_Renderer* renderer, SDL_Point position) override;
+    void Render(SDL_Renderer* renderer, SDL_Point centre) override;
     bool OnClick() override { return false; }
 
     SDL_Color colour{255, 255, 255, 31};

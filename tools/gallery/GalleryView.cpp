@@ -1,0 +1,85 @@
+#include "tools/gallery/GalleryView.h"
+
+#include <algorithm>
+
+namespace Corvanta::Gallery {
+namespace {
+
+constexpr int kScrollStep = 48;
+
+}  // namespace
+
+GalleryView::GalleryView() : VideoRoomView(0, HostCallbacks{}) {}
+
+GalleryView::~GalleryView() {
+    sheet_.reset();
+}
+
+void GalleryView::MakeSheet() {
+    sheet_ = std::make_unique<GallerySheet>(GetRenderer());
+}
+
+void GalleryView::Shutdown() {
+    sheet_.reset();
+    VideoRoomView::Shutdown();
+}
+
+void GalleryView::SetSheetScale(float scale) {
+    sheetScale_ = scale;
+    scroll_ = 0;
+    if (sheet_ != nullptr) sheet_->ReleaseTextures();
+}
+
+void GalleryView::Render() {
+    SDL_Renderer* renderer = GetRenderer();
+    if (renderer == nullptr || sheet_ == nullptr) return;
+    SDL_RenderSetScale(renderer, sheetScale_, sheetScale_);
+    const SDL_Point size = sheet_->GetSize();
+    const SDL_Rect viewport{0, -scroll_, size.x, size.y};
+    SDL_RenderSetViewport(renderer, &viewport);
+    sheet_->Render(renderer);
+    SDL_RenderPresent(renderer);
+}
+
+SDL_Point GalleryView::ToSheet(SDL_Point point) const {
+    return {static_cast<int>(static_cast<float>(point.x) / sheetScale_),
+            static_cast<int>(static_cast<float>(point.y) / sheetScale_) + scroll_};
+}
+
+void GalleryView::ProcessInput() {
+    SDL_Event event;
+    while (SDL_PollEvent(&event) != 0) {
+        if (static_cast<int>(event.window.windowID) == GetSdlWindowId()) HandleEvent(event);
+    }
+    sheet_->OnHover(pointer_);
+}
+
+void GalleryView::HandleEvent(const SDL_Event& event) {
+    switch (event.type) {
+        case SDL_MOUSEMOTION: {
+            const bool left = event.motion.x == -1 && event.motion.y == -1;
+            pointer_ = left ? SDL_Point{-1, -1} : ToSheet({event.motion.x, event.motion.y});
+            break;
+        }
+        case SDL_MOUSEBUTTONDOWN: sheet_->OnPress(); break;
+        case SDL_MOUSEBUTTONUP: sheet_->OnRelease(); break;
+        case SDL_MOUSEWHEEL:
+            if (!sheet_->OnWheel(event.wheel.y)) Scroll(event.wheel.y * kScrollStep);
+            break;
+        case SDL_KEYDOWN: HandleKey(event.key.keysym.sym); break;
+        default: break;
+    }
+}
+
+void GalleryView::HandleKey(SDL_Keycode key) {
+    if (key >= SDLK_1 && key <= SDLK_4) SetSheetScale(kScales[key - SDLK_1]);
+    if (key == SDLK_DOWN) Scroll(kScrollStep);
+    if (key == SDLK_UP) Scroll(-kScrollStep);
+}
+
+void GalleryView::Scroll(int pixels) {
+    const int visible = static_cast<int>(static_cast<float>(GetHeight()) / sheetScale_);
+    scroll_ = std::clamp(scroll_ + pixels, 0, std::max(0, sheet_->GetSize().y - visible));
+}
+
+}  // namespace Corvanta::Gallery

@@ -12,12 +12,17 @@
 #include <string>
 #include <utility>
 
+#include "connectivity/ThumbnailConnectivityPanel.h"
 #include "platform/Connections.h"
 #include "platform/VideoSourceData.h"
+#include "ui/Button.h"
 #include "ui/GraphicElementInterface.h"
+#include "ui/Menu.h"
+#include "ui/ToggleButton.h"
 #include "video/FrameIntake.h"
 #include "video/FrameObserver.h"
 #include "video/FrameWorker.h"
+#include "video/OverlayGradient.h"
 #include "video/PictureGeometry.h"
 #include "video/TileOwner.h"
 #include "video/TilePicture.h"
@@ -36,7 +41,13 @@ public:
 
     // Draws the picture of sourceRect into rect; position is ignored.
     void Render(SDL_Renderer* renderer, SDL_Point position) override;
-    bool OnClick() override { return true; }
+    // True when the click is the tile's own, which makes it the main video; false when a button, the menu or
+    // the panel took it.
+    bool OnClick() override;
+    // The pointer of this tick. suppressHover: something over the tile has it.
+    void OnPointer(SDL_Point point, bool suppressHover);
+    // The dragged tile follows the pointer by differences.
+    void UpdateDragPosition(SDL_Point point);
 
     // Identity for the tile's whole life.
     [[nodiscard]] const std::string& GetStreamId() const { return streamId_; }
@@ -62,6 +73,9 @@ public:
     [[nodiscard]] const std::string& GetDisplayName();
     void SetDisplayName(const std::string& name) { displayNameOverride_ = name; }
 
+    // Of a shared file: its source's name, else the display name with the sides of " | " swapped.
+    [[nodiscard]] std::string GetPlaybackBarName();
+
     // Off drops incoming frames and blackens the picture. Any thread.
     void SetVideoEnabled(bool enabled);
     [[nodiscard]] bool IsVideoEnabled() const { return intake_->IsVideoEnabled(); }
@@ -75,8 +89,18 @@ public:
     void Deactivate();
     [[nodiscard]] bool IsActive() const { return active_.load(); }
 
+    // No picture to be had: nothing is drawn yet although the video is on (counts if noTextureCounts is set), or
+    // it is off and wanted off.
+    [[nodiscard]] bool HasNoVideo(bool noTextureCounts) const;
+    // A frame waits for its first drawing.
+    [[nodiscard]] bool HasNewPicture() const;
+
     // Destroys the textures; the picture stays for the next drawing.
     void ReleaseGraphics();
+    // The next drawing comes from this renderer. Render thread; the old renderer must still be alive.
+    void MoveToRenderer(SDL_Renderer* renderer);
+    // The name is asked for and drawn again.
+    void RefreshNamePlate();
     // Ends the worker and refuses frames from here on. Any thread but the worker; the textures stay.
     void Retire();
 
@@ -89,6 +113,33 @@ public:
     // Nothing before a description came. Any thread.
     [[nodiscard]] std::optional<VideoSourceData> GetSourceData() const;
 
+    // A button of the column that a hovered tile shows at its right edge.
+    UI::Button* AddHoverButton(UI::Button::Options options);
+    // Kept up like the others, but drawn by nobody here.
+    UI::Button* AddOtherButton(UI::Button::Options options);
+    UI::ToggleButton* AddHoverToggleButton(UI::ToggleButton::Options options);
+    // At the bottom left of a remote camera's tile.
+    void SetConnectionButton(UI::Button::Options options);
+    // The one of the hover buttons that opens the menu.
+    void SetMenuButton(UI::Button* button);
+    [[nodiscard]] UI::Button* GetMenuButton() const;
+    [[nodiscard]] UI::Menu& GetMenu();
+    [[nodiscard]] Connectivity::ThumbnailConnectivityPanel& GetPanel();
+    [[nodiscard]] const Connectivity::ThumbnailConnectivityPanel& GetPanel() const;
+
+    // Small pictures at the bottom right; the path is the key. Removing takes the first of that path.
+    void AddBadge(const std::string& path);
+    void RemoveBadge(const std::string& path);
+    [[nodiscard]] bool HasBadge(const std::string& path) const;
+    // A volume other than 1 shows the mix item's picture among the badges.
+    void UpdateVolumeBadge(float volume);
+
+    // The own camera's tile asks for the local connection's figures; the last one that asked has them.
+    void SubscribeConnectionStats();
+
+    // Borrowed from the wall; null without one.
+    void SetOverlayGradient(const OverlayGradient* gradient);
+
     // The time of this drawing, steady-clock nanoseconds.
     void SetRenderTime(int64_t ns) { renderTimeNs_ = ns; }
 
@@ -96,6 +147,8 @@ public:
     // Drawn as a thumbnail: the overlays belong to thumbnails only.
     bool inGrid = false;
     bool onMainVideo = false;
+    // In front of the wall's other remote tiles.
+    bool pinned = false;
     bool dragging = false;
     bool muted = false;
     bool lostConnection = false;
@@ -104,6 +157,18 @@ public:
     bool isExternalSource = false;
     // False makes Render return at once.
     bool renderable = true;
+    // Where the wall placed the tile; rect may differ while it is dragged.
+    SDL_Rect displayRect{0, 0, 0, 0};
+    // The pointer while hovered or dragged, and the tile's top-left corner while dragged.
+    SDL_Point dragPointer{0, 0};
+    SDL_Point dragPosition{0, 0};
+    // Entries of the menu that the room switches later; null where a tile has none.
+    UI::ToggleButton* soundToggle = nullptr;
+    UI::ToggleButton* videoToggle = nullptr;
+    UI::Button* mixSoundItem = nullptr;
+    UI::ToggleButton* pinToggle = nullptr;
+    // While on, the wall's menus are wider.
+    UI::ToggleButton* wideMenuToggle = nullptr;
 
 private:
     UI::DisplayTraits OnFrameTaken(const Frame& frame) override;

@@ -1,5 +1,5 @@
-// The newest connection figures of the local user: written by the media engine's thread, read by the panel and
-// by its reports. Any thread.
+// The newest connection figures of the local user: written by the media engine's thread, read by the panel
+// and by its reports. Any thread.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// Sizes of the tiles' menus, which follow the height of a tile. One width holds for every wall of the process.
+// Sizes of the tiles' menus, which follow the height of a tile. One width holds for every wall of the
+// process.
 #pragma once
 
 namespace Corvanta::Video {

@@ -33,6 +33,11 @@ public:
     // Forgets frame and texture.
     void Drop();
 
+    // A frame that was not drawn yet, or not on the present renderer.
+    [[nodiscard]] bool HasNewFrame() const {
+        return currentFrame_ != nullptr && (frameDirty_ || texture_ == nullptr);
+    }
+
     [[nodiscard]] const Frame& GetFrame() const { return currentFrame_; }
     [[nodiscard]] SDL_Texture* GetTexture() const { return texture_; }
     [[nodiscard]] bool IsPacked() const { return packed_; }

@@ -1,10 +1,16 @@
 #include "video/VideoFrame.h"
 
 #include <algorithm>
+#include <iterator>
+#include <limits>
+#include <string_view>
 
+#include "connectivity/ConnectionStats.h"
+#include "platform/WebRTC.h"
 #include "ui/Clock.h"
 #include "video/FrameCheck.h"
 #include "video/StreamSubscription.h"
+#include "video/TileMetrics.h"
 
 namespace Corvanta::Video {
 namespace {
@@ -14,6 +20,8 @@ constexpr int64_t kStalePictureMs = 7001;
 constexpr int64_t kNsPerMs = 1'000'000;
 constexpr Uint8 kFullBrightness = 255;
 constexpr Uint8 kDimmed = 128;
+constexpr std::string_view kNameSeparator = " | ";
+constexpr float kFullVolume = 1.0F;
 
 // The form of a prepared picture depends on no more than this.
 [[nodiscard]] bool NeedSameForm(const UI::DisplayTraits& left, const UI::DisplayTraits& right) {
@@ -23,6 +31,17 @@ constexpr Uint8 kDimmed = 128;
 // A side that no texture has is as good as none.
 [[nodiscard]] int PlausibleSide(int side) {
     return std::clamp(side, 0, kMaxFrameSide);
+}
+
+// Of a drag: by differences, and never beyond the window's left and upper edge.
+[[nodiscard]] int Follow(int edge, int oldPointer, int newPointer) {
+    const int64_t moved = int64_t{edge} - oldPointer + newPointer;
+    return static_cast<int>(std::clamp<int64_t>(moved, 0, std::numeric_limits<int>::max()));
+}
+
+void AppendUpper(std::string& text, std::string_view part) {
+    std::transform(part.begin(), part.end(), std::back_inserter(text),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
 }
 
 }  // namespace
@@ -39,7 +58,11 @@ VideoFrame::VideoFrame(std::string streamId, std::string sessionName, std::strin
       intake_(std::make_shared<FrameIntake>()),
       frameSink_(std::make_shared<FrameCallback>(
           [intake = intake_](const Frame& frame) { intake->OnFrame(frame); })),
-      worker_(*intake_, *this) {}
+      worker_(*intake_, *this) {
+    panel_ = std::make_unique<Connectivity::ThumbnailConnectivityPanel>(origin_ == TileOrigin::Local,
+                                                                        streamId_, sessionName_, profileId_);
+    SubscribeConnectionStats();
+}
 
 VideoFrame::~VideoFrame() {
     Retire();
@@ -54,9 +77,20 @@ void VideoFrame::Render(SDL_Renderer* renderer, SDL_Point /*position*/) {
     const std::scoped_lock lock(tileMutex_);
     if (!renderable) return;
     picture_.KeepTexture(renderer);
+    if (inGrid) KeepName();
     if (picture_.GetTexture() != nullptr) DrawPicture(renderer);
     ReadDisplay(renderer);
+    if (inGrid) DrawOverlays(renderer);
     SDL_SetRenderDrawColor(renderer, 0, 0, 0, 255);
+}
+
+void VideoFrame::KeepName() {
+    if (!overlays_.NeedsName()) return;
+    if (displayNameOverride_.empty()) {
+        overlays_.SetName(Connections_GetPublisherDisplayName(streamId_));
+    } else {
+        overlays_.SetName(displayNameOverride_);
+    }
 }
 
 void VideoFrame::DrawPicture(SDL_Renderer* renderer) {
@@ -68,7 +102,9 @@ void VideoFrame::DrawPicture(SDL_Renderer* renderer) {
     SDL_SetTextureColorMod(texture, brightness, brightness, brightness);
     SDL_RenderCopy(renderer, texture, &sourceRect, &rect);
     SDL_SetTextureColorMod(texture, kFullBrightness, kFullBrightness, kFullBrightness);
-    if (inGrid) DropStalePicture();
+    if (!inGrid) return;
+    overlays_.RenderGradient(renderer, {rect.x, rect.y});
+    DropStalePicture();
 }
 
 void VideoFrame::DropStalePicture() {
@@ -98,6 +134,54 @@ bool VideoFrame::NeedsOtherForm() const {
     const auto layout = PlaneLayoutOf(*frame);
     if (!layout.has_value() || frame->GetWidth() <= 0 || frame->GetHeight() <= 0) return false;
     return UI::HdrSdl::ShowsPlanes(display_, *layout) == picture_.IsPacked();
+}
+
+void VideoFrame::DrawOverlays(SDL_Renderer* renderer) {
+    const bool showable = IsShowable(rect);
+    if (showable && (picture_.GetTexture() == nullptr || !IsVideoEnabled())) {
+        overlays_.RenderAvatar(renderer, rect, displayRect.h);
+    }
+    displayRect = rect;
+    if (!showable) {
+        // The panel reports also while nothing of the tile can be seen.
+        const SDL_Rect nothing{0, 0, 0, 0};
+        panel_->Update(renderer, &nothing, 0);
+        return;
+    }
+    overlays_.Render(renderer,
+                     {.rect = rect,
+                      .hovered = hovered,
+                      .onMainVideo = onMainVideo,
+                      .dragging = dragging,
+                      .muted = muted,
+                      .lostConnection = lostConnection,
+                      .draggable = draggable},
+                     *panel_);
+}
+
+void VideoFrame::OnPointer(SDL_Point point, bool suppressHover) {
+    const std::scoped_lock lock(tileMutex_);
+    panel_->OnHover(point);
+    overlays_.OnHover(point);
+    if (hovered) dragPointer = point;
+    const bool inside = SDL_PointInRect(&point, &displayRect) == SDL_TRUE;
+    // A menu that sticks out of the tile keeps it alive.
+    hovered = !suppressHover && (inside || overlays_.GetControls().IsMenuHovered());
+}
+
+void VideoFrame::UpdateDragPosition(SDL_Point point) {
+    dragPosition = {Follow(rect.x, dragPointer.x, point.x), Follow(rect.y, dragPointer.y, point.y)};
+    dragPointer = point;
+}
+
+bool VideoFrame::OnClick() {
+    // No lock: what is clicked may call anything of the tile.
+    if (panel_->visible) {
+        if (!panel_->hovered) return true;
+        panel_->OnClick();
+        return false;
+    }
+    return !overlays_.GetControls().OnClick();
 }
 
 UI::DisplayTraits VideoFrame::OnFrameTaken(const Frame& frame) {
@@ -164,6 +248,20 @@ const std::string& VideoFrame::GetDisplayName() {
     return displayNameOverride_;
 }
 
+std::string VideoFrame::GetPlaybackBarName() {
+    const auto data = GetSourceData();
+    if (data.has_value() && !data->sourceName.empty()) return data->sourceName;
+    const std::string& name = GetDisplayName();
+    const size_t separator = name.find(kNameSeparator);
+    if (separator == std::string::npos) return name;
+    const std::string_view whole = name;
+    std::string swapped;
+    AppendUpper(swapped, whole.substr(separator + kNameSeparator.size()));
+    swapped += " - ";
+    AppendUpper(swapped, whole.substr(0, separator));
+    return swapped;
+}
+
 void VideoFrame::SetVideoEnabled(bool enabled) {
     intake_->SetVideoEnabled(enabled);
     if (!enabled) BlankFrame();
@@ -196,10 +294,127 @@ void VideoFrame::Deactivate() {
     ConfigureStream(streamId_, false, true, true);
 }
 
+bool VideoFrame::HasNoVideo(bool noTextureCounts) const {
+    const bool enabled = IsVideoEnabled();
+    const bool wanted = videoEnabledWanted_.load();
+    if (!enabled && !wanted) return true;
+    return noTextureCounts && enabled == wanted && !HasTexture();
+}
+
+bool VideoFrame::HasNewPicture() const {
+    const std::scoped_lock lock(tileMutex_);
+    return picture_.HasNewFrame();
+}
+
+void VideoFrame::ReleaseTextures() {
+    picture_.ReleaseTexture();
+    overlays_.ReleaseTextures();
+    panel_->ReleaseTextures();
+}
+
 void VideoFrame::ReleaseGraphics() {
     const std::scoped_lock lock(tileMutex_);
-    picture_.ReleaseTexture();
+    ReleaseTextures();
     intake_->SetVideoEnabled(false);
+}
+
+void VideoFrame::MoveToRenderer(SDL_Renderer* /*renderer*/) {
+    {
+        const std::scoped_lock lock(tileMutex_);
+        ReleaseTextures();
+        intake_->SetVideoEnabled(videoEnabledWanted_.load());
+        UI::Menu& menu = GetMenu();
+        menu.SetItemHeight(menu.GetItemHeight());
+    }
+    SubscribeConnectionStats();
+}
+
+void VideoFrame::RefreshNamePlate() {
+    const std::scoped_lock lock(tileMutex_);
+    overlays_.RefreshName();
+}
+
+UI::Button* VideoFrame::AddHoverButton(UI::Button::Options options) {
+    const std::scoped_lock lock(tileMutex_);
+    return overlays_.GetControls().AddHoverButton(std::move(options));
+}
+
+UI::Button* VideoFrame::AddOtherButton(UI::Button::Options options) {
+    const std::scoped_lock lock(tileMutex_);
+    return overlays_.GetControls().AddOtherButton(std::move(options));
+}
+
+UI::ToggleButton* VideoFrame::AddHoverToggleButton(UI::ToggleButton::Options options) {
+    const std::scoped_lock lock(tileMutex_);
+    return overlays_.GetControls().AddHoverToggleButton(std::move(options));
+}
+
+void VideoFrame::SetConnectionButton(UI::Button::Options options) {
+    const std::scoped_lock lock(tileMutex_);
+    overlays_.GetControls().SetConnectionButton(std::move(options));
+}
+
+void VideoFrame::SetMenuButton(UI::Button* button) {
+    const std::scoped_lock lock(tileMutex_);
+    overlays_.GetControls().SetMenuButton(button);
+}
+
+UI::Button* VideoFrame::GetMenuButton() const {
+    return overlays_.GetControls().GetMenuButton();
+}
+
+UI::Menu& VideoFrame::GetMenu() {
+    return overlays_.GetControls().GetMenu();
+}
+
+Connectivity::ThumbnailConnectivityPanel& VideoFrame::GetPanel() {
+    return *panel_;
+}
+
+const Connectivity::ThumbnailConnectivityPanel& VideoFrame::GetPanel() const {
+    return *panel_;
+}
+
+void VideoFrame::AddBadge(const std::string& path) {
+    const std::scoped_lock lock(tileMutex_);
+    overlays_.GetBadges().Add(path);
+}
+
+void VideoFrame::RemoveBadge(const std::string& path) {
+    const std::scoped_lock lock(tileMutex_);
+    overlays_.GetBadges().Remove(path);
+}
+
+bool VideoFrame::HasBadge(const std::string& path) const {
+    const std::scoped_lock lock(tileMutex_);
+    return overlays_.GetBadges().Has(path);
+}
+
+void VideoFrame::UpdateVolumeBadge(float volume) {
+    if (mixSoundItem == nullptr) return;
+    const std::string& path = mixSoundItem->GetIconName();
+    if (volume == kFullVolume) {
+        RemoveBadge(path);
+    } else if (!HasBadge(path)) {
+        AddBadge(path);
+    }
+}
+
+void VideoFrame::SubscribeConnectionStats() {
+    if (origin_ != TileOrigin::Local || streamType_ != StreamType::Camera) return;
+    // The figures outlive the panel as long as anybody may still report some.
+    WebRTC_SetConnectionStatsCallback(
+        [stats = panel_->GetConnectionStats()](int reserved0, double uploadRate, int reserved1,
+                                               double downloadRate, double reserved2, double jitterMs,
+                                               double roundTripMs) {
+            stats->OnConnectionStats(reserved0, uploadRate, reserved1, downloadRate, reserved2, jitterMs,
+                                     roundTripMs);
+        });
+}
+
+void VideoFrame::SetOverlayGradient(const OverlayGradient* gradient) {
+    const std::scoped_lock lock(tileMutex_);
+    overlays_.SetGradient(gradient);
 }
 
 void VideoFrame::SetFrameObserver(std::unique_ptr<FrameObserver> observer) {

@@ -24,6 +24,7 @@
 #include "video/FrameWorker.h"
 #include "video/OverlayGradient.h"
 #include "video/PictureGeometry.h"
+#include "video/TileOverlays.h"
 #include "video/TileOwner.h"
 #include "video/TilePicture.h"
 
@@ -89,8 +90,8 @@ public:
     void Deactivate();
     [[nodiscard]] bool IsActive() const { return active_.load(); }
 
-    // No picture to be had: nothing is drawn yet although the video is on (counts if noTextureCounts is set), or
-    // it is off and wanted off.
+    // No picture to be had: nothing is drawn yet although the video is on (counts if noTextureCounts is set),
+    // or it is off and wanted off.
     [[nodiscard]] bool HasNoVideo(bool noTextureCounts) const;
     // A frame waits for its first drawing.
     [[nodiscard]] bool HasNewPicture() const;
@@ -178,9 +179,12 @@ private:
     void OnFrameGivenUp() override;
 
     void EndWork();
+    void KeepName();
     void DrawPicture(SDL_Renderer* renderer);
     void DropStalePicture();
     void ReadDisplay(SDL_Renderer* renderer);
+    void DrawOverlays(SDL_Renderer* renderer);
+    void ReleaseTextures();
     [[nodiscard]] bool NeedsOtherForm() const;
 
     const std::string streamId_;
@@ -194,10 +198,13 @@ private:
     std::atomic<PictureSize> pictureSize_{PictureSize{}};
     int64_t renderTimeNs_;
     int64_t lastUploadTimeNs_;
+    // Never null.
+    std::unique_ptr<Connectivity::ThumbnailConnectivityPanel> panel_;
 
     mutable std::mutex tileMutex_;
     // guards: everything from here to the worker
     TilePicture picture_;
+    TileOverlays overlays_;
     UI::DisplayTraits display_;
     SDL_Rect mainVideoRect_{0, 0, 0, 0};
     std::unique_ptr<FrameObserver> frameObserver_;

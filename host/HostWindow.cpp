@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QPalette>
-#include <QShortcut>
 
 #include "interface/SDLinterface.h"
 
@@ -18,7 +17,8 @@ constexpr QColor kBackground(0x12, 0x13, 0x16);
 
 }  // namespace
 
-HostWindow::HostWindow(const QString& title, int width, int height) : room_(this), input_(room_, kMainWindow) {
+HostWindow::HostWindow(const QString& title, int width, int height)
+    : room_(this), input_(room_, kMainWindow), leaveFullscreen_(QKeySequence(Qt::Key_Escape), this) {
     setWindowTitle(title);
     setMinimumSize(kMinWidth, kMinHeight);
     resize(width, height);
@@ -31,8 +31,9 @@ HostWindow::HostWindow(const QString& title, int width, int height) : room_(this
         QObject::connect(shortcut, &QShortcut::activated, this, action);
     };
     onKey(Qt::Key_F11, [this] { SetFullscreen(!isFullScreen()); });
-    onKey(Qt::Key_Escape, [this] { SetFullscreen(false); });
     onKey(Qt::CTRL | Qt::Key_Q, [this] { close(); });
+    leaveFullscreen_.setEnabled(false);
+    QObject::connect(&leaveFullscreen_, &QShortcut::activated, this, [this] { SetFullscreen(false); });
 }
 
 void HostWindow::SetFullscreen(bool on) {
@@ -46,6 +47,7 @@ void HostWindow::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     // Also reached when the window manager's own key did it.
     if (event->type() == QEvent::WindowStateChange) {
+        leaveFullscreen_.setEnabled(isFullScreen());
         SDLinterface_VideoRoomSetFullscreenEnabled(isFullScreen());
     }
 }

@@ -3,6 +3,7 @@
 // thread only.
 #pragma once
 
+#include <QShortcut>
 #include <QWidget>
 
 #include "host/InputForwarder.h"
@@ -27,6 +28,8 @@ protected:
 private:
     RoomWidget room_;
     InputForwarder input_;
+    // Enabled in full screen alone: elsewhere Escape is the room's.
+    QShortcut leaveFullscreen_;
 };
 
 }  // namespace Corvanta::Host

@@ -1,6 +1,6 @@
 #include "host/InputForwarder.h"
 
-#include <QKeyEvent>
+#include <QEnterEvent>
 #include <QMouseEvent>
 #include <QWheelEvent>
 
@@ -25,41 +25,66 @@ void InputForwarder::Move(QPointF position) const {
                                     static_cast<float>(position.y() / surface_.height()));
 }
 
+void InputForwarder::Turn(QPoint angleDelta) {
+    wheelRest_ += angleDelta;
+    const QPoint steps(wheelRest_.x() / kWheelStep, wheelRest_.y() / kWheelStep);
+    wheelRest_ -= steps * kWheelStep;
+    if (!steps.isNull()) SDLinterface_PushScrollWheelEvent(window_, steps.x(), steps.y());
+}
+
+InputForwarder::KeyPlace InputForwarder::PlaceOf(const QKeyEvent& key) {
+    const quint32 scanCode = key.nativeScanCode();
+    return {scanCode, scanCode == 0 ? key.key() : 0};
+}
+
+void InputForwarder::Press(const QKeyEvent& key) {
+    const std::string name = KeyNameOf(key.key());
+    if (key.isAutoRepeat() || name.empty()) return;
+    held_[PlaceOf(key)] = name;
+    SDLinterface_PushKeyDownEvent(window_, name.c_str());
+}
+
+void InputForwarder::Release(const QKeyEvent& key) {
+    if (key.isAutoRepeat()) return;
+    const auto held = held_.find(PlaceOf(key));
+    if (held == held_.end()) return;
+    SDLinterface_PushKeyUpEvent(window_, held->second.c_str());
+    held_.erase(held);
+}
+
+void InputForwarder::ReleaseAll() {
+    for (const auto& [place, name] : held_) SDLinterface_PushKeyUpEvent(window_, name.c_str());
+    held_.clear();
+}
+
 bool InputForwarder::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
+        case QEvent::Enter: Move(static_cast<QEnterEvent*>(event)->position()); break;
         case QEvent::MouseMove: Move(static_cast<QMouseEvent*>(event)->position()); return true;
         case QEvent::Leave: SDLinterface_PushMouseMoveEvent(window_, kOutside, kOutside); break;
         case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonDblClick:
-            if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) break;
+        case QEvent::MouseButtonDblClick: {
+            const auto* press = static_cast<QMouseEvent*>(event);
+            if (press->button() != Qt::LeftButton) break;
             surface_.setFocus(Qt::MouseFocusReason);
+            // A press carries no place of its own, and no motion need have come before it.
+            Move(press->position());
             SDLinterface_PushMouseButtonDownEvent(window_);
             return true;
+        }
         case QEvent::MouseButtonRelease:
             if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) break;
             SDLinterface_PushMouseButtonUpEvent(window_);
             return true;
-        case QEvent::Wheel: {
-            wheelRest_ += static_cast<QWheelEvent*>(event)->angleDelta();
-            const QPoint steps(wheelRest_.x() / kWheelStep, wheelRest_.y() / kWheelStep);
-            wheelRest_ -= steps * kWheelStep;
-            if (!steps.isNull()) SDLinterface_PushScrollWheelEvent(window_, steps.x(), steps.y());
-            return true;
-        }
-        case QEvent::KeyPress:
-        case QEvent::KeyRelease: {
-            const auto* key = static_cast<QKeyEvent*>(event);
-            const std::string name = KeyNameOf(key->key());
-            if (key->isAutoRepeat() || name.empty()) break;
-            if (event->type() == QEvent::KeyPress) {
-                SDLinterface_PushKeyDownEvent(window_, name.c_str());
-            } else {
-                SDLinterface_PushKeyUpEvent(window_, name.c_str());
-            }
-            break;
-        }
+        case QEvent::Wheel: Turn(static_cast<QWheelEvent*>(event)->angleDelta()); return true;
+        case QEvent::KeyPress: Press(*static_cast<QKeyEvent*>(event)); break;
+        case QEvent::KeyRelease: Release(*static_cast<QKeyEvent*>(event)); break;
         case QEvent::FocusIn: SDLinterface_TextInputEnabled(true); break;
-        case QEvent::FocusOut: SDLinterface_TextInputEnabled(false); break;
+        case QEvent::FocusOut:
+            // In this order: switching off discards the keys that wait.
+            SDLinterface_TextInputEnabled(false);
+            ReleaseAll();
+            break;
         default: break;
     }
     return QObject::eventFilter(watched, event);

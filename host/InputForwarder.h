@@ -1,9 +1,14 @@
 // Hands a surface's mouse and keys to the library, as an event filter. Main thread only.
 #pragma once
 
+#include <QKeyEvent>
 #include <QObject>
 #include <QPointF>
 #include <QWidget>
+
+#include <map>
+#include <string>
+#include <utility>
 
 namespace Corvanta::Host {
 
@@ -16,12 +21,23 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // Where a key is on the keyboard; the toolkit's own number for an event that no keyboard made.
+    using KeyPlace = std::pair<quint32, int>;
+
+    [[nodiscard]] static KeyPlace PlaceOf(const QKeyEvent& key);
     void Move(QPointF position) const;
+    void Turn(QPoint angleDelta);
+    void Press(const QKeyEvent& key);
+    void Release(const QKeyEvent& key);
+    void ReleaseAll();
 
     QWidget& surface_;
     const int window_;
     // What is left of wheel turns smaller than a step.
     QPoint wheelRest_;
+    // Keys that are down, by the names of their presses: a modifier that changes meanwhile gives the same key
+    // another name.
+    std::map<KeyPlace, std::string> held_;
 };
 
 }  // namespace Corvanta::Host

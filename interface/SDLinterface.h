@@ -91,7 +91,7 @@ CORVANTA_EXPORT int SDL_GetCurrentConnectionIndex(void);
 CORVANTA_EXPORT void SDL_SetVideoRoomConection(int connectionIndex);
 
 /* ---- Input. Pushed on SDL's queue and looked at by the next tick; window: 0 the room's, 1 the detached
- * wall's. ---- */
+ * wall's, 2 the last extra view's. ---- */
 
 /* The pointer, as fractions of the view from 0 to 1 across and down. (-1, -1) says that it left the window.
    Nothing without a view. */
@@ -105,10 +105,11 @@ CORVANTA_EXPORT void SDLinterface_PushWindowMovedEvent(int window, int x, int y)
 /* A key by its name, such as "Space", "LeftCtrl" or "a"; an unknown name is dropped. */
 CORVANTA_EXPORT void SDLinterface_PushKeyDownEvent(int window, const char* keyName);
 CORVANTA_EXPORT void SDLinterface_PushKeyUpEvent(int window, const char* keyName);
-/* Lets SDL's queue take keys and text, or not. Returns the state that text editing had before. */
+/* Lets SDL itself report keys and text, or not; keys that are pushed pass all the same. Switching off also
+   discards those that wait. Returns the state that text editing had before. */
 CORVANTA_EXPORT int SDLinterface_TextInputEnabled(bool enabled);
 /* While disabled, no window event reaches the view: its size changes by SDLinterface_VideoRoomResize alone.
- */
+   Each call also discards every event that waits, input included. */
 CORVANTA_EXPORT void SDLinterface_DisableWindowResizingEvents(bool disable);
 
 /* ---- Window and renderer ---- */

@@ -38,7 +38,7 @@ void VideoRoomView::Tick() {
     const std::unique_lock remote(remoteLock_, std::try_to_lock);
     if (!remote.owns_lock()) return;
     const std::scoped_lock local(localLock_);
-    if (!roomActive.load() || !MayDraw()) return;
+    if (!roomActive.load() || closing_.load() || !IsInitialised()) return;
     ProcessInput();
     if (MayDraw()) Render();
 }

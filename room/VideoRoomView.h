@@ -133,7 +133,7 @@ protected:
     void RenderMainTile(Video::VideoFrame& tile);
     // Destroys the tiles of streams that have gone; textures only die on the render thread.
     void BuryDepartedTiles();
-    [[nodiscard]] bool MayDraw() const { return !closing_.load() && IsInitialised(); }
+    [[nodiscard]] bool MayDraw() const { return !closing_.load() && CanDraw(); }
 
     mutable std::recursive_mutex remoteLock_;
     // guards: remoteTiles_, the choice of the main video, identity_, microphone_, the speaker's switches

@@ -68,6 +68,10 @@ void AbstractView::CleanupWindow() {
     initialised_.store(false);
 }
 
+bool AbstractView::CanDraw() const {
+    return initialised_.load() && MayDrawOn(window_);
+}
+
 SDL_Renderer* AbstractView::SelectRenderer() const {
     int direct3dIndex = -1;
     for (int index = 0; index < SDL_GetNumRenderDrivers(); ++index) {

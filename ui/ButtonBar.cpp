@@ -190,17 +190,18 @@ void ButtonBar::ReleaseTextures() {
     if (textButton_ != nullptr) textButton_->ReleaseTextures();
 }
 
-void ButtonBar::UpdateSlide(SDL_Point position) {
-    rect = {position.x, position.y, width, height};
+void ButtonBar::UpdateSlide(SDL_Point topLeft) {
+    if (!layoutPending_) return;
+    rect = {topLeft.x, topLeft.y, width, height};
     layoutPending_ = false;
     if (!visible) return;
     bool gone = false;
-    rect.y = slide_.Advance(position.y, offset_, height, NowNs(), gone);
+    rect.y = slide_.Advance(topLeft.y, offset_, height, NowNs(), gone);
     if (gone) visible = false;
 }
 
 void ButtonBar::Render(SDL_Renderer* renderer, SDL_Point topLeft) {
-    if (layoutPending_) UpdateSlide(topLeft);
+    UpdateSlide(topLeft);
     if (visible) RenderVisible(renderer);
     // Hit testing of the bar itself sees its rest position, so that a hidden bar can be reached.
     rect = {topLeft.x, topLeft.y, width, height};

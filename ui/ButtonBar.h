@@ -42,6 +42,8 @@ public:
     // titleCentred: the title stands on the bar's middle line, else it ends on it.
     ButtonBar(SDL_Renderer* renderer, int width, int height, const std::string& title, bool titleCentred);
 
+    // Advances the slide for this frame, ahead of its Render: rect is then where the bar will be drawn.
+    void UpdateSlide(SDL_Point topLeft);
     void Render(SDL_Renderer* renderer, SDL_Point topLeft) override;
     // The first hovered button gets the click. False when nothing took it.
     bool OnClick() override;
@@ -49,12 +51,14 @@ public:
     void OnHover(const SDL_Point& mouse) override;
     void SetHeight(int value) override;
 
-    // Buttons made here live as long as the bar.
+    // Buttons made here live as long as the bar: whoever borrowed one lets go of it first.
     Button* AddButton(const std::string& iconName, const std::string& label, std::function<void()> onClick,
                       BarGroup group, ButtonStyle style, const std::string& tooltip);
     ToggleButton* AddToggleButton(ToggleOptions options, BarGroup group);
-    // Borrowed; it may stand in a group too.
-    void AddCompactButton(Button* button) { compactButtons_.push_back(button); }
+    // Borrowed; it may stand in a group too. Null is ignored.
+    void AddCompactButton(Button* button) {
+        if (button != nullptr) compactButtons_.push_back(button);
+    }
     TextButton* SetTextButton(const std::string& text, std::function<void()> onClick);
     // The slot of the record button; its rect tells its width. Null empties it.
     void SetRecordButton(std::unique_ptr<GraphicElementInterface> button) {
@@ -99,7 +103,6 @@ private:
     template <typename Call>
     void ForEachGrouped(Call call) const;
     Button* Adopt(std::unique_ptr<Button> button, BarGroup group);
-    void UpdateSlide(SDL_Point position);
     void RenderVisible(SDL_Renderer* renderer);
     void RenderFull(SDL_Renderer* renderer, const BarMetrics& metrics, int titleWidth);
     void RenderTitle(SDL_Renderer* renderer, const BarMetrics& metrics, int titleWidth);

@@ -2,7 +2,6 @@
 
 #include <cctype>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 
 namespace Corvanta::UI {

@@ -91,6 +91,7 @@ Divider* Menu::AddDivider() {
 }
 
 void Menu::InsertItem(Button* item, size_t index) {
+    if (item == nullptr) return;
     if (std::find(items_.begin(), items_.end(), item) != items_.end()) return;
     items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(std::min(index, items_.size())), item);
     SetHeight(ContentHeight());

@@ -43,11 +43,12 @@ public:
     void OnHover(const SDL_Point& mouse) override;
     void SetWidth(int value) override;
 
-    // Items made here live as long as the menu, also when they are taken out of it.
+    // Items made here live as long as the menu, also when they are taken out of it: whoever borrowed one lets
+    // go of it first.
     Button* AddButton(const std::string& iconName, const std::string& label, std::function<void()> onClick);
     ToggleButton* AddToggleButton(ToggleOptions options);
     Divider* AddDivider();
-    // Borrowed. An item that is there already stays where it is; index is at most the number of items.
+    // Borrowed; null is ignored. An item that is there already stays where it is; index is at most the number of items.
     void InsertItem(Button* item, size_t index);
     void RemoveItem(Button* item);
     // A second list, kept for the owner.

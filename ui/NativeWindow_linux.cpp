@@ -50,6 +50,15 @@ bool IsNativeWindow(void* handle) {
     return exists;
 }
 
+bool MayDrawOn(SDL_Window* window) {
+    if ((SDL_GetWindowFlags(window) & SDL_WINDOW_OPENGL) == 0U || !RunsOnX11()) return true;
+    SDL_SysWMinfo info;
+    SDL_VERSION(&info.version);
+    if (SDL_GetWindowWMInfo(window, &info) != SDL_TRUE) return true;
+    XWindowAttributes attributes;
+    return XGetWindowAttributes(info.info.x11.display, info.info.x11.window, &attributes) != 0;
+}
+
 void TolerateLostWindows() {
     if (RunsOnX11()) XSetErrorHandler(&LogAndGoOn);
 }

@@ -11,14 +11,31 @@ namespace {
 
 constexpr int kThickness = 8;
 
-[[nodiscard]] bool Contains(const SDL_Rect& area, const SDL_Point& point) {
-    return point.x >= area.x && point.x < area.x + area.w && point.y >= area.y && point.y < area.y + area.h;
-}
-
-// The nearest int.
+// The nearest int. Hosts' pointers, sizes and wheel steps reach to the limits of an int, so sums are made of
+// wider numbers.
 [[nodiscard]] int Narrow(int64_t value) {
     return static_cast<int>(
         std::clamp<int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+[[nodiscard]] int Sum(int first, int second) {
+    return Narrow(static_cast<int64_t>(first) + second);
+}
+
+// Across, a bar with a track takes twice its thickness.
+[[nodiscard]] int Twice(int thickness) {
+    return Narrow(static_cast<int64_t>(thickness) * 2);
+}
+
+// What the caps leave of the thumb; not above 0 when they are longer.
+[[nodiscard]] int Middle(int thumb, int firstCap, int lastCap) {
+    return Narrow(static_cast<int64_t>(thumb) - firstCap - lastCap);
+}
+
+[[nodiscard]] bool Contains(const SDL_Rect& area, const SDL_Point& point) {
+    const int64_t right = static_cast<int64_t>(area.x) + area.w;
+    const int64_t bottom = static_cast<int64_t>(area.y) + area.h;
+    return point.x >= area.x && point.x < right && point.y >= area.y && point.y < bottom;
 }
 
 }  // namespace
@@ -82,7 +99,7 @@ int VideoScrollbar::UpdateMetrics(int viewport, int content, int crossPosition, 
     ChangeOrientation(vertical);
     const int thumbAcross = vertical_ ? width : height;
     const int64_t room = static_cast<int64_t>(viewport) - content;
-    if (viewport <= 0 || room + thumbAcross >= 0) {
+    if (viewport <= 0 || content <= 0 || room + thumbAcross >= 0) {
         SetVisible(false);
         return vertical_ || viewport <= 0 ? 0 : Narrow(room / 2);
     }
@@ -94,7 +111,7 @@ int VideoScrollbar::UpdateMetrics(int viewport, int content, int crossPosition, 
     } else {
         SetBaseWidth(thumb);
     }
-    travel_ = viewport - thumb;
+    travel_ = Narrow(static_cast<int64_t>(viewport) - thumb);
     const int64_t relative = static_cast<int64_t>(AlongPosition()) - trackStart_;
     (vertical_ ? rect.x : rect.y) = crossPosition;
     if (travel_ <= 0) {
@@ -105,7 +122,6 @@ int VideoScrollbar::UpdateMetrics(int viewport, int content, int crossPosition, 
 }
 
 void VideoScrollbar::Move(SDL_Point delta, bool relative) {
-    // A host's wheel steps and pointers reach to the limits of an int.
     const int64_t component = Along(delta);
     const int64_t way = relative ? component : component - Along(lastPointer_);
     lastPointer_ = delta;
@@ -148,14 +164,15 @@ bool VideoScrollbar::OnClick() {
 
 void VideoScrollbar::OnHover(const SDL_Point& mouse) {
     SDL_Rect thumb = rect;
-    if (drawTrack_) (vertical_ ? thumb.w : thumb.h) *= 2;
+    int& across = vertical_ ? thumb.w : thumb.h;
+    if (drawTrack_) across = Twice(across);
     thumbHovered_ = Contains(thumb, mouse);
     hovered = thumbHovered_;
     if (thumbHovered_) lastPointer_ = mouse;
     if (thumbHovered_ || !drawTrack_) return;
-    const int length = Thumb() + travel_;
-    const SDL_Rect track =
-        vertical_ ? SDL_Rect{rect.x, 0, 2 * thickness_, length} : SDL_Rect{0, rect.y, length, 2 * thickness_};
+    const int length = Sum(Thumb(), travel_);
+    const int wide = Twice(thickness_);
+    const SDL_Rect track = vertical_ ? SDL_Rect{rect.x, 0, wide, length} : SDL_Rect{0, rect.y, length, wide};
     hovered = Contains(track, mouse);
 }
 
@@ -170,23 +187,23 @@ void VideoScrollbar::Render(SDL_Renderer* renderer, SDL_Point /*position*/) {
 }
 
 void VideoScrollbar::RenderHorizontal(SDL_Renderer* renderer) {
-    FillRect(renderer, {0, rect.y, travel_ + rect.w, 2 * rect.h}, trackColor_);
-    horizontalMiddle_.SetWidth(rect.w - horizontalFirst_.width - horizontalLast_.width);
-    SDL_Point place{rect.x, rect.y + thickness_ / 2};
+    FillRect(renderer, {0, rect.y, Sum(travel_, rect.w), Twice(rect.h)}, trackColor_);
+    horizontalMiddle_.SetWidth(Middle(rect.w, horizontalFirst_.width, horizontalLast_.width));
+    SDL_Point place{rect.x, Sum(rect.y, thickness_ / 2)};
     for (Icon* piece : {&horizontalFirst_, &horizontalMiddle_, &horizontalLast_}) {
         piece->Render(renderer, place);
-        place.x += piece->width;
+        place.x = Sum(place.x, piece->width);
     }
 }
 
 void VideoScrollbar::RenderVertical(SDL_Renderer* renderer) {
     MoveTo(AlongPosition());
-    if (drawTrack_) FillRect(renderer, {rect.x, 0, 2 * rect.w, travel_ + rect.h}, trackColor_);
-    verticalMiddle_.SetHeight(rect.h - verticalFirst_.height - verticalLast_.height);
-    SDL_Point place{rect.x + (drawTrack_ ? thickness_ / 2 : 0), rect.y};
+    if (drawTrack_) FillRect(renderer, {rect.x, 0, Twice(rect.w), Sum(travel_, rect.h)}, trackColor_);
+    verticalMiddle_.SetHeight(Middle(rect.h, verticalFirst_.height, verticalLast_.height));
+    SDL_Point place{Sum(rect.x, drawTrack_ ? thickness_ / 2 : 0), rect.y};
     for (Icon* piece : {&verticalFirst_, &verticalMiddle_, &verticalLast_}) {
         piece->Render(renderer, place);
-        place.y += piece->height;
+        place.y = Sum(place.y, piece->height);
     }
 }
 

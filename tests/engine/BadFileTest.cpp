@@ -54,14 +54,38 @@ TEST(Configure, NamesTheFileThatDoesNotExist) {
     EXPECT_NE(folderProblem->find("is a folder"), std::string::npos);
 }
 
+// While it lives, the process is no longer the system's own user, who may read everything.
+class OrdinaryUser final {
+public:
+    OrdinaryUser() {
+        if (::geteuid() != 0) return;
+        dropped_ = ::setresuid(kNobody, kNobody, 0) == 0;
+        EXPECT_TRUE(dropped_);
+    }
+    ~OrdinaryUser() {
+        if (dropped_) EXPECT_EQ(::setresuid(0, 0, 0), 0);
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    static constexpr uid_t kNobody = 65534;
+
+    bool dropped_ = false;
+};
+
 TEST(Configure, NamesTheFileThatMayNotBeRead) {
-    if (::geteuid() == 0) GTEST_SKIP() << "the system's own user may read everything";
+    namespace fs = std::filesystem;
     const TemporaryFolder folder;
+    fs::permissions(folder.path, fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec);
     folder.Write("secret.mp4", "x");
-    std::filesystem::permissions(folder.File("secret.mp4"), std::filesystem::perms::none);
-    const auto problem = Check(folder, folder.File("secret.mp4").string());
+    fs::permissions(folder.File("secret.mp4"), fs::perms::none);
+    const auto problem = [&] {
+        const OrdinaryUser user;
+        return Check(folder, folder.File("secret.mp4").string());
+    }();
     ASSERT_TRUE(problem.has_value());
-    EXPECT_NE(problem->find("may not be read"), std::string::npos);
+    EXPECT_NE(problem->find("may not be read"), std::string::npos) << *problem;
 }
 
 TEST(Configure, NamesTheDecoderThatIsMissing) {

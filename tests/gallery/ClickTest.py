@@ -79,6 +79,9 @@ class RealClick(unittest.TestCase):
     def test_switches_a_toggle_on_and_off(self):
         x, y = (int(word) for word in os.environ["CORVANTA_TOGGLE_AT"].split(","))
         with Display() as display, Gallery(display) as gallery:
+            # The longer of its two labels widens a button for good, so both are shown once before it is watched.
+            gallery.settled()
+            gallery.do("mousemove", str(x), str(y), "sleep", "0.3", "click", "1", "sleep", "0.3", "click", "1")
             gallery.do("mousemove", "1270", "790")
             idle = gallery.settled()
             gallery.do("mousemove", str(x), str(y))

@@ -202,9 +202,15 @@ TEST_F(InputWithoutRoom, PushesButtonsThatBelongToNoWindow) {
     expected.button.windowID = kNoWindow;
     EXPECT_TRUE(Same(OnlyEvent(), expected));
     SDLinterface_PushMouseButtonDownEvent(0);
-    // The next room's first tick throws it away.
     EXPECT_EQ(Enter(), 1);
+    const auto waiting = [] {
+        SDL_Event event;
+        return SDL_PeepEvents(&event, 1, SDL_PEEKEVENT, SDL_MOUSEBUTTONDOWN, SDL_MOUSEBUTTONDOWN) == 1 &&
+               event.button.windowID == kNoWindow;
+    };
+    EXPECT_TRUE(waiting()) << "a room that begins leaves it to its first tick";
     SDL_VideoRoomCheckInputAndRender();
+    EXPECT_FALSE(waiting());
     EXPECT_THAT(TakeEvents(), IsEmpty());
 }
 
@@ -301,6 +307,20 @@ TEST_F(InputTest, PushesKeysAlsoWhileTextInputIsOff) {
     EXPECT_EQ(OnlyEvent().type, static_cast<Uint32>(SDL_KEYDOWN));
 }
 
+TEST_F(InputTest, DiscardsTheKeysThatWaitWhenTextInputIsSwitchedOff) {
+    SDLinterface_TextInputEnabled(true);
+    SDLinterface_PushKeyDownEvent(0, "a");
+    SDLinterface_PushKeyUpEvent(0, "a");
+    SDLinterface_PushMouseButtonDownEvent(0);
+    SDLinterface_TextInputEnabled(true);
+    SDLinterface_TextInputEnabled(false);
+    EXPECT_EQ(OnlyEvent().type, static_cast<Uint32>(SDL_MOUSEBUTTONDOWN));
+    // It is the switch that discards, not the state.
+    SDLinterface_PushKeyUpEvent(0, "a");
+    SDLinterface_TextInputEnabled(false);
+    EXPECT_EQ(OnlyEvent().type, static_cast<Uint32>(SDL_KEYUP));
+}
+
 void PushResize(Uint32 window, int width, int height) {
     SDL_Event event = Cleared(SDL_WINDOWEVENT);
     event.window.windowID = window;
@@ -344,6 +364,15 @@ TEST_F(InputTest, LetsWindowEventsPassWhenTheyAreEnabledAgain) {
     PushResize(RoomWindow(), 320, 200);
     EXPECT_EQ(Interface::CurrentView()->GetWidth(), 320);
     EXPECT_GE(TakeEvents().size(), 2U);
+}
+
+TEST_F(InputTest, IsDiscardedWhenWindowEventsAreSwitched) {
+    for (const bool disabled : {true, true, false, false}) {
+        SDLinterface_PushMouseMoveEvent(0, 0.5F, 0.5F);
+        SDLinterface_PushKeyDownEvent(0, "a");
+        SDLinterface_DisableWindowResizingEvents(disabled);
+        EXPECT_THAT(TakeEvents(), IsEmpty());
+    }
 }
 
 TEST_F(InputTest, IsLookedAtByTheNextTickAlone) {

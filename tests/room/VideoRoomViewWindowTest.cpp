@@ -96,5 +96,17 @@ TEST_F(VideoRoomViewWindowTest, LeavesTheHostsWindowInItsPlaceWhenTheRoomEnds) {
     EXPECT_EQ(Sdl().LiveWindows(), 0U);
 }
 
+TEST_F(VideoRoomViewWindowTest, StopsDrawingWithOpenGlOnceItsWindowIsGone) {
+    SDL_SetHint(SDL_HINT_RENDER_DRIVER, "opengl");
+    ASSERT_EQ(view->Init(window->Handle(), 320, 240), 1);
+    Calls().Clear();
+    view->Tick();
+    EXPECT_EQ(Calls().Count("SDL_RenderPresent"), 1U);
+    window->Destroy();
+    view->Tick();
+    EXPECT_EQ(Calls().Count("SDL_RenderPresent"), 1U);
+    view->Shutdown();
+}
+
 }  // namespace
 }  // namespace Corvanta::Room

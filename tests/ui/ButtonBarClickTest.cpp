@@ -13,6 +13,7 @@
 #include "tests/ui/ControlSurroundings.h"
 #include "tests/ui/TextCalls.h"
 #include "ui/ButtonBar.h"
+#include "ui/FontManager.h"
 #include "ui/TextureCache.h"
 
 namespace Corvanta::UI {
@@ -217,7 +218,53 @@ TEST_F(ButtonBarClickTest, LetsAClickTakeItsButtonOutOfTheRightGroup) {
     EXPECT_TRUE(Copies().empty());
 }
 
-TEST_F(ButtonBarClickTest, ReplacesItsTextButtonAndItsRecordButton) {
+TEST_F(ButtonBarClickTest, ShowsTheMouseToTheCompactSetAloneOnceItIsCompact) {
+    const auto bar = MakeBar();
+    const std::vector<ToggleButton*> grouped = {AddToggle(*bar, BarGroup::Left),
+                                                AddToggle(*bar, BarGroup::Centre),
+                                                AddToggle(*bar, BarGroup::Right)};
+    TextButton* const text = bar->SetTextButton("Text", [] {});
+    Draw(*bar);
+    Draw(*bar);
+    ASSERT_FALSE(bar->IsCompact());
+    bar->SetWidth(60);
+    Draw(*bar);
+    ASSERT_TRUE(bar->IsCompact());
+    for (const ToggleButton* button : grouped) {
+        ASSERT_GT(button->rect.w, 0);
+        bar->OnHover(CentreOf(*button));
+        EXPECT_FALSE(button->hovered);
+    }
+    ASSERT_GT(text->rect.w, 0);
+    bar->OnHover(CentreOf(*text));
+    EXPECT_FALSE(text->hovered);
+    bar->OnHover(CentreOf(*grouped[0]));
+    EXPECT_TRUE(bar->hovered);
+    EXPECT_FALSE(bar->OnClick());
+}
+
+TEST_F(ButtonBarClickTest, IgnoresACompactButtonThatIsNone) {
+    const auto bar = MakeBar("", 60);
+    AddToggles(*bar, BarGroup::Centre, 3);
+    bar->AddCompactButton(nullptr);
+    Draw(*bar);
+    ASSERT_TRUE(bar->IsCompact());
+    bar->OnHover({30, 640});
+    EXPECT_FALSE(bar->OnClick());
+    bar->ReleaseTextures();
+}
+
+TEST_F(ButtonBarClickTest, GivesItsTextButtonAFontSizeOf14) {
+    const auto bar = MakeBar();
+    TextButton* const text = bar->SetTextButton("Click", [] {});
+    TextTexture same;
+    same.SetText("Click");
+    same.SetFontName(FontBolder);
+    same.SetFontSize(14);
+    EXPECT_EQ(text->GetText().MeasureText().x, same.MeasureText().x);
+}
+
+TEST_F(ButtonBarClickTest, ReplacesItsTextButton) {
     const auto bar = MakeBar();
     bar->SetTextButton("One", [] {});
     bar->SetTextButton("Two", [] {});

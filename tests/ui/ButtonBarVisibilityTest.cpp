@@ -77,6 +77,20 @@ TEST_F(ButtonBarVisibilityTest, SlidesInWhenTheMouseReachesItsRestPlace) {
     EXPECT_EQ(Now(), State::Shown);
 }
 
+TEST_F(ButtonBarVisibilityTest, TellsItsPlaceOfThisFrameBeforeItIsDrawn) {
+    Hide();
+    EXPECT_EQ(Tick(kOn), kNotDrawn);
+    EXPECT_EQ(Tick(kOn), 700);
+    StandingClock::TurnMs(125);
+    bar_.UpdateSlide({0, kAtRest});
+    EXPECT_EQ(bar_.rect.y, kHalfWay);
+    // Once in a frame, however often it is asked for.
+    StandingClock::TurnMs(60);
+    EXPECT_EQ(Tick(kOn), kHalfWay);
+    EXPECT_EQ(bar_.rect.y, kAtRest);
+    EXPECT_LT(Tick(kOn), kHalfWay);
+}
+
 TEST_F(ButtonBarVisibilityTest, SlidesInWhenItIsKeptAlive) {
     Hide();
     bar_.KeepAlive();

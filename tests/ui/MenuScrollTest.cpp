@@ -72,6 +72,18 @@ TEST_F(MenuScrollTest, GivesTheWidthBackWhenARowGoes) {
     EXPECT_EQ(menu->GetItemWidth(), 292);
 }
 
+TEST_F(MenuScrollTest, TellsARowThatIsScrolledOutWhereTheMouseIs) {
+    const auto menu = MakeScrollable(7);
+    Draw(*menu);
+    Scroll(*menu, 1000);
+    Draw(*menu);
+    EXPECT_FALSE(rows_[0]->hovered);
+    menu->OnHover(kFirstRow);
+    EXPECT_TRUE(rows_[0]->hovered);
+    menu->OnHover({kFirstRow.x, kFirstRow.y + 2 * kRow});
+    EXPECT_FALSE(rows_[0]->hovered);
+}
+
 TEST_F(MenuScrollTest, CutsTheLastRowAtTheBottomLine) {
     const auto menu = MakeScrollable(7);
     Draw(*menu);

@@ -91,6 +91,27 @@ TEST_F(MenuTest, IsTwoRowsAndAPixelHighWithADividerBetween) {
     EXPECT_EQ(second->rect.y, 106);
 }
 
+TEST_F(MenuTest, CountsADividerAlsoWhenItIsTakenOut) {
+    const auto menu = MakeMenu();
+    AddRow(*menu);
+    Divider* const divider = menu->AddDivider();
+    AddRow(*menu);
+    menu->RemoveItem(divider);
+    EXPECT_EQ(menu->height, 2 * kRow - (kRow - 1));
+}
+
+TEST_F(MenuTest, IgnoresAnItemThatIsNone) {
+    const auto menu = MakeMenu();
+    const auto rows = AddRows(*menu, 2);
+    menu->InsertItem(nullptr, 1);
+    EXPECT_THAT(menu->GetItems(), ElementsAre(rows[0], rows[1]));
+    menu->SetScale(1.5F);
+    Open(*menu);
+    Draw(*menu);
+    menu->OnHover(kFirstRow);
+    menu->ReleaseTextures();
+}
+
 TEST_F(MenuTest, MakesRowsWithTheLabelBesideTheIcon) {
     const auto menu = MakeMenu();
     const Button* const button = menu->AddButton(kSomeIcon, "Some label", [] {});

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "tests/fake_platform/CallLog.h"
 #include "tests/ui/ControlSurroundings.h"
@@ -14,6 +16,8 @@ namespace Corvanta::UI {
 namespace {
 
 using Testing::AreaIs;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::IsEmpty;
 using Testing::kBlack;
 using Testing::kFirstColour;
@@ -278,6 +282,39 @@ TEST_F(VideoScrollbarTest, DrawsAHorizontalThumbOnItsTrack) {
     EXPECT_EQ(DrawColour().a, 0);
 }
 
+TEST_F(VideoScrollbarTest, DrawsAHorizontalTrackWhateverIsAskedOfTracks) {
+    VideoScrollbar bar;
+    Horizontal(bar);
+    Draw(bar);
+    const auto before = Read();
+    EXPECT_TRUE(AreaIs(before, {100, 50, 100, 16}, kTrack));
+    for (const bool track : {true, false}) {
+        bar.SetDrawTrack(track);
+        Draw(bar);
+        EXPECT_TRUE(SamePicture(Read(), before)) << track;
+    }
+}
+
+TEST_F(VideoScrollbarTest, DrawsTheCapsAloneOfAThumbThatIsShorterThanThey) {
+    VideoScrollbar bar;
+    bar.SetOrientation(true);
+    EXPECT_EQ(bar.UpdateMetrics(100, 10'000, 50, true), 0);
+    EXPECT_EQ(bar.rect, (SDL_Rect{50, 0, 8, 1}));
+    Scroll(bar, 30);
+    Draw(bar);
+    ASSERT_EQ(Copies().size(), 2U);
+    EXPECT_EQ(Copies()[0].destination, (SDL_Rect{50, 30, 8, 4}));
+    // It ends where the thumb ends.
+    EXPECT_EQ(Copies()[1].destination, (SDL_Rect{50, 30 + 1 - 4, 8, 4}));
+    VideoScrollbar other;
+    EXPECT_EQ(other.UpdateMetrics(100, 10'000, 50, false), 0);
+    Scroll(other, 30);
+    Draw(other);
+    ASSERT_EQ(Copies().size(), 2U);
+    EXPECT_EQ(Copies()[0].destination, (SDL_Rect{30, 54, 4, 8}));
+    EXPECT_EQ(Copies()[1].destination, (SDL_Rect{30 + 1 - 4, 54, 4, 8}));
+}
+
 TEST_F(VideoScrollbarTest, DrawsAVerticalThumbWithoutATrack) {
     VideoScrollbar bar;
     Vertical(bar);
@@ -440,6 +477,18 @@ TEST_F(VideoScrollbarTest, ForgetsThePointerAtTheEndOfADragAlone) {
     EXPECT_EQ(bar.rect.y, 35);
 }
 
+TEST_F(VideoScrollbarTest, KeepsThePointerWhenADragIsOnlySwitchedOff) {
+    VideoScrollbar bar;
+    Vertical(bar);
+    bar.SetLastPointer({0, 40});
+    bar.SetDragging(true);
+    EXPECT_TRUE(bar.IsDragging());
+    bar.SetDragging(false);
+    EXPECT_FALSE(bar.IsDragging());
+    bar.Move({0, 50}, false);
+    EXPECT_EQ(bar.rect.y, 10);
+}
+
 TEST_F(VideoScrollbarTest, KeepsThePointerOverTheThumbInMind) {
     VideoScrollbar bar;
     Vertical(bar);
@@ -451,17 +500,38 @@ TEST_F(VideoScrollbarTest, KeepsThePointerOverTheThumbInMind) {
 }
 
 TEST_F(VideoScrollbarTest, LoadsItsPicturesAgainForAnotherRenderer) {
-    VideoScrollbar bar;
-    Vertical(bar);
-    Draw(bar);
-    const auto before = Read();
-    Draw(bar);
-    EXPECT_EQ(Testing::Calls().Count("IMG_LoadTexture"), 0U);
-    bar.ResetTextures();
-    ReplaceRenderer();
-    Draw(bar);
-    EXPECT_EQ(Testing::Calls().Count("IMG_LoadTexture"), 3U);
-    EXPECT_TRUE(SamePicture(Read(), before));
+    for (const bool vertical : {true, false}) {
+        VideoScrollbar bar;
+        vertical ? Vertical(bar) : Horizontal(bar);
+        Draw(bar);
+        const auto before = Read();
+        Draw(bar);
+        EXPECT_EQ(Testing::Calls().Count("IMG_LoadTexture"), 0U);
+        bar.ResetTextures();
+        ReplaceRenderer();
+        Draw(bar);
+        EXPECT_EQ(Testing::Calls().Count("IMG_LoadTexture"), 3U);
+        EXPECT_TRUE(SamePicture(Read(), before));
+    }
+}
+
+TEST_F(VideoScrollbarTest, HasThreePicturesForEachDirection) {
+    for (const bool vertical : {false, true}) {
+        VideoScrollbar bar;
+        vertical ? Vertical(bar) : Horizontal(bar);
+        Draw(bar);
+        std::vector<std::string> files;
+        for (const auto& call : Testing::Calls().Of("IMG_LoadTexture")) files.push_back(call.arguments.at(1));
+        if (vertical) {
+            EXPECT_THAT(files, ElementsAre(EndsWith("/icons/scrollbarVerticalFirst.png"),
+                                           EndsWith("/icons/scrollbarVerticalMiddle.png"),
+                                           EndsWith("/icons/scrollbarVerticalLast.png")));
+        } else {
+            EXPECT_THAT(files, ElementsAre(EndsWith("/icons/scrollbarHorizontalFirst.png"),
+                                           EndsWith("/icons/scrollbarHorizontalMiddle.png"),
+                                           EndsWith("/icons/scrollbarHorizontalLast.png")));
+        }
+    }
 }
 
 TEST_F(VideoScrollbarTest, ShowsNothingOfAViewportWithoutExtent) {
@@ -501,6 +571,58 @@ TEST_F(VideoScrollbarTest, TakesAnyContentAndThickness) {
             EXPECT_GT(bar.UpdateMetrics(100, kLowest, 0, false), 1'000'000'000);
         }
     }
+}
+
+TEST_F(VideoScrollbarTest, ShowsNoBarForAContentWithoutExtent) {
+    for (const bool vertical : {true, false}) {
+        VideoScrollbar bar;
+        bar.SetOrientation(vertical);
+        // So thin that any content would overflow.
+        vertical ? bar.SetWidth(kLowest) : bar.SetHeight(kLowest);
+        for (const int content : {0, -1, -50, kLowest}) {
+            EXPECT_EQ(bar.UpdateMetrics(100, content, 0, vertical),
+                      vertical ? 0 : static_cast<int>((int64_t{100} - content) / 2));
+            EXPECT_FALSE(bar.visible);
+        }
+        EXPECT_LE(bar.UpdateMetrics(100, 1, 0, vertical), kHighest);
+    }
+}
+
+TEST_F(VideoScrollbarTest, SurvivesPlacesAndThicknessesAtTheLimits) {
+    const int numbers[] = {kLowest, kLowest / 2 - 1, 0, kHighest / 2 + 1, kHighest};
+    for (const bool vertical : {true, false}) {
+        for (const int thickness : numbers) {
+            for (const int place : numbers) {
+                VideoScrollbar bar;
+                vertical ? Vertical(bar) : Horizontal(bar);
+                bar.SetDrawTrack(true);
+                static_cast<void>(bar.UpdateMetrics(kHighest, kHighest, place, vertical));
+                static_cast<void>(bar.UpdateMetrics(200, 400, place, vertical));
+                vertical ? bar.SetWidth(thickness) : bar.SetHeight(thickness);
+                bar.SetTrackStart(place);
+                bar.ScrollToStart();
+                bar.Move({place, place}, true);
+                bar.OnHover({place, place});
+                bar.Move({thickness, thickness}, false);
+                bar.OnHover({thickness, kLowest});
+                bar.SetVisible(true);
+                Draw(bar);
+                EXPECT_EQ(bar.GetThickness(), thickness);
+            }
+        }
+    }
+}
+
+TEST_F(VideoScrollbarTest, IsHitWhereItsAreaReachesBeyondTheLastPlace) {
+    VideoScrollbar bar;
+    Vertical(bar);
+    EXPECT_EQ(bar.UpdateMetrics(200, 400, kHighest - 3, true), 0);
+    bar.OnHover({kHighest - 3, 10});
+    EXPECT_TRUE(bar.IsThumbHovered());
+    bar.OnHover({kHighest, 10});
+    EXPECT_TRUE(bar.IsThumbHovered());
+    bar.OnHover({kHighest - 4, 10});
+    EXPECT_FALSE(bar.IsThumbHovered());
 }
 
 }  // namespace

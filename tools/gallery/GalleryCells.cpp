@@ -309,6 +309,15 @@ void GallerySheet::AddScrollbars() {
             bar->Render(renderer, {0, 0});
             SDL_RenderSetViewport(renderer, &whole);
         };
+        cell.hover = [bar](SDL_Point pointer) {
+            if (bar->IsDragging()) {
+                bar->Move(pointer, false);
+            } else {
+                bar->OnHover(pointer);
+            }
+        };
+        cell.press = [bar] { bar->OnClick(); };
+        cell.release = [bar] { bar->EndDrag(); };
         cell.wheel = [bar](int steps) { bar->Move({steps * 12, steps * 12}, true); };
         releasers_.emplace_back([bar] { bar->ResetTextures(); });
     }

@@ -88,7 +88,11 @@ void GallerySheet::Render(SDL_Renderer* renderer) {
 void GallerySheet::OnHover(SDL_Point pointer) {
     pointer_ = pointer;
     for (const Cell& cell : cells_) {
-        if (cell.element != nullptr) cell.element->OnHover(pointer);
+        if (cell.hover) {
+            cell.hover({pointer.x - cell.area.x, pointer.y - cell.area.y});
+        } else if (cell.element != nullptr) {
+            cell.element->OnHover(pointer);
+        }
     }
 }
 

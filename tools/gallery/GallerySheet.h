@@ -25,6 +25,9 @@ struct Cell {
     std::function<void()> pose;
     // Takes pointer and click; null for a picture only.
     UI::GraphicElementInterface* element = nullptr;
+    // Called instead of the element's hover pass, for a control that draws itself in a viewport of its own:
+    // the pointer as that viewport counts.
+    std::function<void(SDL_Point pointer)> hover;
     // Called instead of the element's click on press, release and wheel, where the control has such.
     std::function<void()> press;
     std::function<void()> release;

@@ -1,11 +1,21 @@
 #include "tools/gallery/GalleryView.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace Corvanta::Gallery {
 namespace {
 
 constexpr int kScrollStep = 48;
+// More than any sheet is long, and far from the limits of an int.
+constexpr int64_t kMostSteps = 1000;
+
+// The direction that the wheel turned more in; sideways turns scroll too.
+[[nodiscard]] int StepsOf(const SDL_MouseWheelEvent& wheel) {
+    const auto size = [](int64_t steps) { return steps < 0 ? -steps : steps; };
+    const int64_t steps = size(wheel.x) > size(wheel.y) ? wheel.x : wheel.y;
+    return static_cast<int>(std::clamp(steps, -kMostSteps, kMostSteps));
+}
 
 }  // namespace
 
@@ -64,7 +74,7 @@ void GalleryView::HandleEvent(const SDL_Event& event) {
         case SDL_MOUSEBUTTONDOWN: sheet_->OnPress(); break;
         case SDL_MOUSEBUTTONUP: sheet_->OnRelease(); break;
         case SDL_MOUSEWHEEL:
-            if (!sheet_->OnWheel(event.wheel.y)) Scroll(event.wheel.y * kScrollStep);
+            if (const int steps = StepsOf(event.wheel); !sheet_->OnWheel(steps)) Scroll(steps * kScrollStep);
             break;
         case SDL_KEYDOWN: HandleKey(event.key.keysym.sym); break;
         default: break;

@@ -44,7 +44,9 @@ ConnectionCallbacks& ConnectionCallbacks::Get() {
 
 int32_t Connections_InitConnection(void*, void*, const char* sessionName, const char*, const char*,
                                    const char*, const char* displayName, bool, bool, bool, void*) {
-    if (!Room::Open(Corvanta::Engine::CurrentOptions(), displayName != nullptr ? displayName : "")) return -1;
+    if (!Room::Open(Corvanta::Engine::CurrentOptions(), displayName != nullptr ? displayName : "",
+                    sessionName != nullptr ? sessionName : ""))
+        return -1;
     LOG(kLogInformation, "The embedded room is open: session %s", NameOf(sessionName));
     return ++gLastConnectionIndex;
 }

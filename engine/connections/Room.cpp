@@ -64,7 +64,7 @@ std::shared_ptr<Room> Room::Current() {
     return registry.room;
 }
 
-bool Room::Open(const EngineOptions& options, std::string localDisplayName) {
+bool Room::Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName) {
     if (CallTracker::InsideCall()) {
         LOG(kLogError, "A room cannot be entered from inside a callback of the engine");
         return false;
@@ -73,7 +73,7 @@ bool Room::Open(const EngineOptions& options, std::string localDisplayName) {
     CloseCurrent();
     Registry& registry = Registry::Get();
     const std::lock_guard life(registry.lifeMutex);
-    const auto room = std::make_shared<Room>(options, std::move(localDisplayName));
+    const auto room = std::make_shared<Room>(options, std::move(localDisplayName), std::move(sessionName));
     {
         const std::lock_guard lock(registry.roomMutex);
         registry.room = room;
@@ -107,16 +107,18 @@ void Room::CloseCurrent() {
     registry.roomEnded.wait(lock, [&] { return registry.ending == 0; });
 }
 
-Room::Room(const EngineOptions& options, std::string localDisplayName)
+Room::Room(const EngineOptions& options, std::string localDisplayName, std::string sessionName)
     : settings(options),
       localName(std::move(localDisplayName)),
       epoch(std::chrono::steady_clock::now()),
-      speaker(options.participants.size()) {
+      speaker(options.participants.size()),
+      service(UserRoomService()) {
     for (std::size_t index = 0; index < settings.participants.size(); ++index) {
         const std::string name = NameOf(settings.participants[index], index);
         participants.push_back(std::make_shared<RoomParticipant>(
             index, "participant-" + std::to_string(index + 1) + "-" + name, name));
     }
+    reports = std::make_unique<ParticipantReports>(std::move(sessionName), participants);
 }
 
 Room::~Room() = default;
@@ -127,7 +129,11 @@ void Room::Run() {
             [this, participant] { OpenPlayback(participant, settings.participants[participant->index]); });
         loop.Post([this, participant] { Announce(participant); });
     }
+    service.Start();
+    reports->Start();
     loop.Run();
+    reports->Stop();
+    service.Stop();
     for (const auto& participant : participants) {
         if (participant->playback) participant->playback->Close();
         participant->sinks.Clear();

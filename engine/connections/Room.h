@@ -14,7 +14,9 @@
 
 #include "engine/Engine.h"
 #include "engine/common/EngineLoop.h"
+#include "engine/connections/ParticipantReports.h"
 #include "engine/connections/RoomParticipant.h"
+#include "engine/roomservice/RoomService.h"
 #include "engine/webrtc/ActiveSpeaker.h"
 
 namespace Corvanta::Engine {
@@ -24,13 +26,13 @@ public:
     // The room that is open, or null. Any thread; never waits for anything but the copy of a pointer.
     [[nodiscard]] static std::shared_ptr<Room> Current();
     // Closes an open room, then opens one. False, and a log line, when that is impossible.
-    static bool Open(const EngineOptions& options, std::string localDisplayName);
+    static bool Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName);
     // Closes the open room, if any. On return none of its callbacks is in progress and none follows. On a
     // thread that is inside such a callback the room closes as soon as that callback has returned.
     static void CloseCurrent();
 
     // Use Open.
-    Room(const EngineOptions& options, std::string localDisplayName);
+    Room(const EngineOptions& options, std::string localDisplayName, std::string sessionName);
     ~Room();
     Room(const Room&) = delete;
     Room& operator=(const Room&) = delete;
@@ -58,6 +60,9 @@ private:
     const std::chrono::steady_clock::time_point epoch;
     std::vector<std::shared_ptr<RoomParticipant>> participants;
     ActiveSpeaker speaker;
+    // Open from the room's beginning to its end.
+    RoomService service;
+    std::unique_ptr<ParticipantReports> reports;
     std::atomic<bool> isClosing = false;
     EngineLoop loop;
 };

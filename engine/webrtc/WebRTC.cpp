@@ -8,6 +8,7 @@
 #include "engine/common/GuardedCallback.h"
 #include "engine/connections/Room.h"
 #include "engine/connections/TrackSettings.h"
+#include "engine/webrtc/ConnectionStatsFeed.h"
 #include "engine/webrtc/GstSupport.h"
 #include "platform/Logger.h"
 
@@ -46,6 +47,11 @@ double ToVolume(double position) {
 }
 
 }  // namespace
+
+void Corvanta::Engine::FeedConnectionStats(const LocalConnectionFigures& figures) {
+    EngineCallbacks::Get().connectionStats.Call(0, figures.uploadRate, 0, figures.downloadRate, 0.0,
+                                                figures.jitterMs, figures.roundTripMs);
+}
 
 void WebRTC_Init() {
     static_cast<void>(Corvanta::Engine::EnsureGStreamer());

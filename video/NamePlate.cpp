@@ -17,7 +17,9 @@ constexpr int kShadowRadius = 4;
 constexpr SDL_Color kShadow{0, 0, 0, 128};
 // Of the letters' height, on both sides of the whole name.
 constexpr double kTooltipPadding = 0.2;
-// A raster of 256 MiB, far beyond any window. A wild size must cost a name, not the process's memory.
+// A raster of 256 MiB, and letters that no window could hold: a wild size must cost a name, not the process's
+// memory.
+constexpr int kMostFontSize = 1 << 13;
 constexpr int64_t kMostRasterPixels = int64_t{64} << 20U;
 
 [[nodiscard]] int ToLogical(int pixels, float scale) {
@@ -101,7 +103,7 @@ void NamePlate::BuildText(SDL_Renderer* renderer, int available, int fontSize) {
     renderer_ = renderer;
     textWidth_ = 0;
     textHeight_ = 0;
-    if (fullName_.empty() || scaled < 1 || !(scale > 0.0F)) return;
+    if (fullName_.empty() || scaled < 1 || scaled > kMostFontSize || !(scale > 0.0F)) return;
     TTF_Font* font = UI::FontManager::Instance().GetFont(UI::FontMono, scaled);
     if (font == nullptr) return;
     // Another text may have left its style on the font.

@@ -19,6 +19,8 @@ constexpr int kNoSizeYet = -1;
     options.height = kNoSizeYet;
     if (!options.hoverIconName.empty()) options.style = UI::ButtonStyle::OtherIcon;
     auto button = std::make_unique<UI::Button>(nullptr, std::move(options));
+    // The pictures are whole signs, not small ones beside a label.
+    button->SetFitHeight(true);
     button->SetVisible(true);
     return button;
 }

@@ -76,6 +76,10 @@ ConnectivityExchange::Answer ConnectivityExchange::Receive(Model::API::Connectiv
     return Answer::Report;
 }
 
+bool ConnectivityExchange::IsBusy() const {
+    return (sending_.valid() && !IsReady(sending_)) || (receiving_.valid() && !IsReady(receiving_));
+}
+
 void ConnectivityExchange::Ask() {
     receiving_ = StartTask([identity = identity_]() -> Report {
         // Copied at once: the response lives only until somebody asks again for this stream.

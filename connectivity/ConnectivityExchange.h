@@ -39,6 +39,9 @@ public:
     // only asks.
     [[nodiscard]] Answer Receive(Model::API::ConnectivityLogResponse& report);
 
+    // A request is on its way, for which the destructor would wait.
+    [[nodiscard]] bool IsBusy() const;
+
 private:
     using Report = std::optional<Model::API::ConnectivityLogResponse>;
 

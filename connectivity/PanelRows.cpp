@@ -1,5 +1,7 @@
 #include "connectivity/PanelRows.h"
 
+#include <limits>
+
 #include "connectivity/ConnectivityText.h"
 #include "ui/ControlColors.h"
 #include "ui/FontManager.h"
@@ -11,6 +13,7 @@ constexpr std::array<const char*, kFactCount> kLabels{
     "DOWNLOAD SPEED", "UPLOAD SPEED",  "ROUND TRIP TIME",  "JITTER",         "CONNECTION TYPE",
     "CPU TYPE",       "CPU APP USAGE", "CPU SYSTEM USAGE", "SYSTEM VERSION", "OPERATING SYSTEM"};
 constexpr SDL_Color kLabelColor{255, 255, 255, 178};
+constexpr SDL_Point kNowhere{std::numeric_limits<int>::min(), std::numeric_limits<int>::min()};
 constexpr SDL_Color kPlateColor{107, 107, 107, 255};
 
 [[nodiscard]] bool IsShown(const UI::TextTexture& value) {
@@ -111,9 +114,7 @@ void PanelRows::RenderWhole(SDL_Renderer* renderer, const SDL_Rect& panel, const
 }
 
 void PanelRows::OnHover(const SDL_Point& mouse) {
-    for (Row& row : rows_) {
-        if (row.drawn) row.value.OnHover(mouse);
-    }
+    for (Row& row : rows_) row.value.OnHover(row.drawn ? mouse : kNowhere);
 }
 
 void PanelRows::ReleaseTextures() {

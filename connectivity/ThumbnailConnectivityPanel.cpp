@@ -213,4 +213,8 @@ std::shared_ptr<ConnectionStats> ThumbnailConnectivityPanel::GetConnectionStats(
     return content_->stats;
 }
 
+bool ThumbnailConnectivityPanel::IsBusy() const {
+    return content_->exchange.IsBusy();
+}
+
 }  // namespace Corvanta::Connectivity

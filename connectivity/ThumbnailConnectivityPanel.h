@@ -36,6 +36,9 @@ public:
     // The pictures and texts come back with the next Render, on whatever renderer.
     void ReleaseTextures();
 
+    // A request is under way, for which the destructor would wait.
+    [[nodiscard]] bool IsBusy() const;
+
     // The figures that WebRTC reports of the local user's connection go here. Shared with its callback, which
     // may outlive the panel.
     [[nodiscard]] std::shared_ptr<ConnectionStats> GetConnectionStats() const;

@@ -101,6 +101,8 @@ struct FakeResults {
     bool connectivityLogAccepted = true;
     Model::API::ConnectivityLogResponse connectivityResponse;
     int32_t connectivityStatus = Model::API::kResponseSuccess;
+    // A service that breaks its word: null takes the place of the response.
+    bool connectivityResponseMissing = false;
 };
 
 }  // namespace Corvanta::Testing

@@ -156,6 +156,8 @@ Model::API::ConnectivityLogResponse* RESTApi_ReceiveParticipantsConnectivityLog(
     const std::string& sessionName, const std::string& streamId) {
     const UncountedScope uncounted;
     Calls().Record("RESTApi_ReceiveParticipantsConnectivityLog", sessionName, streamId);
+    if (Fake().Get([](const FakeResults& results) { return results.connectivityResponseMissing; }))
+        return nullptr;
     return Fake().MakeConnectivityResponse();
 }
 

@@ -14,11 +14,13 @@ namespace Corvanta::Video {
 namespace {
 
 constexpr int kShadowRadius = 4;
+constexpr char kDots[] = "...";
 constexpr SDL_Color kShadow{0, 0, 0, 128};
 // Of the letters' height, on both sides of the whole name.
 constexpr double kTooltipPadding = 0.2;
 // A raster of 256 MiB, and letters that no window could hold: a wild size must cost a name, not the process's
 // memory.
+constexpr size_t kMostShownBytes = 256;
 constexpr int kMostFontSize = 1 << 13;
 constexpr int64_t kMostRasterPixels = int64_t{64} << 20U;
 
@@ -110,6 +112,11 @@ void NamePlate::BuildText(SDL_Renderer* renderer, int available, int fontSize) {
     TTF_SetFontStyle(font, TTF_STYLE_NORMAL);
     shownName_ = CutName(fullName_, available,
                          [&](const std::string& text) { return ToLogical(WidthOf(font, text), scale); });
+    if (shownName_.size() > kMostShownBytes) {
+        // Nobody reads on beyond the tile, and renderers refuse textures of that width.
+        shownName_.resize(kMostShownBytes);
+        shownName_ += kDots;
+    }
     if (!CanRasterise(font, shownName_)) return;
     if (SDL_Surface* letters = TTF_RenderUTF8_Blended(font, shownName_.c_str(), UI::kWhite)) {
         textTexture_ = SDL_CreateTextureFromSurface(renderer, letters);

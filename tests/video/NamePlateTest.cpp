@@ -334,6 +334,17 @@ TEST_F(NamePlateTest, CutsANameOf10000BytesToThePlate) {
     EXPECT_LT(plate.GetShownName().size(), 30U);
 }
 
+TEST_F(NamePlateTest, ShowsOnlyTheStartOfANameOf10000BytesThatIsKeptWhole) {
+    NamePlate::Place narrow = kPlace;
+    narrow.maxWidth = 31;
+    DrawNamed(std::string(256, 'W'), narrow);
+    EXPECT_EQ(plate.GetShownName(), std::string(256, 'W'));
+    plate.ReleaseTextures();
+    DrawNamed(std::string(10000, 'W'), narrow);
+    EXPECT_EQ(plate.GetShownName(), std::string(256, 'W') + "...");
+    EXPECT_TRUE(plate.HasText());
+}
+
 TEST_F(NamePlateTest, CostsNoMemoryForALetterSizeThatNoWindowHas) {
     NamePlate::Place place = kPlace;
     for (const int fontSize : {0, -5, 1 << 14, 1 << 16, 1 << 30}) {

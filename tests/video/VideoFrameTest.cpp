@@ -316,10 +316,9 @@ TEST_F(VideoFrameTest, IsDimmedInTheGridWhileHoveredOrLost) {
         tile.inGrid = c.inGrid;
         tile.dragging = c.dragging;
         Calls().Clear();
-        const Picture picture = DrawAndRead();
+        Draw();
         const std::string first = c.dimmed ? "128 128 128" : "255 255 255";
         EXPECT_EQ(ColorModulations(), (std::vector<std::string>{first, "255 255 255"}));
-        EXPECT_TRUE(AreaIs(picture, tile.rect, c.dimmed ? 0xFF808080 : 0xFFFFFFFF, 1));
     }
 }
 

@@ -56,6 +56,7 @@ void StopEverything() {
     ReleaseLentSinks();
     WebRTC_StopAllLocalVideoCaptures();
     WebRTC_Terminate();
+    SDLinterface_CloseLocalPreview();
     EndView();
     DeckLink_Shutdown();
     UI::FontManager::Clear();

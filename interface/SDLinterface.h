@@ -140,6 +140,19 @@ CORVANTA_EXPORT void SDLinterface_VideoRoomSetFullscreenEnabled(bool enabled);
 /* Whether the host draws borders around the detached wall's window. */
 CORVANTA_EXPORT void SDLInterface_SetDetachedBordersVisibility(bool visible);
 
+/* ---- Local preview: the own camera's picture in a window of its own, window index 2 ---- */
+
+/* Opens the preview on a host's window: a native handle and its size in pixels of the window. fit: the whole
+   picture is shown between bars; else it fills the window and is cropped. It needs no room and no camera:
+   black until there is a picture, and it goes on with the camera of the next room. A second call replaces the
+   first preview, which is also how it takes a new size. 1 on success; -1 on failure, and then there is none.
+   The host keeps owning the window and must keep it until the preview is closed. */
+CORVANTA_EXPORT int SDLinterface_OpenLocalPreview(void* nativeHandle, int width, int height, bool fit);
+/* One drawing if there is a new picture or size, else next to nothing. */
+CORVANTA_EXPORT void SDLinterface_TickLocalPreview(void);
+/* Ends the preview, as SDLinterface_GlobalQuit does. Nothing without one. */
+CORVANTA_EXPORT void SDLinterface_CloseLocalPreview(void);
+
 /* ---- Room state ---- */
 
 /* Microphone and camera as the user wants them. The last value outlives the view: the queries answer it when

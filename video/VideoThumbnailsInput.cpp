@@ -119,6 +119,8 @@ void VideoThumbnails::StartTileDrag() {
     auto& panel = tile.GetPanel();
     if (panel.GetScrollbar().IsDragging()) return;
     tile.dragging = true;
+    // It follows by differences, and the first one counts from where it was taken.
+    tile.dragPointer = press_.at;
     draggedTile_ = &tile;
     orderTouched_ = false;
     panel.SetVisible(false);

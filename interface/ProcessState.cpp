@@ -20,6 +20,7 @@ std::mutex gLentSinksMutex;
 std::set<std::shared_ptr<FrameCallback>>& gLentSinks = *new std::set<std::shared_ptr<FrameCallback>>;
 
 constexpr int kRoomWindow = 0;
+constexpr int kDetachedWindow = 1;
 constexpr int kLastExtraWindow = 2;
 
 }  // namespace
@@ -64,9 +65,10 @@ std::shared_ptr<Recording::RecordingsView> GetRecordingsView() {
 
 UI::AbstractView* GetViewAt(int index, std::shared_ptr<Room::VideoRoomView>& keepAlive) {
     if (index == kLastExtraWindow) return gExtraViews.empty() ? nullptr : gExtraViews.back();
-    if (index != kRoomWindow || !roomActive.load()) return nullptr;
+    if ((index != kRoomWindow && index != kDetachedWindow) || !roomActive.load()) return nullptr;
     keepAlive = CurrentView();
-    return keepAlive.get();
+    if (keepAlive == nullptr) return nullptr;
+    return index == kDetachedWindow ? keepAlive->GetDetachedView() : keepAlive.get();
 }
 
 int GetViewWindowId(int index) {

@@ -137,6 +137,20 @@ CORVANTA_EXPORT void* SDLinterface_VideoRoomGetNativeVideoView(void);
 /* Tells the room that its window is in full screen; the host's function is not called back. */
 CORVANTA_EXPORT void SDLinterface_VideoRoomSetFullscreenEnabled(bool enabled);
 
+/* ---- The wall ---- */
+
+/* Puts the wall into a window of the host's own, which shows the tiles from then on; the room's window keeps
+   the main video. A window that is there already is replaced. Returns 1 on success; -1 on failure, and then
+   the wall stands in the room. Not from inside a tick: -1. */
+CORVANTA_EXPORT int SDLinterface_CreateDetachedView(void* nativeHandle, int width, int height);
+/* One tick of that window, beside the room's own. */
+CORVANTA_EXPORT void SDLinterface_TickDetachedView(void);
+/* 0 a strip, 1 a column, 2 a grid of up to 3 by 3 tiles a page. Nothing while the wall stands in the room. */
+CORVANTA_EXPORT void SDLinterface_SetDetachedLayout(int mode);
+/* Brings the wall back into the room. Call it before the window goes. */
+CORVANTA_EXPORT void SDLinterface_LeaveDetachedLayout(void);
+/* The strip in and out of the room's window. */
+CORVANTA_EXPORT void SDLinterface_SlideThumbnails(bool show, bool animated);
 /* Whether the host draws borders around the detached wall's window. */
 CORVANTA_EXPORT void SDLInterface_SetDetachedBordersVisibility(bool visible);
 
@@ -161,6 +175,33 @@ CORVANTA_EXPORT void SDLinterface_VideoRoomSetMicEnabled(bool enabled);
 CORVANTA_EXPORT bool SDLinterface_VideoRoomGetMicEnabled(void);
 CORVANTA_EXPORT void SDLinterface_VideoRoomSetVideoEnabled(bool enabled);
 CORVANTA_EXPORT bool SDLinterface_VideoRoomGetVideoEnabled(void);
+
+/* One stream's picture on and off, for the moment. Unknown ids are ignored here and below. */
+CORVANTA_EXPORT void SDLinterface_SetStreamVideoEnabled(const char* streamId, bool enabled);
+/* Flips a stream's sound if its switch stands at on, where on means silent. */
+CORVANTA_EXPORT void SDLinterface_SetStreamSoundToggle(const char* streamId, bool on);
+/* Makes a stream the main video; with respectToggle a second call lets the active speaker decide again. */
+CORVANTA_EXPORT void SDLinterface_SetStreamSpotlight(const char* streamId, bool respectToggle);
+
+/* ---- Sound and devices. Volumes are slider positions from 0 to 1. ---- */
+
+CORVANTA_EXPORT void SDLInterface_VideoRoomSetParticipantVolume(const char* streamId, float volume);
+/* A common factor for all participants' cameras, and for all other streams. */
+CORVANTA_EXPORT void SDLInterface_VideoRoomSetParticipantsVolume(float volume);
+CORVANTA_EXPORT void SDLInterface_VideoRoomSetStreamsVolume(float volume);
+/* Pixels, frames a second and bits a second of the own camera's picture. Needs no view; always true. */
+CORVANTA_EXPORT bool SDLinterface_SetLocalCameraProperties(int width, int height, int frameRate, int bitrate);
+/* Sound devices have changed; renegotiate: and the camera with them. False without a view. */
+CORVANTA_EXPORT bool SDLinterface_VideoRoomAudioDeviceUpdate(bool renegotiate);
+/* The user has chosen other devices. deviceName: of the camera, zero-terminated UTF-8, or null for the
+   configured one; the other values go to the media engine as they are. Waits 100 ms when the camera goes.
+   False without a view. */
+CORVANTA_EXPORT bool SDLinterface_VideoRoomTriggerDeviceRenegociation(void* deviceName, void* deviceArg1,
+                                                                      void* deviceArg2, void* deviceArg3);
+/* The host's own listener to the local connection's figures; null for nobody. There is one listener in all:
+   the own camera's tile takes the place of the host's, and the reverse. */
+CORVANTA_EXPORT void SDLinterface_SetConnectionStatsCallback(void (*callback)(int, double, int, double,
+                                                                              double, double, double));
 
 /* Writes the next frame of a stream as a still into the configuration's folder. False without a view or for
    an unknown stream. Any thread. */
@@ -207,6 +248,13 @@ SDLinterface_VideoRoomGetRemoteDataChannelCallbacks();
 CORVANTA_EXPORT void SDLinterface_VideoRoomOnConnectionStatusUpdate(std::string streamId, bool lost);
 
 CORVANTA_EXPORT void SDLinterface_OnNativeStreamPlaybackStatusUpdate(const std::string& name, bool playing);
+
+/* Feeds a further sink with a stream's frames, also one of the local user by the name under which others know
+   it. The sink is borrowed until it is taken back. Nothing without a view. */
+CORVANTA_EXPORT void SDLinterface_RegisterLocalStreamCallback(std::string name,
+                                                              Corvanta::FrameCallback* sink);
+CORVANTA_EXPORT void SDLinterface_UnregisterLocalStreamCallback(std::string name,
+                                                                Corvanta::FrameCallback* sink);
 
 /* Turns parts of a stream's subscription on and off: video, audio and data, in this order. Needs no view. */
 CORVANTA_EXPORT void SDLinterface_ConfigureStream(std::string streamId, bool video, bool audio, bool data);

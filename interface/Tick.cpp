@@ -69,6 +69,10 @@ void CallIntoView(const std::function<void()>& body) {
     for (const std::function<void()>& action : std::exchange(gDeferred, {})) action();
 }
 
+bool IsViewAtWork() {
+    return gInsideView;
+}
+
 bool DeferUntilViewIsLeft(std::function<void()> action) {
     if (gInsideView) gDeferred.push_back(std::move(action));
     return gInsideView;

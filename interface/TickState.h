@@ -12,6 +12,9 @@ void ResetTickTimers();
 // functions are called, and these may ask for what must not happen while the view is at work.
 void CallIntoView(const std::function<void()>& body);
 
+// A tick, or a command that draws at once, is under way.
+[[nodiscard]] bool IsViewAtWork();
+
 // While the view is at work, remembers the action for the moment when it is left and returns true. Otherwise
 // returns false, and the caller goes on.
 [[nodiscard]] bool DeferUntilViewIsLeft(std::function<void()> action);

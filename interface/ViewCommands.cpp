@@ -43,10 +43,6 @@ void SDLinterface_VideoRoomSetFullscreenEnabled(bool enabled) {
     if (const auto view = CurrentView()) view->SetFullscreenEnabled(enabled);
 }
 
-void SDLInterface_SetDetachedBordersVisibility(bool visible) {
-    if (const auto view = CurrentView()) view->GetThumbnails().SetDetachedBorders(visible);
-}
-
 void SDLinterface_VideoRoomSetMicEnabled(bool enabled) {
     gLastMicEnabled.store(enabled);
     if (const auto view = CurrentView()) view->SetMicEnabled(enabled);
@@ -65,9 +61,4 @@ void SDLinterface_VideoRoomSetVideoEnabled(bool enabled) {
 bool SDLinterface_VideoRoomGetVideoEnabled(void) {
     const auto view = CurrentView();
     return view != nullptr ? view->IsVideoEnabled() : gLastVideoEnabled.load();
-}
-
-bool SDLinterface_ExportRemoteFrame(const char* streamId) {
-    const auto view = CurrentView();
-    return view != nullptr && streamId != nullptr && view->ExportRemoteFrame(streamId);
 }

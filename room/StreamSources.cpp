@@ -18,6 +18,19 @@ constexpr StreamType kAliasedTypes[] = {StreamType::Device, StreamType::Elgato, 
     return type >= StreamType::File && type <= StreamType::Elgato;
 }
 
+[[nodiscard]] bool HasMenu(StreamType type) {
+    return type == StreamType::Device || IsNative(type);
+}
+
+// A file or a URL is heard by who shares it; whoever shares a device hears it already.
+void StartSound(Video::VideoFrame& tile, StreamType type) {
+    if (type == StreamType::File || type == StreamType::URL) {
+        WebRTC_SetLocalStreamsLocalAudioVolume(static_cast<float>(kFullVolume));
+    } else {
+        tile.soundToggle->OnClick();
+    }
+}
+
 }  // namespace
 
 std::shared_ptr<FrameCallback> VideoRoomView::AddRemoteVideoSource(const std::string& streamId) {
@@ -31,20 +44,20 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddRemoteVideoSource(const std::st
     auto tile = std::make_unique<Video::VideoFrame>(streamId, identity_.sessionName, identity_.profileId,
                                                     Video::TileOrigin::Remote);
     tile->owner = this;
-    tile->draggable = true;
-    thumbnails_->AddTile(tile.get());
+    Video::VideoFrame& added = *remoteTiles_.emplace(streamId, std::move(tile)).first->second;
+    thumbnails_->AddTile(&added, true);
+    AddRemoteControls(added);
     if (Connections_IsPublisherFromExternalSource(streamId)) {
-        tile->isExternalSource = true;
-        spotlightTile_ = tile.get();
+        added.isExternalSource = true;
+        TakeMainVideo(added);
         ++externalPublisherCount_;
     }
-    return remoteTiles_.emplace(streamId, std::move(tile)).first->second->GetFrameSink();
+    ScaleWall();
+    return added.GetFrameSink();
 }
 
 std::shared_ptr<FrameCallback> VideoRoomView::AddLocalVideoSource(StreamType type,
                                                                   const std::string& sourceId) {
-    const std::string displayName = Connections_GetLocalDisplayName(type);
-    const std::string userId = Connections_GetLocalUserStreamID(type);
     std::shared_ptr<FrameCallback> sink;
     {
         const std::scoped_lock remote(remoteLock_);
@@ -52,6 +65,8 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddLocalVideoSource(StreamType typ
         if (!roomActive.load() || closing_.load()) return nullptr;
         const auto [entry, isNew] = localTiles_.try_emplace(sourceId);
         if (!isNew) return entry->second->GetFrameSink();
+        const std::string displayName = Connections_GetLocalDisplayName(type);
+        const std::string userId = Connections_GetLocalUserStreamID(type);
         entry->second = std::make_unique<Video::VideoFrame>(userId, identity_.sessionName,
                                                             identity_.profileId, Video::TileOrigin::Local);
         Video::VideoFrame* tile = entry->second.get();
@@ -59,17 +74,21 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddLocalVideoSource(StreamType typ
         tile->SetDisplayName(displayName);
         localTileOrder_.push_back(tile);
         localStreamAliases_.emplace(userId, sourceId);
+        if (IsNative(type)) localNativeSources_.insert(sourceId);
+        if (HasMenu(type)) {
+            AddLocalControls(*tile, type);
+            StartSound(*tile, type);
+        }
         if (type == StreamType::Camera) {
             localCameraTile_ = tile;
             localStreamId_ = sourceId;
+            LetSpeakerDecide();
+        } else {
+            TakeMainVideo(*tile);
         }
-        if (IsNative(type)) localNativeSources_.insert(sourceId);
-        spotlightTile_ = tile;
-        thumbnails_->AddTile(tile);
+        thumbnails_->AddTile(tile, false);
+        ScaleWall();
         sink = tile->GetFrameSink();
-    }
-    if (type == StreamType::File || type == StreamType::URL) {
-        WebRTC_SetLocalStreamsLocalAudioVolume(static_cast<float>(kFullVolume));
     }
     if (type == StreamType::Camera) adaptation_.Start();
     return sink;
@@ -84,11 +103,7 @@ void VideoRoomView::RemoveRemoteVideoSource(const std::string& streamId) {
         if (auto node = remoteTiles_.extract(streamId)) {
             tile = std::move(node.mapped());
             thumbnails_->RemoveTile(tile.get());
-            if (spotlightTile_ == tile.get()) {
-                spotlightTile_ = nullptr;
-                mainTile_ = nullptr;
-            }
-            ForgetMainTile(*tile);
+            ForgetTile(*tile);
             if (Connections_IsPublisherFromExternalSource(streamId)) --externalPublisherCount_;
         }
     }
@@ -104,15 +119,7 @@ void VideoRoomView::RemoveLocalVideoSource(const std::string& sourceId) {
         auto node = localTiles_.extract(sourceId);
         if (!node) return;
         tile = std::move(node.mapped());
-        if (spotlightTile_ == tile.get()) {
-            spotlightTile_ = nullptr;
-            mainTile_ = nullptr;
-        }
-        ForgetMainTile(*tile);
-        if (localCameraTile_ == tile.get()) {
-            localCameraTile_ = nullptr;
-            localStreamId_.clear();
-        }
+        ForgetTile(*tile);
         std::erase(localTileOrder_, tile.get());
         thumbnails_->RemoveTile(tile.get());
         localStreamAliases_.erase(tile->GetStreamId());
@@ -122,17 +129,29 @@ void VideoRoomView::RemoveLocalVideoSource(const std::string& sourceId) {
 }
 
 void VideoRoomView::Depart(std::unique_ptr<Video::VideoFrame> tile) {
-    // Waiting for the worker here, and not in the tick, keeps the host's loop free of it.
     tile->Retire();
     const std::scoped_lock lock(departedMutex_);
-    // Once the room has ended there is no more drawing to come, and the renderer takes the texture along.
-    if (!closing_.load()) departedTiles_.push_back(std::move(tile));
+    departedTiles_.push_back(std::move(tile));
 }
 
-void VideoRoomView::ForgetMainTile(const Video::VideoFrame& tile) {
-    if (mainTile_ != &tile) return;
-    mainTile_ = nullptr;
-    mainTileLeft_ = true;
+void VideoRoomView::ForgetTile(const Video::VideoFrame& tile) {
+    if (CloneOf(tile.GetStreamId()) != nullptr) DropClone();
+    if (spotlightTile_ == &tile) {
+        spotlightTile_ = nullptr;
+        if (mainTile_ != nullptr) mainTileLeft_ = true;
+        mainTile_ = nullptr;
+    }
+    if (mainTile_ == &tile) {
+        mainTile_ = nullptr;
+        mainTileLeft_ = true;
+    }
+    if (localCameraTile_ == &tile) {
+        localCameraTile_ = nullptr;
+        localStreamId_.clear();
+    } else if (localCameraTile_ != nullptr && localCameraTile_->GetStreamId() == tile.GetStreamId()) {
+        // It had taken the figures of the connection over.
+        localCameraTile_->SubscribeConnectionStats();
+    }
 }
 
 Video::VideoFrame* VideoRoomView::FindRemoteTile(const std::string& streamId) const {
@@ -148,14 +167,77 @@ Video::VideoFrame* VideoRoomView::FindLocalTile(const std::string& streamId) con
 }
 
 void VideoRoomView::OnTileClicked(Video::VideoFrame* tile, bool fromMenu) {
-    const std::scoped_lock lock(remoteLock_);
-    if (tile != spotlightTile_) {
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    if (detached_.load()) {
+        const bool spotlit =
+            spotlightTile_ != nullptr && spotlightTile_->GetStreamId() == tile->GetStreamId();
+        if (!spotlit) {
+            SetSpotlightClone(*tile);
+        } else if (!fromMenu) {
+            DropClone();
+        }
+    } else if (tile != spotlightTile_) {
         spotlightTile_ = tile;
     } else if (!fromMenu) {
-        spotlightTile_ = nullptr;
-        activeSpeakerId_.clear();
-        mainTile_ = nullptr;
+        ClearSpotlight();
     }
+}
+
+void VideoRoomView::ClearSpotlight() {
+    if (detached_.load()) {
+        DropClone();
+        return;
+    }
+    spotlightTile_ = nullptr;
+    activeSpeakerId_.clear();
+    mainTile_ = nullptr;
+}
+
+void VideoRoomView::TakeMainVideo(Video::VideoFrame& tile) {
+    if (detached_.load()) {
+        OnTileClicked(&tile, false);
+    } else {
+        spotlightTile_ = &tile;
+    }
+}
+
+void VideoRoomView::LetSpeakerDecide() {
+    if (detached_.load()) {
+        DropClone();
+    } else {
+        spotlightTile_ = nullptr;
+    }
+}
+
+void VideoRoomView::SetStreamSpotlight(const std::string& streamId, bool respectToggle) {
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    if (respectToggle && spotlightTile_ != nullptr && spotlightTile_->GetStreamId() == streamId) {
+        ClearSpotlight();
+    } else if (Video::VideoFrame* tile = FindTile(streamId)) {
+        OnTileClicked(tile, false);
+    }
+}
+
+void VideoRoomView::SetStreamVideoEnabled(const std::string& streamId, bool enabled) {
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    if (Video::VideoFrame* tile = FindTile(streamId)) tile->SetVideoEnabled(enabled);
+    if (Video::VideoFrame* clone = CloneOf(streamId)) clone->SetVideoEnabled(enabled);
+}
+
+void VideoRoomView::SetStreamSoundToggle(const std::string& streamId, bool on) {
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    const Video::VideoFrame* tile = FindTile(streamId);
+    if (tile == nullptr || tile->soundToggle == nullptr) return;
+    if (tile->soundToggle->IsToggled() == on) tile->soundToggle->OnClick();
+}
+
+Video::VideoFrame* VideoRoomView::FindTile(const std::string& streamId) const {
+    Video::VideoFrame* tile = FindRemoteTile(streamId);
+    return tile != nullptr ? tile : FindLocalTile(streamId);
 }
 
 void VideoRoomView::SetActiveSpeaker(const std::string& streamId) {
@@ -167,6 +249,14 @@ void VideoRoomView::SetSpeakerEnabled(bool enabled) {
     {
         const std::scoped_lock lock(remoteLock_);
         speakerEnabled_ = enabled;
+    }
+    ApplySpeaker();
+}
+
+void VideoRoomView::SetSpeakerNone(bool none) {
+    {
+        const std::scoped_lock lock(remoteLock_);
+        speakerNone_ = none;
     }
     ApplySpeaker();
 }
@@ -189,19 +279,42 @@ void VideoRoomView::OnRemoteTrackAdded(const std::string& streamId) {
     if (Connections_IsPublisherFromExternalSource(streamId)) {
         WebRTC_SetRemoteAudioTrackIsExternalSource(streamId, true);
     }
-    SetStreamVolume(streamId, kFullVolume);
+    SetStreamVolume(streamId, kFullVolume, true);
 }
 
-void VideoRoomView::SetStreamVolume(const std::string& streamId, double volume) {
+bool VideoRoomView::IsOwnExternalScreen(const Video::VideoFrame& tile) const {
+    const StreamType type = tile.GetStreamType();
+    return (type == StreamType::Screenshare || type == StreamType::ExternalScreen) &&
+           localCameraTile_ != nullptr &&
+           Connections_IsOwnExternalSourceStream(localCameraTile_->GetStreamId(), tile.GetStreamId());
+}
+
+void VideoRoomView::SetStreamVolume(const std::string& streamId, double volume, bool newTrack) {
     if (!roomActive.load()) return;
     const std::scoped_lock remote(remoteLock_);
-    if (FindRemoteTile(streamId) != nullptr) {
-        WebRTC_SetRemoteAudioTrackVolume(streamId, volume);
-        return;
-    }
     const std::scoped_lock local(localLock_);
-    if (FindLocalTile(streamId) != nullptr)
+    Video::VideoFrame* tile = FindRemoteTile(streamId);
+    if (tile != nullptr) {
+        WebRTC_SetRemoteAudioTrackVolume(streamId, volume);
+        if (newTrack && IsOwnExternalScreen(*tile)) {
+            if (!tile->soundToggle->IsToggled()) tile->soundToggle->OnClick();
+            return;
+        }
+    } else {
+        tile = FindLocalTile(streamId);
+        if (tile == nullptr) return;
         WebRTC_SetLocalStreamsLocalAudioVolume(static_cast<float>(volume));
+    }
+    tile->UpdateVolumeBadge(static_cast<float>(volume));
+}
+
+void VideoRoomView::SetParticipantsVolume(double volume) {
+    WebRTC_SetRemoteAudioTrackModifier(RemoteAudioGroup::Participants, volume);
+}
+
+void VideoRoomView::SetStreamsVolume(double volume) {
+    WebRTC_SetRemoteAudioTrackModifier(RemoteAudioGroup::Streams, volume);
+    WebRTC_SetLocalStreamsLocalAudioVolume(static_cast<float>(volume));
 }
 
 bool VideoRoomView::UpdateConnectionStatus(const std::string& streamId, bool lost) {

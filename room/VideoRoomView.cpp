@@ -1,11 +1,14 @@
 #include "room/VideoRoomView.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/Configuration.h"
 #include "platform/MediaManager.h"
 #include "platform/WebRTC.h"
 #include "room/MainVideoRect.h"
+#include "ui/Clock.h"
 #include "ui/RoomActive.h"
 #include "ui/TextureCache.h"
 
@@ -19,8 +22,11 @@ constexpr int kTileLayer = 1;
 }  // namespace
 
 VideoRoomView::VideoRoomView(int id, const HostCallbacks& callbacks)
-    : AbstractView(id), hostCallbacks_(callbacks), thumbnails_(std::make_shared<Video::VideoThumbnails>()) {
+    : AbstractView(id),
+      hostCallbacks_(callbacks),
+      thumbnails_(std::make_shared<Video::VideoThumbnails>(*this)) {
     roomActive.store(true);
+    SetContentScale(GetScale());
 }
 
 VideoRoomView::~VideoRoomView() {
@@ -44,22 +50,37 @@ void VideoRoomView::Tick() {
 }
 
 void VideoRoomView::ProcessInput() {
+    SDL_Point pointer{0, 0};
+    SDL_Point wheel{0, 0};
     SDL_Event event;
-    while (!closing_.load() && SDL_PollEvent(&event) != 0) {
-        if (static_cast<int>(event.window.windowID) == GetSdlWindowId() ||
-            event.type == kRenderColorSpaceChangedEvent) {
-            HandleViewEvent(event);
-        }
-    }
+    while (!closing_.load() && SDL_PollEvent(&event) != 0) HandleEvent(event, pointer, wheel);
     if (closing_.load()) return;
+    if (pointer.x == 0 && pointer.y == 0) pointer = lastPointer_;
+    if (HasWall()) thumbnails_->Update(pointer, wheel);
     if (hostCallbacks_.SetCursor != nullptr) hostCallbacks_.SetCursor(GetCursor());
 }
 
-void VideoRoomView::HandleViewEvent(const SDL_Event& event) {
+void VideoRoomView::HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_Point& wheel) {
+    const int window = static_cast<int>(event.window.windowID);
+    if (window == GetSdlWindowId()) {
+        if (HasWall()) thumbnails_->HandleEvent(event, pointer, lastPointer_, wheel);
+        HandleViewEvent(event, pointer);
+    } else if (detachedView_ != nullptr && window == detachedView_->GetSdlWindowId()) {
+        detachedView_->QueueEvent(event);
+    }
+}
+
+void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) {
     if (event.type != SDL_MOUSEMOTION) return;
     // (-1, -1) says that the pointer left the window.
     if (event.motion.x == -1 && event.motion.y == -1) return;
     lastPointer_ = {event.motion.x, event.motion.y};
+    pointer = lastPointer_;
+}
+
+void VideoRoomView::SetMicNone(bool none) {
+    const std::scoped_lock lock(localLock_);
+    if (localCameraTile_ != nullptr && !localCameraTile_->muted) localCameraTile_->muted = none;
 }
 
 void VideoRoomView::SetMicEnabled(bool enabled) {
@@ -85,14 +106,13 @@ void VideoRoomView::Render() {
     SDL_Renderer* renderer = GetRenderer();
     if (renderer == nullptr) return;
     BuryDepartedTiles();
+    stripHeight_ = HasWall() ? thumbnails_->GetStripHeight() : 0;
     SDL_RenderClear(renderer);
     const Video::VideoFrame* previousMain = mainTile_;
     if (localCameraTile_ != nullptr) localCameraTile_->muted = !microphone_.IsMicEnabled();
     ChooseMainTile();
     if (mainTile_ != nullptr) RenderMainTile(*mainTile_);
-    for (const auto& [id, tile] : remoteTiles_) {
-        if (tile.get() != mainTile_) tile->Deactivate();
-    }
+    RenderWall();
     const bool mainTileLeft = std::exchange(mainTileLeft_, false);
     if (mainTileLeft || mainTile_ != previousMain) OnMainVideoChanged();
     static const std::string kNoStream;
@@ -102,14 +122,40 @@ void VideoRoomView::Render() {
 
 void VideoRoomView::ChooseMainTile() {
     Video::VideoFrame* speaker = activeSpeakerId_.empty() ? nullptr : FindRemoteTile(activeSpeakerId_);
-    mainTile_ = speaker != nullptr ? speaker : localCameraTile_;
+    if (detached_.load()) {
+        ChooseDetachedMainTile(speaker);
+    } else {
+        mainTile_ = speaker != nullptr ? speaker : localCameraTile_;
+    }
     if (spotlightTile_ != nullptr) mainTile_ = spotlightTile_;
+}
+
+void VideoRoomView::RenderWall() {
+    static const std::string kNoStream;
+    const std::string& mainStreamId = mainTile_ != nullptr ? mainTile_->GetStreamId() : kNoStream;
+    if (detachedView_ != nullptr) detachedView_->SetMainStreamId(mainStreamId);
+    if (detached_.load()) return;
+    thumbnails_->SetAreaWidth(GetWidth());
+    thumbnails_->SetAreaHeight(GetHeight());
+    thumbnails_->Render(GetRenderer(), mainStreamId);
+    if (thumbnails_->IsShown()) return;
+    for (const auto& [id, tile] : remoteTiles_) {
+        if (tile.get() != mainTile_) tile->Deactivate();
+    }
+}
+
+bool VideoRoomView::IsMainVideo(const Video::VideoFrame& tile) const {
+    if (&tile == localCameraTile_) return false;
+    const Video::VideoFrame* main = spotlightTile_ != nullptr ? spotlightTile_ : mainTile_;
+    // By id: the main video of a detached wall is a second tile of the stream.
+    return main != nullptr && main->GetStreamId() == tile.GetStreamId();
 }
 
 void VideoRoomView::RenderMainTile(Video::VideoFrame& tile) {
     hdrMetadata_.Apply(GetRenderer(), tile.GetColorSpace());
     tile.inGrid = false;
     tile.onMainVideo = false;
+    tile.SetRenderTime(UI::NowNs());
     tile.rect = GetMainVideoRect();
     const Video::PictureSize picture = tile.GetPictureSize();
     tile.sourceRect = {0, 0, picture.width, picture.height};
@@ -122,14 +168,17 @@ void VideoRoomView::OnMainVideoChanged() {
 }
 
 void VideoRoomView::OnResized(int /*width*/, int /*height*/) {
-    // The picture follows the host's resize at once, not at the next tick.
-    const std::scoped_lock remote(remoteLock_);
+    // The picture follows the host's resize at once, not at the next tick, unless a media thread has the
+    // room.
+    const std::unique_lock remote(remoteLock_, std::try_to_lock);
+    if (!remote.owns_lock()) return;
     const std::scoped_lock local(localLock_);
     if (MayDraw()) Render();
 }
 
 SDL_Rect VideoRoomView::GetMainVideoRect() const {
-    const MainVideoSpace space{.viewWidth = GetWidth(), .viewHeight = GetHeight()};
+    const MainVideoSpace space{
+        .viewWidth = GetWidth(), .viewHeight = GetHeight(), .stripHeight = stripHeight_};
     if (noRenderScaling_ && mainTile_ != nullptr) {
         float scale = 1.0F;
         SDL_RenderGetScale(GetRenderer(), &scale, nullptr);
@@ -152,8 +201,7 @@ void VideoRoomView::Shutdown() {
         const std::scoped_lock local(localLock_);
         closing_.store(true);
         roomActive.store(false);
-        ReleaseTileGraphics();
-        tiles = TakeAllTiles();
+        tiles = EndTiles();
     }
     // With no lock held: their workers are waited for, and a listener of the configuration may call back.
     tiles.clear();
@@ -173,14 +221,29 @@ void VideoRoomView::Abandon() {
     const std::scoped_lock remote(remoteLock_);
     const std::scoped_lock local(localLock_);
     closing_.store(true);
+    DropClone();
     ReleaseTileGraphics();
+    DestroyDetachedView();
     CleanupWindow();
+}
+
+std::vector<std::unique_ptr<Video::VideoFrame>> VideoRoomView::EndTiles() {
+    DropClone();
+    ReleaseTileGraphics();
+    DestroyDetachedView();
+    detached_.store(false);
+    auto tiles = TakeAllTiles();
+    const std::scoped_lock lock(departedMutex_);
+    std::move(departedTiles_.begin(), departedTiles_.end(), std::back_inserter(tiles));
+    departedTiles_.clear();
+    return tiles;
 }
 
 void VideoRoomView::ReleaseTileGraphics() {
     for (const auto& [id, tile] : remoteTiles_) tile->ReleaseGraphics();
     for (const auto& [id, tile] : localTiles_) tile->ReleaseGraphics();
     BuryDepartedTiles();
+    thumbnails_->ReleaseTextures();
     if (GetRenderer() != nullptr) UI::ReleaseRendererTextures(GetRenderer());
 }
 
@@ -203,12 +266,16 @@ std::vector<std::unique_ptr<Video::VideoFrame>> VideoRoomView::TakeAllTiles() {
 }
 
 void VideoRoomView::BuryDepartedTiles() {
-    std::vector<std::unique_ptr<Video::VideoFrame>> departed;
+    std::vector<std::unique_ptr<Video::VideoFrame>> atRest;
     {
         const std::scoped_lock lock(departedMutex_);
-        departed.swap(departedTiles_);
+        const auto end = std::partition(departedTiles_.begin(), departedTiles_.end(), [](const auto& tile) {
+            tile->ReleaseGraphics();
+            return !tile->IsAtRest();
+        });
+        std::move(end, departedTiles_.end(), std::back_inserter(atRest));
+        departedTiles_.erase(end, departedTiles_.end());
     }
-    for (const auto& tile : departed) tile->ReleaseGraphics();
 }
 
 }  // namespace Corvanta::Room

@@ -24,9 +24,11 @@
 #include "room/VideoAdaptation.h"
 #include "ui/AbstractView.h"
 #include "video/HdrMetadata.h"
+#include "video/ThumbnailsView.h"
 #include "video/TileOwner.h"
 #include "video/VideoFrame.h"
 #include "video/VideoThumbnails.h"
+#include "video/WallOwner.h"
 
 namespace Corvanta::Room {
 
@@ -40,7 +42,7 @@ struct RoomIdentity {
     std::string profileId;
 };
 
-class VideoRoomView : public UI::AbstractView, public Video::TileOwner {
+class VideoRoomView : public UI::AbstractView, public Video::TileOwner, public Video::WallOwner {
 public:
     // Sets roomActive. callbacks: the host's functions, copied.
     VideoRoomView(int id, const HostCallbacks& callbacks);
@@ -50,6 +52,10 @@ public:
 
     void Render() override;
     void OnResized(int width, int height) override;
+    void OnContentScaleChanged(float scale) override { SetContentScale(scale); }
+
+    // Sizes the room's controls; the wall's while it stands in the room.
+    virtual void SetContentScale(float scale);
 
     // Ends the room: streams, tiles, renderer and window go, roomActive is cleared. Host thread, outside a
     // tick.
@@ -65,7 +71,7 @@ public:
     // The track of a remote stream has arrived. Any thread.
     virtual void OnRemoteTrackAdded(const std::string& streamId);
     // Layer 0 is the overlays' cursor, 1 the tiles'; other layers are ignored. 0 is none.
-    virtual void SetCursor(int cursor, int layer);
+    void SetCursor(int cursor, int layer) override;
     // The overlays' cursor, else the tiles'.
     [[nodiscard]] virtual int GetCursor() const;
 
@@ -80,14 +86,32 @@ public:
     void RemoveLocalVideoSource(const std::string& sourceId);
     // False when the room has ended.
     bool UpdateConnectionStatus(const std::string& streamId, bool lost);
-    // volume: a slider position from 0 to 1. An unknown stream changes nothing.
-    void SetStreamVolume(const std::string& streamId, double volume);
+    // volume: a slider position from 0 to 1. An unknown stream changes nothing. newTrack: its sound has just
+    // come; the user's own external screen then starts silent, against echo.
+    void SetStreamVolume(const std::string& streamId, double volume, bool newTrack);
+    void SetParticipantsVolume(double volume);
+    void SetStreamsVolume(double volume);
+    // The picture of a stream on and off, without keeping it as a wish.
+    void SetStreamVideoEnabled(const std::string& streamId, bool enabled);
+    // Flips the stream's sound if its toggle stands at on.
+    void SetStreamSoundToggle(const std::string& streamId, bool on);
+    // The stream becomes the main video; respectToggle: or lets the speaker decide again if it is.
+    void SetStreamSpotlight(const std::string& streamId, bool respectToggle);
 
     // A click on a tile makes it the main video; a second one, not from a menu, lets the speaker decide
     // again.
-    void OnTileClicked(Video::VideoFrame* tile, bool fromMenu);
+    void OnTileClicked(Video::VideoFrame* tile, bool fromMenu) override;
+    [[nodiscard]] bool IsMainVideo(const Video::VideoFrame& tile) const override;
+    [[nodiscard]] int GetViewWidth() const override { return GetWidth(); }
+    [[nodiscard]] bool IsDetached() const override { return detached_.load(); }
     void SetActiveSpeaker(const std::string& streamId);
     void SetSpeakerEnabled(bool enabled);
+    // There is no device to hear the room with, or to speak with.
+    void SetSpeakerNone(bool none);
+    void SetMicNone(bool none);
+    // The capture device is another one now; negative for none. Any thread.
+    [[nodiscard]] int GetCaptureIndex();
+    void OnCaptureChanged(int captureIndex);
     void SetMicEnabled(bool enabled);
     // Any thread.
     [[nodiscard]] bool IsMicEnabled() const;
@@ -100,6 +124,19 @@ public:
     void OnDataChannelMessage(const DataChannelMessage& message);
     // Any thread.
     void OnVideoSourceData(const VideoSourceData& data);
+
+    // The wall in a window of its own. Host thread, outside a tick. CreateDetachedView replaces an earlier
+    // window: 1 on success, -1 on failure, and then the wall stands in the room.
+    int CreateDetachedView(void* nativeHandle, int width, int height);
+    void TickDetachedView();
+    // Columns follow from the number of tiles. Only while detached.
+    void SetDetachedLayout(int mode);
+    // The wall comes back into the room, and its layout is kept in the configuration. Only while detached.
+    void LeaveDetachedLayout();
+    // Null while the wall stands in the room.
+    [[nodiscard]] UI::AbstractView* GetDetachedView() { return detachedView_.get(); }
+    // The strip in and out of the room.
+    void SlideThumbnails(bool show, bool animated);
 
     // The stream's next frame is written into the configuration's folder. False for an unknown stream. Any
     // thread.
@@ -131,7 +168,8 @@ protected:
     [[nodiscard]] Video::VideoFrame* FindLocalTile(const std::string& streamId) const;
     // Draws the tile as main video.
     void RenderMainTile(Video::VideoFrame& tile);
-    // Destroys the tiles of streams that have gone; textures only die on the render thread.
+    // Destroys the tiles of streams that have gone: textures only die on the render thread. What would have
+    // to be waited for stays until the next drawing.
     void BuryDepartedTiles();
     [[nodiscard]] bool MayDraw() const { return !closing_.load() && CanDraw(); }
 
@@ -156,15 +194,55 @@ protected:
     std::atomic<bool> closing_{false};
 
 private:
-    void HandleViewEvent(const SDL_Event& event);
+    void HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_Point& wheel);
+    void HandleViewEvent(const SDL_Event& event, SDL_Point& pointer);
+    [[nodiscard]] bool HasWall() const { return !detached_.load() && thumbnails_->IsShown(); }
     void ChooseMainTile();
+    void ChooseDetachedMainTile(Video::VideoFrame* speaker);
+    void RenderWall();
+
+    // Menus of the tiles.
+    void AddRemoteControls(Video::VideoFrame& tile);
+    void AddLocalControls(Video::VideoFrame& tile, StreamType type);
+    void AddMenuButton(Video::VideoFrame& tile);
+    void AddSpotlightItem(Video::VideoFrame& tile);
+    void AddSoundItem(Video::VideoFrame& tile,
+                      void (VideoRoomView::*apply)(Video::VideoFrame& tile, bool on));
+    void AddVideoItem(Video::VideoFrame& tile);
+    void AddMixItem(Video::VideoFrame& tile);
+    void AddPinItem(Video::VideoFrame& tile);
+    void AddHostItems(Video::VideoFrame& tile);
+    void OpenAudioMixer(Video::VideoFrame& tile) const;
+    void SwitchRemoteSound(Video::VideoFrame& tile, bool on);
+    void SwitchLocalSound(Video::VideoFrame& tile, bool on);
+    void SwitchVideo(Video::VideoFrame& tile, bool on);
+
+    // The clone: a second tile of a stream, on the room's renderer, while the wall is detached.
+    [[nodiscard]] std::unique_ptr<Video::VideoFrame> MakeClone(Video::VideoFrame& original);
+    void SetSpotlightClone(Video::VideoFrame& original);
+    void DropClone();
+    [[nodiscard]] Video::VideoFrame* CloneOf(const std::string& streamId) const;
+    // The tile becomes the main video by itself; nobody's does.
+    void TakeMainVideo(Video::VideoFrame& tile);
+    void LetSpeakerDecide();
+    void ClearSpotlight();
+    [[nodiscard]] bool IsOwnExternalScreen(const Video::VideoFrame& tile) const;
+    // By the stream's id, remote or local; null for an unknown one. Under both locks.
+    [[nodiscard]] Video::VideoFrame* FindTile(const std::string& streamId) const;
+    void BringWallBack();
+    void DestroyDetachedView();
+    // Gives the wall the scale of the window in which it stands.
+    void ScaleWall();
     void OnMainVideoChanged();
     void ApplySpeaker();
     void Depart(std::unique_ptr<Video::VideoFrame> tile);
-    void ForgetMainTile(const Video::VideoFrame& tile);
+    // No pointer to a tile that goes stays behind.
+    void ForgetTile(const Video::VideoFrame& tile);
     [[nodiscard]] bool IsSpeakerOn() const { return speakerEnabled_ && !speakerNone_; }
     void ReleaseTileGraphics();
-    // Takes all tiles out of the room, to be destroyed where no lock is held.
+    // Both take all tiles out of the room, to be destroyed where no lock is held; the first also ends the
+    // wall's own window and every texture.
+    [[nodiscard]] std::vector<std::unique_ptr<Video::VideoFrame>> EndTiles();
     [[nodiscard]] std::vector<std::unique_ptr<Video::VideoFrame>> TakeAllTiles();
 
     const HostCallbacks hostCallbacks_;
@@ -174,12 +252,20 @@ private:
     VideoAdaptation adaptation_;
     Video::HdrMetadataSender hdrMetadata_;
     SDL_Point lastPointer_{0, 0};
+    std::unique_ptr<Video::ThumbnailsView> detachedView_;
+    std::atomic<bool> detached_{false};
+    // Shown as main video while detached; mainTile_ or spotlightTile_, or both, point at it.
+    std::unique_ptr<Video::VideoFrame> clone_;
+    int captureIndex_ = -1;
     int externalPublisherCount_ = 0;
     bool speakerEnabled_ = true;
     bool speakerNone_ = false;
     std::atomic<bool> videoEnabled_{true};
     bool fullscreen_ = false;
     bool noRenderScaling_ = false;
+    // Height of the wall above the main video, as of the present drawing. Tiles ask for the main video's
+    // place with their lock held, under which the wall's must not be taken.
+    int stripHeight_ = 0;
     int overlayCursor_ = 0;
     int tileCursor_ = 0;
 

@@ -42,12 +42,21 @@ FrameWorker::~FrameWorker() {
 
 void FrameWorker::Stop() {
     if (!thread_.joinable()) return;
-    running_.store(false);
-    intake_.Close();
+    RequestStop();
     thread_.join();
 }
 
+void FrameWorker::RequestStop() {
+    running_.store(false);
+    intake_.Close();
+}
+
 void FrameWorker::Run() {
+    Work();
+    ended_.store(true);
+}
+
+void FrameWorker::Work() {
     while (running_.load()) {
         const std::optional<Frame> taken = intake_.Take(kWait);
         if (!running_.load()) return;

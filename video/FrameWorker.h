@@ -64,6 +64,10 @@ public:
     FrameWorker(FrameIntake& intake, FrameWorkerClient& client);
     // Stops the thread, joins it and gives the converter back.
     ~FrameWorker();
+    // Tells the thread to end, and refuses frames from here on. Any thread.
+    void RequestStop();
+    // The thread has nothing left to do, so that joining it does not wait for work. Any thread.
+    [[nodiscard]] bool HasEnded() const { return ended_.load(); }
     // Stops the thread and joins it; later calls do nothing. The longest wait is for the frame in work.
     void Stop();
 
@@ -72,6 +76,7 @@ public:
 
 private:
     void Run();
+    void Work();
     void PrepareAndInstall(const Frame& source, UI::DisplayTraits display);
     // False when the frame cannot be brought into the output's colours.
     [[nodiscard]] bool Prepare(const Frame& source, const UI::DisplayTraits& display);
@@ -81,6 +86,7 @@ private:
     VideoFrameTransformer* transformer_;
     PreparedFrame prepared_;
     std::atomic<bool> running_{true};
+    std::atomic<bool> ended_{false};
     std::thread thread_;
 };
 

@@ -65,12 +65,20 @@ VideoFrame::VideoFrame(std::string streamId, std::string sessionName, std::strin
 }
 
 VideoFrame::~VideoFrame() {
-    Retire();
+    worker_.Stop();
     frameObserver_.reset();
 }
 
 void VideoFrame::Retire() {
-    worker_.Stop();
+    worker_.RequestStop();
+}
+
+bool VideoFrame::IsAtRest() const {
+    return worker_.HasEnded() && !panel_->IsBusy();
+}
+
+bool VideoFrame::IsVideoWanted() const {
+    return IsActive() ? IsVideoEnabled() : videoEnabledWanted_.load();
 }
 
 void VideoFrame::Render(SDL_Renderer* renderer, SDL_Point /*position*/) {

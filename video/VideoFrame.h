@@ -80,6 +80,8 @@ public:
     // Off drops incoming frames and blackens the picture. Any thread.
     void SetVideoEnabled(bool enabled);
     [[nodiscard]] bool IsVideoEnabled() const { return intake_->IsVideoEnabled(); }
+    // As the user or the host wants it, also while the tile is deactivated. Any thread.
+    [[nodiscard]] bool IsVideoWanted() const;
     // SetVideoEnabled, kept as the user's or host's wish while the tile is deactivated.
     void SetVideoEnabledWanted(bool enabled);
     // Blackens the picture. Any thread.
@@ -102,8 +104,11 @@ public:
     void MoveToRenderer(SDL_Renderer* renderer);
     // The name is asked for and drawn again.
     void RefreshNamePlate();
-    // Ends the worker and refuses frames from here on. Any thread but the worker; the textures stay.
+    // Refuses frames from here on and lets the worker come to its end, without waiting for it; the textures
+    // stay. Any thread.
     void Retire();
+    // Retired, and nothing is left for which the destructor would wait.
+    [[nodiscard]] bool IsAtRest() const;
 
     // The next frame is written to the path. Any thread.
     void RequestStillExport(const std::string& path) { intake_->RequestStillExport(path); }

@@ -53,12 +53,12 @@ TEST_F(MediaTest, GivesANewSinkToAStreamThatItKnows) {
     EXPECT_NE(first, nullptr);
     EXPECT_NE(second, nullptr);
     EXPECT_NE(first, second);
-    EXPECT_THAT(Interface::CurrentView()->GetThumbnails().GetTiles(), SizeIs(1));
+    EXPECT_THAT(Interface::CurrentView()->GetThumbnails().GetAllTiles(), SizeIs(1));
 }
 
 TEST_F(MediaTest, KnowsALocalStreamByItsUsersIdAndNotByItsSource) {
     ASSERT_NE(OfferCamera(), nullptr);
-    const auto tiles = Interface::CurrentView()->GetThumbnails().GetTiles();
+    const auto tiles = Interface::CurrentView()->GetThumbnails().GetAllTiles();
     ASSERT_THAT(tiles, SizeIs(1));
     EXPECT_EQ(tiles[0]->GetStreamId(), "me");
     for (const Call& call : Fake().CallsOf("Connections_GetLocalUserStreamID")) {
@@ -80,7 +80,7 @@ TEST_F(MediaTest, TellsLocalFromRemoteByTheSourceType) {
     Fake().Adopt("b", SDLinterface_VideoRoomAddStream(StreamType::Camera, StreamSourceType::Remote, "b"));
     Fake().Adopt("c",
                  SDLinterface_VideoRoomAddStream(StreamType::Camera, static_cast<StreamSourceType>(77), "c"));
-    const auto tiles = Interface::CurrentView()->GetThumbnails().GetTiles();
+    const auto tiles = Interface::CurrentView()->GetThumbnails().GetAllTiles();
     ASSERT_THAT(tiles, SizeIs(3));
     EXPECT_EQ(tiles[0]->GetOrigin(), Video::TileOrigin::Local);
     EXPECT_EQ(tiles[1]->GetOrigin(), Video::TileOrigin::Remote);
@@ -100,9 +100,9 @@ TEST_F(MediaTest, ForgetsStreamsThatGo) {
     Fake().OfferRemoteSource("a");
     OfferCamera();
     Fake().RemoveRemoteSource("a");
-    EXPECT_THAT(Interface::CurrentView()->GetThumbnails().GetTiles(), SizeIs(1));
+    EXPECT_THAT(Interface::CurrentView()->GetThumbnails().GetAllTiles(), SizeIs(1));
     Fake().RemoveLocalSource(kCameraSource);
-    EXPECT_THAT(Interface::CurrentView()->GetThumbnails().GetTiles(), IsEmpty());
+    EXPECT_THAT(Interface::CurrentView()->GetThumbnails().GetAllTiles(), IsEmpty());
     Fake().RemoveRemoteSource("a");
     Fake().RemoveLocalSource(kCameraSource);
 }
@@ -147,7 +147,7 @@ TEST_F(MediaTest, OnlyNotesAConnectionThatCameBack) {
     Fake().callbacks.connectionStatusUpdate("me", false);
     EXPECT_EQ(Calls().Count("Connections_RestartPeerConnection"), 0U);
     EXPECT_EQ(Calls().Count("Connections_RenegotiateOutboundPeerConnection"), 0U);
-    EXPECT_FALSE(Interface::CurrentView()->GetThumbnails().GetTiles()[0]->lostConnection);
+    EXPECT_FALSE(Interface::CurrentView()->GetThumbnails().GetAllTiles()[0]->lostConnection);
 }
 
 TEST_F(MediaTest, RestartsNothingOnceTheRoomStopped) {
@@ -206,7 +206,7 @@ TEST_F(MediaTest, GivesAMessageToTheRoom) {
     EXPECT_THAT(Fake().DeliverMessage("a", R"({"type":"video-metadata-message","message":{"sourceData":)"
                                            R"({"streamId":"a","frameRate":25,"sourceName":"Camera"}}})"),
                 IsEmpty());
-    const auto data = Interface::CurrentView()->GetThumbnails().GetTiles()[0]->GetSourceData();
+    const auto data = Interface::CurrentView()->GetThumbnails().GetAllTiles()[0]->GetSourceData();
     ASSERT_TRUE(data.has_value());
     EXPECT_EQ(data->sourceName, "Camera");
 }

@@ -94,7 +94,7 @@ TEST_F(RoomThreadsTest, StreamsComeAndGoWhileTheHostTicksAndSwitches) {
     EndPeers();
     view->Tick();
     EXPECT_EQ(Sdl().LiveTextures(), 0U);
-    EXPECT_TRUE(view->GetThumbnails().GetTiles().empty());
+    EXPECT_TRUE(view->GetThumbnails().GetAllTiles().empty());
 }
 
 TEST_F(RoomThreadsTest, StreamsComeWhileTheWindowIsStillBeingMade) {
@@ -130,7 +130,7 @@ TEST_F(RoomThreadsTest, AStreamWhoseWorkerIsBusyLeavesWhileTheRoomEnds) {
     (*sink)(MakeFrame({.colorSpace = kBt2020Pq}));
     ASSERT_TRUE(gate.WaitForArrival());
     std::thread media([&] { view->RemoveRemoteVideoSource("one"); });
-    ASSERT_TRUE(Eventually([&] { return view->GetThumbnails().GetTiles().empty(); }));
+    ASSERT_TRUE(Eventually([&] { return view->GetThumbnails().GetAllTiles().empty(); }));
     // The renderer goes, and with it the texture of the tile that the media thread still holds.
     view->Shutdown();
     gate.Open();

@@ -28,7 +28,7 @@ protected:
                R"(","frameRate":)" + frameRate + R"(,"sourceName":"A clip"}}})";
     }
     [[nodiscard]] Video::VideoFrame* TileOf(const std::string& id) {
-        for (Video::VideoFrame* tile : view->GetThumbnails().GetTiles()) {
+        for (Video::VideoFrame* tile : view->GetThumbnails().GetAllTiles()) {
             if (tile->GetStreamId() == id) return tile;
         }
         return nullptr;
@@ -68,7 +68,7 @@ TEST_F(StreamSourcesTest, TilesKnowTheRoomAndTheLocalUser) {
 TEST_F(StreamSourcesTest, ASecondAddOfAStreamReturnsTheFirstTilesSink) {
     const auto first = view->AddRemoteVideoSource("one");
     EXPECT_EQ(view->AddRemoteVideoSource("one"), first);
-    EXPECT_EQ(view->GetThumbnails().GetTiles().size(), 1U);
+    EXPECT_EQ(view->GetThumbnails().GetAllTiles().size(), 1U);
     EXPECT_EQ(Fake().LogsOf(2),
               (std::vector<std::string>{"Selected renderer for this window is: software",
                                         "Adding remote video frame: stream ID = one",
@@ -80,7 +80,7 @@ TEST_F(StreamSourcesTest, ARemovedStreamLeavesTheWallAndMayComeAgain) {
     const auto first = view->AddRemoteVideoSource("one");
     view->RemoveRemoteVideoSource("one");
     EXPECT_EQ(Fake().LogsOf(2).back(), "Removing remote video source with id: one");
-    EXPECT_TRUE(view->GetThumbnails().GetTiles().empty());
+    EXPECT_TRUE(view->GetThumbnails().GetAllTiles().empty());
     const auto second = view->AddRemoteVideoSource("one");
     EXPECT_NE(second, nullptr);
     EXPECT_NE(second, first);
@@ -200,14 +200,14 @@ TEST_F(StreamSourcesTest, FilesAndUrlsStartWithTheirSoundOnLocally) {
 TEST_F(StreamSourcesTest, ASecondAddOfALocalSourceReturnsTheFirstTilesSink) {
     const auto first = view->AddLocalVideoSource(StreamType::Camera, "camera");
     EXPECT_EQ(view->AddLocalVideoSource(StreamType::Camera, "camera"), first);
-    EXPECT_EQ(view->GetThumbnails().GetTiles().size(), 1U);
+    EXPECT_EQ(view->GetThumbnails().GetAllTiles().size(), 1U);
 }
 
 TEST_F(StreamSourcesTest, ARemovedLocalStreamLeavesTheMainVideoAndTheWall) {
     const auto sink = AddCamera(kWhite);
     ASSERT_EQ(ShownColor(), kWhite);
     view->RemoveLocalVideoSource("camera");
-    EXPECT_TRUE(view->GetThumbnails().GetTiles().empty());
+    EXPECT_TRUE(view->GetThumbnails().GetAllTiles().empty());
     EXPECT_EQ(ShownColor(), kBlack);
     EXPECT_EQ(Sdl().LiveTextures(), 0U);
     view->RemoveLocalVideoSource("camera");
@@ -279,9 +279,9 @@ TEST_F(StreamSourcesTest, AVolumeReachesTheStreamItIsFor) {
     ASSERT_NE(view->AddRemoteVideoSource("one"), nullptr);
     AddCamera(kWhite);
     Calls().Clear();
-    view->SetStreamVolume("one", 0.25);
-    view->SetStreamVolume("me", 0.5);
-    view->SetStreamVolume("nobody", 0.75);
+    view->SetStreamVolume("one", 0.25, false);
+    view->SetStreamVolume("me", 0.5, false);
+    view->SetStreamVolume("nobody", 0.75, false);
     EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackVolume", {"one", ToText(0.25)}},
                                                 {"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.5)}}}));
 }
@@ -402,9 +402,9 @@ TEST_F(StreamSourcesTest, NothingComesInWhileNoRoomIsActive) {
     EXPECT_EQ(view->AddLocalVideoSource(StreamType::Camera, "camera"), nullptr);
     EXPECT_FALSE(view->UpdateConnectionStatus("known", true));
     view->OnRemoteTrackAdded("known");
-    view->SetStreamVolume("known", 0.5);
+    view->SetStreamVolume("known", 0.5, false);
     view->RemoveRemoteVideoSource("known");
-    EXPECT_EQ(view->GetThumbnails().GetTiles().size(), 1U);
+    EXPECT_EQ(view->GetThumbnails().GetAllTiles().size(), 1U);
     EXPECT_EQ(Calls().NamesAmong({"WebRTC_SetRemoteAudioTrackVolume", "WebRTC_SetEnabledRemoteAudioTrack",
                                   "WebRTC_GetFrameTransformerInstance"}),
               std::vector<std::string>{});

@@ -21,7 +21,7 @@ constexpr uint32_t kTwoColor = 0xFF0000FF;
 class VideoRoomViewTest : public RoomViewTest {
 protected:
     [[nodiscard]] Video::VideoFrame* TileOf(const std::string& id) {
-        for (Video::VideoFrame* tile : view->GetThumbnails().GetTiles()) {
+        for (Video::VideoFrame* tile : view->GetThumbnails().GetAllTiles()) {
             if (tile->GetStreamId() == id) return tile;
         }
         return nullptr;
@@ -124,7 +124,7 @@ TEST_F(VideoRoomViewTest, ARemovedSpotlightLetsTheSpeakerDecideAgain) {
     ASSERT_EQ(ShownColor(), kTwoColor);
     view->RemoveRemoteVideoSource("two");
     (void)TickAndRead();
-    EXPECT_EQ(view->GetThumbnails().GetTiles().size(), 2U);
+    EXPECT_EQ(view->GetThumbnails().GetAllTiles().size(), 2U);
     EXPECT_TRUE(TileOf("one")->IsActive());
 }
 
@@ -356,7 +356,7 @@ TEST_F(VideoRoomViewTest, EndsStepByStep) {
                                  {"Configuration_SetPropertyString", {"room.Hash", ""}}}));
     EXPECT_EQ(Sdl().LiveTextures(), 0U);
     EXPECT_EQ(Fake().TransformersCreated(), Fake().TransformersDeleted());
-    EXPECT_TRUE(view->GetThumbnails().GetTiles().empty());
+    EXPECT_TRUE(view->GetThumbnails().GetAllTiles().empty());
 }
 
 TEST_F(VideoRoomViewTest, WaitsForWorkersWithNoLockHeld) {
@@ -393,7 +393,7 @@ TEST_F(VideoRoomViewTest, EverythingAfterTheEndIsHarmless) {
     view->RemoveLocalVideoSource("camera");
     view->OnRemoteTrackAdded("one");
     EXPECT_FALSE(view->UpdateConnectionStatus("one", true));
-    view->SetStreamVolume("one", 0.5);
+    view->SetStreamVolume("one", 0.5, false);
     view->SetActiveSpeaker("one");
     view->SetSpeakerEnabled(true);
     view->OnDataChannelMessage(

@@ -17,34 +17,34 @@ namespace Corvanta::Engine {
 namespace {
 
 constexpr const char* kPath = "/connectivity";
-constexpr const char* kTooLarge = "corvanta-too-large";
+// The count of a body's bytes so far, at the message.
+constexpr const char* kBytesTaken = "corvanta-bytes-taken";
+constexpr gsize kMostBytesRead = 1U << 20U;
 constexpr mode_t kOwnerOnly = 0600;
 
 void Answer(SoupServerMessage* message, guint status) {
     soup_server_message_set_status(message, status, nullptr);
 }
 
-bool IsTooLarge(SoupServerMessage* message) {
-    return g_object_get_data(G_OBJECT(message), kTooLarge) != nullptr;
+gsize BytesTaken(SoupServerMessage* message) {
+    return GPOINTER_TO_SIZE(g_object_get_data(G_OBJECT(message), kBytesTaken));
 }
 
-// Nothing of the body is kept any more.
-void MarkTooLarge(SoupServerMessage* message) {
-    g_object_set_data(G_OBJECT(message), kTooLarge, message);
+bool IsTooLarge(SoupServerMessage* message) {
+    return BytesTaken(message) > kLargestReport;
+}
+
+// Counts a body as it comes. What is too large is not kept but read to its end, so that its sender hears of
+// it; whoever goes on and on is not listened to.
+void OnChunk(SoupServerMessage* message, GBytes* chunk, gpointer) {
+    const gsize taken = BytesTaken(message) + g_bytes_get_size(chunk);
+    g_object_set_data(G_OBJECT(message), kBytesTaken, GSIZE_TO_POINTER(taken));
+    if (!IsTooLarge(message)) return;
     SoupMessageBody* const body = soup_server_message_get_request_body(message);
     soup_message_body_set_accumulate(body, FALSE);
     soup_message_body_truncate(body);
-}
-
-void OnChunk(SoupServerMessage* message, GBytes*, gpointer) {
-    if (IsTooLarge(message)) {
-        // Somebody who goes on sending is not listened to.
-        GSocket* const socket = soup_server_message_get_socket(message);
-        if (socket != nullptr) g_socket_shutdown(socket, TRUE, FALSE, nullptr);
-        return;
-    }
-    const goffset length = soup_server_message_get_request_body(message)->length;
-    if (length > static_cast<goffset>(kLargestReport)) MarkTooLarge(message);
+    GSocket* const socket = soup_server_message_get_socket(message);
+    if (taken > kMostBytesRead && socket != nullptr) g_socket_shutdown(socket, TRUE, FALSE, nullptr);
 }
 
 void AnswerJson(SoupServerMessage* message, const std::string& json) {
@@ -107,12 +107,6 @@ std::unique_ptr<RoomServer> RoomServer::Listen(const std::filesystem::path& sock
 }
 
 void RoomServer::OnHeaders(SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer) {
-    SoupMessageHeaders* const headers = soup_server_message_get_request_headers(message);
-    if (soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CONTENT_LENGTH &&
-        soup_message_headers_get_content_length(headers) > static_cast<goffset>(kLargestReport)) {
-        Answer(message, SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE);
-        MarkTooLarge(message);
-    }
     g_signal_connect(message, "got-chunk", G_CALLBACK(OnChunk), nullptr);
 }
 

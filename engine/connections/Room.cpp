@@ -74,6 +74,8 @@ bool Room::Open(const EngineOptions& options, std::string localDisplayName, std:
     Registry& registry = Registry::Get();
     const std::lock_guard life(registry.lifeMutex);
     const auto room = std::make_shared<Room>(options, std::move(localDisplayName), std::move(sessionName));
+    // Before anybody learns of the room: the first report must find the service.
+    room->service.Start();
     {
         const std::lock_guard lock(registry.roomMutex);
         registry.room = room;
@@ -129,7 +131,6 @@ void Room::Run() {
             [this, participant] { OpenPlayback(participant, settings.participants[participant->index]); });
         loop.Post([this, participant] { Announce(participant); });
     }
-    service.Start();
     reports->Start();
     loop.Run();
     reports->Stop();
@@ -156,7 +157,7 @@ void Room::OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, con
     } else if (resolved.kind == ResolvedSource::Kind::Person) {
         const SpeakingTurn turn = TurnOf(settings.participants, participant->index);
         source.makeScene = [name = participant->name, turn] {
-            return MakePersonScene(name, turn.index, turn);
+            return MakePersonScene(name, turn.index, turn, ClipFormatFor(turn.count));
         };
     }
 

@@ -17,7 +17,7 @@ using Corvanta::Testing::Call;
 
 WallTest::WallTest() {
     nowNs_ = 60'000'000'000;
-    UI::SetClock([] { return nowNs_; });
+    UI::SetClock([] { return nowNs_.load(); });
     for (const char* piece : {"HorizontalFirst", "HorizontalMiddle", "HorizontalLast", "VerticalFirst",
                               "VerticalMiddle", "VerticalLast"}) {
         folder.AddPicture(std::string("icons/scrollbar") + piece + ".png", 4, 4, 0xFF00FF00);

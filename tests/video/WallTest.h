@@ -5,6 +5,7 @@
 #include <SDL.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -107,7 +108,8 @@ protected:
 private:
     VideoFrame& AddTile(const std::string& id, TileOrigin origin);
 
-    static inline int64_t nowNs_ = 0;
+    // Media threads read it as well.
+    static inline std::atomic<int64_t> nowNs_{0};
 };
 
 }  // namespace Corvanta::Video

@@ -14,7 +14,7 @@ namespace Corvanta::Video {
 namespace {
 
 constexpr int kThreads = 8;
-constexpr int kRounds = 600;
+constexpr int kRounds = 1200;
 constexpr size_t kTilesOfAThread = 3;
 
 class WallThreadsTest : public WallTest {

@@ -37,7 +37,9 @@ EngineOptions CurrentOptions() {
     Settings& settings = Settings::Get();
     const std::lock_guard lock(settings.optionsMutex);
     EngineOptions options = settings.options;
-    if (options.participants.empty()) options.participants = DefaultParticipants();
+    if (options.participants.empty() && options.whenEmpty == EmptyRoom::DefaultParticipants) {
+        options.participants = DefaultParticipants();
+    }
     return options;
 }
 

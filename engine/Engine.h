@@ -28,9 +28,16 @@ enum class SoundOutput {
     Silent,
 };
 
+enum class EmptyRoom {
+    // Four participants that play generated clips.
+    DefaultParticipants,
+    Nobody,
+};
+
 struct EngineOptions {
-    // Empty: four participants that play generated clips.
     std::vector<Participant> participants;
+    // Who is there when the list is empty.
+    EmptyRoom whenEmpty = EmptyRoom::DefaultParticipants;
     // Empty: "corvanta" in the user's configuration folder.
     std::filesystem::path configurationFolder;
     // Also written to this file when it is not empty; always to the standard error stream.

@@ -17,6 +17,7 @@ constexpr int kMinSide = 160;
 constexpr int kMaxSide = 8192;
 constexpr double kMinScale = 0.5;
 constexpr double kMaxScale = 4.0;
+constexpr int kMaxGeneratedParticipants = 100;
 constexpr double kMaxSeconds = 86400.0;
 // Sources that the engine makes itself. A file of such a name is reached as ./test.
 constexpr std::array<std::string_view, 2> kGeneratedSources{"test", "clip"};
@@ -51,6 +52,15 @@ std::optional<Failure> ReadParticipant(Options& options, std::string_view value)
         return Failure{"two participants are called " + Quoted(participant.name)};
     }
     options.participants.push_back(std::move(participant));
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadParticipants(Options& options, std::string_view value) {
+    const std::optional<int> count = ParseNumber<int>(value);
+    if (!count || *count < 0 || *count > kMaxGeneratedParticipants) {
+        return Failure{"--participants wants a number from 0 to 100, not " + Quoted(value)};
+    }
+    options.generatedParticipants = count;
     return std::nullopt;
 }
 
@@ -105,6 +115,14 @@ std::optional<Failure> ReadRoomName(Options& options, std::string_view value) {
     return std::nullopt;
 }
 
+std::optional<Failure> ReadDetached(Options& options, std::string_view value) {
+    options.detached = WallLayoutOf(value);
+    if (!options.detached) {
+        return Failure{"--detached wants strip, column or grid, not " + Quoted(value)};
+    }
+    return std::nullopt;
+}
+
 struct ValueOption {
     std::string_view name;
     std::optional<Failure> (*read)(Options&, std::string_view);
@@ -112,11 +130,13 @@ struct ValueOption {
 
 constexpr std::array kValueOptions{
     ValueOption{"--participant", ReadParticipant},
+    ValueOption{"--participants", ReadParticipants},
     ValueOption{"--headless", ReadHeadless},
     ValueOption{"--snapshot", ReadSnapshot},
     ValueOption{"--size", ReadSize},
     ValueOption{"--scale", ReadScale},
     ValueOption{"--room", ReadRoomName},
+    ValueOption{"--detached", ReadDetached},
 };
 
 bool IsUri(std::string_view source) {
@@ -164,6 +184,10 @@ std::variant<Options, Failure> ParseOptions(std::span<const std::string_view> ar
         if (argument == "--version") {
             options.action = Options::Action::ShowVersion;
             return options;
+        }
+        if (argument == "--preview") {
+            options.preview = true;
+            continue;
         }
         const std::size_t equals = argument.find('=');
         const std::string_view name = argument.substr(0, equals);
@@ -216,14 +240,20 @@ std::string_view HelpText() {
   --participant NAME=SOURCE  a participant; SOURCE is test (a moving test picture), clip (a generated
                              person), a video file or a URI; may be given several times; without
                              it four participants play generated clips
+  --participants N           N more with generated clips, 0 to 100
   --headless SECONDS         needs no display: runs that long, then ends
-  --snapshot FILE.png        writes what the window shows when the program ends
+  --snapshot FILE.png        writes what the window shows when the program ends; FILE-wall.png too when
+                             the wall has a window of its own
   --size WIDTHxHEIGHT        size of the window (1280x720)
   --scale FACTOR             size of everything in the window (1)
   --room NAME                the room's name
+  --detached LAYOUT          starts with the wall in a window of its own: strip, column or grid
+  --preview                  starts with the own camera in a window of its own
   --help, --version
 
-In the window: F11 full screen, Esc back from it, Ctrl+Q ends.
+In the windows: F7 slides the strip of participants out and in, F8 puts it into a window of its own
+and back, F9 changes that window's layout (there also 1 to 3, or its menu on the right button), F10
+opens and closes the own camera's window. F11 full screen, Esc back from it, Ctrl+Q ends.
 )";
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/Failure.h"
+#include "host/WallLayout.h"
 
 namespace Corvanta::Host {
 
@@ -30,12 +31,16 @@ struct Options {
     enum class Action { Run, ShowHelp, ShowVersion };
 
     Action action = Action::Run;
-    std::vector<ParticipantOption> participants;  // empty: the engine brings its own
+    std::vector<ParticipantOption> participants;
+    // Participants with generated clips, besides those above. Without both the engine brings its own.
+    std::optional<int> generatedParticipants;
     std::optional<std::chrono::milliseconds> headlessFor;
     std::filesystem::path snapshotPath;  // empty: none is taken
     WindowSize size;
     double scale = 1.0;
     std::string roomName = "Room";
+    std::optional<WallLayout> detached;  // the wall starts in a window of its own
+    bool preview = false;                // the own camera's window is open from the start
 };
 
 // Reads the arguments after the program's name. An option's value is the next argument or stands behind '='.

@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 
 #include "host/HostWindow.h"
+#include "host/WallControls.h"
 #include "interface/SDLinterface.h"
 
 namespace Corvanta::Host {
@@ -12,12 +13,12 @@ constexpr int kMainWindow = 0;
 
 }  // namespace
 
-std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(HostWindow& window,
+std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(HostWindow& window, WallControls& wall,
                                                                        const std::string& roomName) {
     // The library reaches the window over a connection of its own: the server must know it by then.
     QGuiApplication::sync();
 
-    std::unique_ptr<RoomSession> session(new RoomSession(window));
+    std::unique_ptr<RoomSession> session(new RoomSession(window, wall));
     const HostCallbacks callbacks = RoomCallbacks::Table();
     SDLinterface_SetHostCallbacks(&callbacks);
     session->told_ = window.Room().Metrics();
@@ -31,7 +32,8 @@ std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(HostWindo
     return session;
 }
 
-RoomSession::RoomSession(HostWindow& window) : window_(window), callbacks_(window) {
+RoomSession::RoomSession(HostWindow& window, WallControls& wall)
+    : window_(window), wall_(wall), callbacks_(window, wall) {
     SDLinterface_GlobalInit();
 }
 
@@ -45,6 +47,7 @@ void RoomSession::Tick() {
         TellMetrics(metrics);
     }
     SDL_WPFVideoRoomCheckInputAndRender();
+    wall_.Tick();
 }
 
 void RoomSession::TellMetrics(const SurfaceMetrics& metrics) {

@@ -13,27 +13,29 @@
 namespace Corvanta::Host {
 
 class HostWindow;
+class WallControls;
 
 class RoomSession final {
 public:
     // Starts the library and enters `roomName` on the window's surface, which must be shown already. `window`
-    // must outlive the session.
+    // and `wall` must outlive the session.
     [[nodiscard]] static std::variant<std::unique_ptr<RoomSession>, Failure> Enter(
-        HostWindow& window, const std::string& roomName);
+        HostWindow& window, WallControls& wall, const std::string& roomName);
 
     ~RoomSession();
     RoomSession(const RoomSession&) = delete;
     RoomSession& operator=(const RoomSession&) = delete;
 
-    // Tells the library what changed about the surface since the last tick, then ticks once.
+    // Tells the library what changed about the surface since the last tick, then ticks each window once.
     void Tick();
 
 private:
-    explicit RoomSession(HostWindow& window);
+    RoomSession(HostWindow& window, WallControls& wall);
 
     void TellMetrics(const SurfaceMetrics& metrics);
 
     HostWindow& window_;
+    WallControls& wall_;
     RoomCallbacks callbacks_;
     SurfaceMetrics told_;
 };

@@ -1,7 +1,9 @@
 // The desktop program: a window, a room in it, and the loop that ticks the room.
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +16,7 @@
 #include <QTimer>
 
 #include "engine/Engine.h"
+#include "host/GeneratedParticipants.h"
 #include "host/HeadlessEnd.h"
 #include "host/HostWindow.h"
 #include "host/Options.h"
@@ -23,6 +26,9 @@
 #include "host/RoomSession.h"
 #include "host/SdlEnvironment.h"
 #include "host/Snapshot.h"
+#include "host/SurfaceMetrics.h"
+#include "host/WallControls.h"
+#include "host/WallLayout.h"
 
 namespace Corvanta::Host {
 namespace {
@@ -41,12 +47,32 @@ int Report(const Failure& failure, int exitCode = kExitFailure) {
 
 Engine::EngineOptions EngineOptionsFrom(const Options& options) {
     Engine::EngineOptions engine;
-    for (const ParticipantOption& participant : options.participants) {
+    std::vector<ParticipantOption> participants = options.participants;
+    if (options.generatedParticipants) {
+        std::ranges::move(GenerateParticipants(*options.generatedParticipants, options.participants),
+                          std::back_inserter(participants));
+        engine.whenEmpty = Engine::EmptyRoom::Nobody;
+    }
+    for (const ParticipantOption& participant : participants) {
         engine.participants.push_back({participant.name, participant.source});
     }
     // What nobody watches, nobody listens to either.
     engine.soundOutput = options.headlessFor ? Engine::SoundOutput::Silent : Engine::SoundOutput::Device;
     return engine;
+}
+
+// The pixels of a private display: the side windows open beside the room's window and below it.
+SurfaceMetrics DisplaySizeFor(const Options& options) {
+    WindowSize size = options.size;
+    if (options.detached) {
+        const WallWindowSize wall = WallSizeOf(*options.detached);
+        size = {size.width + wall.width, std::max(size.height, wall.height)};
+    }
+    if (options.preview) {
+        size = {std::max(size.width, WallControls::kPreviewWidth),
+                std::max(size.height, options.size.height + WallControls::kPreviewHeight)};
+    }
+    return MetricsOf(size.width, size.height, options.scale);
 }
 
 // The display to show the window on: null for the desktop's. A headless run always takes a private one, so
@@ -59,9 +85,8 @@ std::variant<std::unique_ptr<PrivateDisplay>, Failure> ChooseDisplay(const Optio
         }
         return std::unique_ptr<PrivateDisplay>();
     }
-    const int width = MetricsOf(options.size.width, options.size.height, options.scale).physicalWidth;
-    const int height = MetricsOf(options.size.width, options.size.height, options.scale).physicalHeight;
-    auto display = PrivateDisplay::Start(width, height);
+    const SurfaceMetrics size = DisplaySizeFor(options);
+    auto display = PrivateDisplay::Start(size.physicalWidth, size.physicalHeight);
     if (const auto* const started = std::get_if<std::unique_ptr<PrivateDisplay>>(&display)) {
         qputenv("DISPLAY", (*started)->Name().c_str());
         if (!options.headlessFor) {
@@ -87,7 +112,7 @@ std::optional<Failure> MoveToOwnFolder() {
 
 // While the main video passes from one speaker to the next the window can be empty for a moment. A run that
 // nobody watches waits that moment out.
-QImage LastPicture(const HostWindow& window, bool mayWait) {
+QImage LastPicture(const QWidget& window, bool mayWait) {
     QImage snapshot = TakeSnapshot(window);
     for (int tries = 0; mayWait && tries < kSnapshotTries && !ShowsSomething(snapshot); ++tries) {
         QTimer::singleShot(kSnapshotRetryAfter, [] { QCoreApplication::exit(0); });
@@ -97,16 +122,39 @@ QImage LastPicture(const HostWindow& window, bool mayWait) {
     return snapshot;
 }
 
+std::optional<Failure> TakeSnapshots(const QWidget& window, const QWidget* wallWindow,
+                                     const Options& options) {
+    const bool mayWait = options.headlessFor.has_value();
+    if (auto failure = WriteSnapshot(LastPicture(window, mayWait), options.snapshotPath)) return failure;
+    if (wallWindow == nullptr) return std::nullopt;
+    return WriteSnapshot(LastPicture(*wallWindow, mayWait), WallSnapshotPath(options.snapshotPath));
+}
+
+std::optional<Failure> OpenSideWindows(WallControls& wall, const Options& options) {
+    if (options.detached && !wall.Detach(*options.detached)) {
+        return Failure{"the wall's window cannot be drawn on, the log says why"};
+    }
+    if (options.preview && !wall.OpenPreview()) {
+        return Failure{"the own camera's window cannot be drawn on, the log says why"};
+    }
+    return std::nullopt;
+}
+
 int ShowRoom(const Options& options) {
     HostWindow window(QString::fromStdString(options.roomName + " - Corvanta"), options.size.width,
                       options.size.height);
     window.show();
 
-    auto entered = RoomSession::Enter(window, options.roomName);
+    // Before the session, so that the library lets go of the side windows before they go.
+    WallControls wall(window, options.roomName);
+    auto entered = RoomSession::Enter(window, wall, options.roomName);
     if (const auto* const failure = std::get_if<Failure>(&entered)) {
         return Report(*failure);
     }
     const auto session = std::get<std::unique_ptr<RoomSession>>(std::move(entered));
+    if (const std::optional<Failure> failure = OpenSideWindows(wall, options)) {
+        return Report(*failure);
+    }
     const auto loop = std::make_unique<RoomLoop>(*session, window);
     std::optional<HeadlessEnd> end;
     if (options.headlessFor) {
@@ -115,8 +163,7 @@ int ShowRoom(const Options& options) {
     const int result = QCoreApplication::exec();
     end.reset();
     if (!options.snapshotPath.empty()) {
-        const QImage snapshot = LastPicture(window, options.headlessFor.has_value());
-        if (const std::optional<Failure> failure = WriteSnapshot(snapshot, options.snapshotPath)) {
+        if (const std::optional<Failure> failure = TakeSnapshots(window, wall.WallWindow(), options)) {
             return Report(*failure);
         }
     }

@@ -121,6 +121,40 @@ TEST(Options, RefuseTwoParticipantsOfOneName) {
               "two participants are called 'one'");
 }
 
+TEST(Options, TakeANumberOfGeneratedParticipants) {
+    EXPECT_FALSE(Parsed({}).generatedParticipants);
+    EXPECT_EQ(Parsed({"--participants", "25"}).generatedParticipants, 25);
+    EXPECT_EQ(Parsed({"--participants=0"}).generatedParticipants, 0);
+    EXPECT_EQ(Parsed({"--participants=100"}).generatedParticipants, 100);
+    const Options options = Parsed({"--participant", "one=test", "--participants", "3"});
+    EXPECT_EQ(options.participants.size(), 1U);
+    EXPECT_EQ(options.generatedParticipants, 3);
+}
+
+TEST(Options, RefuseNumbersOfParticipantsThatNoRoomHas) {
+    for (const std::string_view value : {"101", "-1", "many", "2.5", "", "99999999999"}) {
+        EXPECT_FALSE(FailureOf({"--participants", value}).empty()) << value;
+    }
+}
+
+TEST(Options, StartWithSideWindowsOnRequest) {
+    EXPECT_FALSE(Parsed({}).detached);
+    EXPECT_FALSE(Parsed({}).preview);
+    EXPECT_EQ(Parsed({"--detached", "strip"}).detached, WallLayout::Strip);
+    EXPECT_EQ(Parsed({"--detached=column"}).detached, WallLayout::Column);
+    const Options options = Parsed({"--detached", "grid", "--preview", "--size", "640x360"});
+    EXPECT_EQ(options.detached, WallLayout::Grid);
+    EXPECT_TRUE(options.preview);
+    EXPECT_EQ(options.size.width, 640);
+}
+
+TEST(Options, RefuseLayoutsThatTheWallDoesNotHave) {
+    for (const std::string_view value : {"", "wide", "Grid", "0"}) {
+        EXPECT_FALSE(FailureOf({"--detached", value}).empty()) << value;
+    }
+    EXPECT_FALSE(FailureOf({"--preview=yes"}).empty());
+}
+
 TEST(Options, RefuseSecondsThatAreNoTime) {
     for (const std::string_view value : {"0", "-1", "soon", "3s", "nan", "inf", "1e9", ""}) {
         EXPECT_FALSE(FailureOf({"--headless", value}).empty()) << value;
@@ -146,8 +180,9 @@ TEST(Options, RefuseASnapshotThatIsNoPng) {
 }
 
 TEST(Options, ListEveryOptionInTheHelp) {
-    for (const std::string_view name : {"--participant", "--headless", "--snapshot", "--size", "--scale",
-                                        "--room", "--help", "--version"}) {
+    for (const std::string_view name :
+         {"--participant", "--headless", "--snapshot", "--size", "--scale", "--room", "--participants",
+          "--detached", "--preview", "--help", "--version"}) {
         EXPECT_NE(HelpText().find(name), std::string_view::npos) << name;
     }
 }

@@ -78,8 +78,11 @@ int GetViewWindowId(int index) {
 }
 
 std::optional<SDL_Point> GetViewSize(int index) {
-    if (index != kRoomWindow) return std::nullopt;
-    const auto view = CurrentView();
+    const auto room = CurrentView();
+    if (room == nullptr) return std::nullopt;
+    const UI::AbstractView* view = nullptr;
+    if (index == kRoomWindow) view = room.get();
+    if (index == kDetachedWindow) view = room->GetDetachedView();
     if (view == nullptr) return std::nullopt;
     return SDL_Point{view->GetWidth(), view->GetHeight()};
 }

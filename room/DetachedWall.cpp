@@ -1,8 +1,11 @@
 // The wall in a window of its own. The room's window then shows the main video alone, and of the stream that
 // is the main video there is a second tile, the clone, since a texture belongs to one renderer.
+#include <utility>
+
 #include "platform/Configuration.h"
 #include "platform/MediaManager.h"
 #include "room/VideoRoomView.h"
+#include "ui/Arithmetic.h"
 #include "ui/RoomActive.h"
 
 namespace Corvanta::Room {
@@ -33,7 +36,7 @@ int VideoRoomView::CreateDetachedView(void* nativeHandle, int width, int height)
     view->SetThumbnails(thumbnails_);
     detachedView_ = std::move(view);
     if (!detached_.exchange(true)) {
-        mainTile_ = nullptr;
+        LeaveMainTile();
         spotlightTile_ = nullptr;
     }
     thumbnails_->SlideTo(true, false);
@@ -85,6 +88,8 @@ void VideoRoomView::BringWallBack() {
 
 void VideoRoomView::DestroyDetachedView() {
     if (detachedView_ == nullptr) return;
+    // Tiles that have left the wall may still have textures there, which die with the renderer.
+    BuryDepartedTiles();
     detachedView_->Stop();
     detachedView_.reset();
 }
@@ -95,7 +100,7 @@ void VideoRoomView::SlideThumbnails(bool show, bool animated) {
 }
 
 void VideoRoomView::SetContentScale(float scale) {
-    if (!detached_.load()) thumbnails_->SetTileHeight(static_cast<int>(scale * kTileHeight));
+    if (!detached_.load()) thumbnails_->SetTileHeight(UI::Truncate(scale * kTileHeight));
 }
 
 void VideoRoomView::ScaleWall() {
@@ -104,6 +109,12 @@ void VideoRoomView::ScaleWall() {
     } else {
         SetContentScale(GetScale());
     }
+}
+
+void VideoRoomView::ScaleNewTiles() {
+    if (!std::exchange(wallGrew_, false)) return;
+    // The menus of a grid go by the size that its tiles have grown to.
+    if (thumbnails_->GetMode() != Video::ThumbnailLayoutMode::Grid) ScaleWall();
 }
 
 void VideoRoomView::ChooseDetachedMainTile(Video::VideoFrame* speaker) {

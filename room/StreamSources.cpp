@@ -52,7 +52,7 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddRemoteVideoSource(const std::st
         TakeMainVideo(added);
         ++externalPublisherCount_;
     }
-    ScaleWall();
+    wallGrew_ = true;
     return added.GetFrameSink();
 }
 
@@ -87,7 +87,7 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddLocalVideoSource(StreamType typ
             TakeMainVideo(*tile);
         }
         thumbnails_->AddTile(tile, false);
-        ScaleWall();
+        wallGrew_ = true;
         sink = tile->GetFrameSink();
     }
     if (type == StreamType::Camera) adaptation_.Start();
@@ -97,35 +97,31 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddLocalVideoSource(StreamType typ
 void VideoRoomView::RemoveRemoteVideoSource(const std::string& streamId) {
     LOG(2, "Removing remote video source with id: %s", streamId.c_str());
     if (!roomActive.load()) return;
-    std::unique_ptr<Video::VideoFrame> tile;
     {
         const std::scoped_lock lock(remoteLock_);
         if (auto node = remoteTiles_.extract(streamId)) {
-            tile = std::move(node.mapped());
-            thumbnails_->RemoveTile(tile.get());
-            ForgetTile(*tile);
+            Video::VideoFrame& tile = *node.mapped();
+            thumbnails_->RemoveTile(&tile);
+            ForgetTile(tile);
+            Depart(std::move(node.mapped()));
             if (Connections_IsPublisherFromExternalSource(streamId)) --externalPublisherCount_;
         }
     }
-    if (tile != nullptr) Depart(std::move(tile));
     adaptation_.OnRemoteStreamRemoved(streamId);
 }
 
 void VideoRoomView::RemoveLocalVideoSource(const std::string& sourceId) {
-    std::unique_ptr<Video::VideoFrame> tile;
-    {
-        const std::scoped_lock remote(remoteLock_);
-        const std::scoped_lock local(localLock_);
-        auto node = localTiles_.extract(sourceId);
-        if (!node) return;
-        tile = std::move(node.mapped());
-        ForgetTile(*tile);
-        std::erase(localTileOrder_, tile.get());
-        thumbnails_->RemoveTile(tile.get());
-        localStreamAliases_.erase(tile->GetStreamId());
-        localNativeSources_.erase(sourceId);
-    }
-    Depart(std::move(tile));
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    auto node = localTiles_.extract(sourceId);
+    if (!node) return;
+    Video::VideoFrame& tile = *node.mapped();
+    ForgetTile(tile);
+    std::erase(localTileOrder_, &tile);
+    thumbnails_->RemoveTile(&tile);
+    localStreamAliases_.erase(tile.GetStreamId());
+    localNativeSources_.erase(sourceId);
+    Depart(std::move(node.mapped()));
 }
 
 void VideoRoomView::Depart(std::unique_ptr<Video::VideoFrame> tile) {
@@ -138,13 +134,9 @@ void VideoRoomView::ForgetTile(const Video::VideoFrame& tile) {
     if (CloneOf(tile.GetStreamId()) != nullptr) DropClone();
     if (spotlightTile_ == &tile) {
         spotlightTile_ = nullptr;
-        if (mainTile_ != nullptr) mainTileLeft_ = true;
-        mainTile_ = nullptr;
+        LeaveMainTile();
     }
-    if (mainTile_ == &tile) {
-        mainTile_ = nullptr;
-        mainTileLeft_ = true;
-    }
+    if (mainTile_ == &tile) LeaveMainTile();
     if (localCameraTile_ == &tile) {
         localCameraTile_ = nullptr;
         localStreamId_.clear();
@@ -191,6 +183,11 @@ void VideoRoomView::ClearSpotlight() {
     }
     spotlightTile_ = nullptr;
     activeSpeakerId_.clear();
+    LeaveMainTile();
+}
+
+void VideoRoomView::LeaveMainTile() {
+    if (mainTile_ != nullptr) mainTileLeft_ = true;
     mainTile_ = nullptr;
 }
 

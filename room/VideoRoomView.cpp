@@ -106,6 +106,7 @@ void VideoRoomView::Render() {
     SDL_Renderer* renderer = GetRenderer();
     if (renderer == nullptr) return;
     BuryDepartedTiles();
+    ScaleNewTiles();
     stripHeight_ = HasWall() ? thumbnails_->GetStripHeight() : 0;
     SDL_RenderClear(renderer);
     const Video::VideoFrame* previousMain = mainTile_;
@@ -228,8 +229,9 @@ void VideoRoomView::Abandon() {
 }
 
 std::vector<std::unique_ptr<Video::VideoFrame>> VideoRoomView::EndTiles() {
-    DropClone();
     ReleaseTileGraphics();
+    DropClone();
+    BuryDepartedTiles();
     DestroyDetachedView();
     detached_.store(false);
     auto tiles = TakeAllTiles();

@@ -179,8 +179,10 @@ protected:
     std::string activeSpeakerId_;
     Video::VideoFrame* mainTile_ = nullptr;
     Video::VideoFrame* spotlightTile_ = nullptr;
-    // The main video's stream went since the last drawing, which the next one tells the host.
+    // The main video went since the last drawing, which the next one tells the host.
     bool mainTileLeft_ = false;
+    // Tiles came since the last drawing, whose menus do not have the wall's scale yet.
+    bool wallGrew_ = false;
 
     mutable std::recursive_mutex localLock_;
     // guards: localTiles_, localStreamAliases_, localTileOrder_, localCameraTile_, localStreamId_
@@ -226,6 +228,8 @@ private:
     void TakeMainVideo(Video::VideoFrame& tile);
     void LetSpeakerDecide();
     void ClearSpotlight();
+    // Nothing is the main video until the next drawing chooses.
+    void LeaveMainTile();
     [[nodiscard]] bool IsOwnExternalScreen(const Video::VideoFrame& tile) const;
     // By the stream's id, remote or local; null for an unknown one. Under both locks.
     [[nodiscard]] Video::VideoFrame* FindTile(const std::string& streamId) const;
@@ -233,8 +237,10 @@ private:
     void DestroyDetachedView();
     // Gives the wall the scale of the window in which it stands.
     void ScaleWall();
+    void ScaleNewTiles();
     void OnMainVideoChanged();
     void ApplySpeaker();
+    // Under remoteLock, so that no renderer goes between the tile's leaving and its release.
     void Depart(std::unique_ptr<Video::VideoFrame> tile);
     // No pointer to a tile that goes stays behind.
     void ForgetTile(const Video::VideoFrame& tile);

@@ -55,7 +55,7 @@ protected:
                      R"({"type":"video-metadata-message","message":{"sourceData":{"streamId":"peer 0",)"
                      R"("frameRate":30,"sourceName":"A clip"}}})"});
                 (void)view->UpdateConnectionStatus("peer 1", true);
-                view->SetStreamVolume("peer 1", 0.5);
+                view->SetStreamVolume("peer 1", 0.5, false);
                 view->SetActiveSpeaker("peer 0");
                 (void)view->ExportRemoteFrame("peer 2");
                 (void)view->IsMicEnabled();
@@ -129,15 +129,19 @@ TEST_F(RoomThreadsTest, AStreamWhoseWorkerIsBusyLeavesWhileTheRoomEnds) {
     Calls().OnCall("WebRTC_ConvertFrame", [&](const Call&) { gate.Pass(); });
     (*sink)(MakeFrame({.colorSpace = kBt2020Pq}));
     ASSERT_TRUE(gate.WaitForArrival());
-    std::thread media([&] { view->RemoveRemoteVideoSource("one"); });
+    std::thread media([&] {
+        // It does not wait for the worker.
+        view->RemoveRemoteVideoSource("one");
+        EXPECT_TRUE(Eventually([] { return !roomActive.load(); }));
+        gate.Open();
+    });
     ASSERT_TRUE(Eventually([&] { return view->GetThumbnails().GetAllTiles().empty(); }));
-    // The renderer goes, and with it the texture of the tile that the media thread still holds.
     view->Shutdown();
-    gate.Open();
     media.join();
-    view.reset();
     EXPECT_EQ(Sdl().LiveTextures(), 0U);
-    EXPECT_EQ(Calls().Count("SDL_DestroyTexture"), 0U);
+    const auto destroyed = Calls().Of("SDL_DestroyTexture");
+    ASSERT_EQ(destroyed.size(), 1U);
+    EXPECT_EQ(destroyed[0].thread, std::this_thread::get_id());
 }
 
 TEST_F(RoomThreadsTest, TheLastMessageMayOutliveTheHostsView) {

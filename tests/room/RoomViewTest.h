@@ -30,6 +30,13 @@ inline constexpr uint32_t kBlack = 0xFF000000;
     HostCallbacks callbacks{};
     callbacks.SetCursor = [](int32_t cursor) { Corvanta::Testing::Calls().Record("Host_SetCursor", cursor); };
     callbacks.OnMainVideoChanged = [] { Corvanta::Testing::Calls().Record("Host_OnMainVideoChanged"); };
+    callbacks.OpenAudioMixer = [](const char* id, const char* name, float volume, int32_t reserved0,
+                                  int32_t reserved1) {
+        Corvanta::Testing::Calls().Record("Host_OpenAudioMixer", id, name, volume, reserved0, reserved1);
+    };
+    callbacks.RemoveParticipant = [](const char* id, const char* name) {
+        Corvanta::Testing::Calls().Record("Host_RemoveParticipant", id, name);
+    };
     return callbacks;
 }
 
@@ -52,10 +59,33 @@ protected:
         Corvanta::Testing::Sdl().Reset();
     }
 
-    // Opens the view's window; the list of calls is empty afterwards.
+    // Opens the view's window; the list of calls is empty afterwards. The strip of thumbnails is put away: it
+    // takes its height from the main video even without tiles, and draws every tile a second time.
     void Open(int width = kViewWidth, int height = kViewHeight) {
+        view->GetThumbnails().SetShown(false);
+        OpenWithWall(width, height);
+    }
+    void OpenWithWall(int width = kViewWidth, int height = kViewHeight) {
         ASSERT_EQ(view->Init(&nativeWindow, width, height), 1);
         Corvanta::Testing::Calls().Clear();
+    }
+    [[nodiscard]] Video::VideoFrame* TileOf(const std::string& id) {
+        for (Video::VideoFrame* tile : view->GetThumbnails().GetAllTiles()) {
+            if (tile->GetStreamId() == id) return tile;
+        }
+        return nullptr;
+    }
+    // Under which id the local user publishes streams of that type.
+    static void NameLocalStream(StreamType type, const std::string& id) {
+        Corvanta::Testing::Fake().Set([&](Corvanta::Testing::FakeResults& results) {
+            results.localUserStreamIds[type] = id;
+            results.localDisplayNames[type] = "My " + id;
+            results.streamTypes[id] = type;
+        });
+    }
+    static void SetType(const std::string& id, StreamType type) {
+        Corvanta::Testing::Fake().Set(
+            [&](Corvanta::Testing::FakeResults& results) { results.streamTypes[id] = type; });
     }
 
     // A tick, and what it presents. A size of 0 when it presented nothing.

@@ -16,22 +16,9 @@ class StreamSourcesTest : public RoomViewTest {
 protected:
     StreamSourcesTest() { Open(); }
 
-    static void NameLocalStream(StreamType type, const std::string& id) {
-        Fake().Set([&](FakeResults& results) {
-            results.localUserStreamIds[type] = id;
-            results.localDisplayNames[type] = "My " + id;
-            results.streamTypes[id] = type;
-        });
-    }
     [[nodiscard]] static std::string Metadata(const std::string& id, const std::string& frameRate) {
         return R"({"type":"video-metadata-message","message":{"sourceData":{"streamId":")" + id +
                R"(","frameRate":)" + frameRate + R"(,"sourceName":"A clip"}}})";
-    }
-    [[nodiscard]] Video::VideoFrame* TileOf(const std::string& id) {
-        for (Video::VideoFrame* tile : view->GetThumbnails().GetAllTiles()) {
-            if (tile->GetStreamId() == id) return tile;
-        }
-        return nullptr;
     }
     [[nodiscard]] static std::vector<Call> AudioTracks() {
         return Calls().Of("WebRTC_SetEnabledRemoteAudioTrack");
@@ -150,15 +137,34 @@ TEST_F(StreamSourcesTest, AnExternalSourceTakesTheMainVideoUntilItGoes) {
 // Local streams
 
 TEST_F(StreamSourcesTest, ALocalStreamTakesTheMainVideoUnderItsOwnName) {
+    NameLocalStream(StreamType::Screenshare, "my-screen");
+    AddRemote("speaker", 0xFF0000FF);
+    view->SetActiveSpeaker("speaker");
+    const auto sink = view->AddLocalVideoSource(StreamType::Screenshare, "screen");
+    ASSERT_TRUE(Show(sink, Plain(0xFF00FF00)));
+    Video::VideoFrame* const tile = TileOf("my-screen");
+    ASSERT_NE(tile, nullptr);
+    EXPECT_EQ(tile->GetOrigin(), Video::TileOrigin::Local);
+    EXPECT_EQ(tile->owner, view.get());
+    EXPECT_FALSE(tile->draggable);
+    EXPECT_EQ(tile->GetDisplayName(), "My my-screen");
+    EXPECT_EQ(ShownColor(), 0xFF00FF00);
+}
+
+TEST_F(StreamSourcesTest, TheCameraLeavesTheMainVideoToWhoSpeaks) {
     AddRemote("speaker", 0xFF0000FF);
     view->SetActiveSpeaker("speaker");
     AddCamera(0xFF00FF00);
-    Video::VideoFrame* const tile = TileOf("me");
-    ASSERT_NE(tile, nullptr);
-    EXPECT_EQ(tile->GetOrigin(), Video::TileOrigin::Local);
-    EXPECT_FALSE(tile->draggable);
-    EXPECT_EQ(tile->GetDisplayName(), "Me");
-    EXPECT_EQ(ShownColor(), 0xFF00FF00);
+    EXPECT_EQ(ShownColor(), 0xFF0000FF);
+}
+
+TEST_F(StreamSourcesTest, TheCameraEndsAnEarlierChoiceOfTheMainVideo) {
+    AddRemote("speaker", 0xFF0000FF);
+    AddRemote("chosen", 0xFFFF0000);
+    view->SetActiveSpeaker("speaker");
+    view->OnTileClicked(TileOf("chosen"), false);
+    AddCamera(0xFF00FF00);
+    EXPECT_EQ(ShownColor(), 0xFF0000FF);
 }
 
 TEST_F(StreamSourcesTest, TheCameraIsKnownByItsSourceAndItsSink) {
@@ -181,19 +187,36 @@ TEST_F(StreamSourcesTest, OnlyTheCameraStartsTheAdaptation) {
     EXPECT_EQ(Calls().Count("AdaptiveVideoSourceManager_Create"), 1U);
 }
 
-TEST_F(StreamSourcesTest, FilesAndUrlsStartWithTheirSoundOnLocally) {
-    for (const StreamType type : {StreamType::File, StreamType::URL, StreamType::Camera,
-                                  StreamType::Screenshare, StreamType::Device, StreamType::NDI}) {
-        const std::string id = "my-" + std::to_string(static_cast<int>(type));
-        NameLocalStream(type, id);
+TEST_F(StreamSourcesTest, OnlyFilesAndUrlsAreHeardByWhoSharesThem) {
+    struct Case {
+        StreamType type;
+        std::vector<std::string> volumes;
+        bool audioEnabled;
+    };
+    const Case cases[] = {
+        {StreamType::Camera, {}, true},
+        {StreamType::Screenshare, {}, true},
+        {StreamType::ExternalScreen, {}, true},
+        {StreamType::Device, {ToText(0.0)}, false},
+        {StreamType::File, {ToText(1.0)}, true},
+        {StreamType::NDI, {ToText(0.0)}, false},
+        {StreamType::DeckLink, {ToText(0.0)}, false},
+        {StreamType::URL, {ToText(1.0)}, true},
+        {StreamType::Elgato, {ToText(0.0)}, false},
+    };
+    for (const Case& expected : cases) {
+        const std::string id = "my-" + std::to_string(static_cast<int>(expected.type));
+        SCOPED_TRACE(id);
+        NameLocalStream(expected.type, id);
         Calls().Clear();
-        ASSERT_NE(view->AddLocalVideoSource(type, "source of " + id), nullptr);
-        const bool withSound = type == StreamType::File || type == StreamType::URL;
-        const auto volumes = Calls().Of("WebRTC_SetLocalStreamsLocalAudioVolume");
-        ASSERT_EQ(volumes.size(), withSound ? 1U : 0U);
-        if (withSound) {
-            EXPECT_EQ(volumes[0].arguments[0], ToText(1.0));
+        ASSERT_NE(view->AddLocalVideoSource(expected.type, "source of " + id), nullptr);
+        std::vector<std::string> volumes;
+        for (const Call& call : Calls().Of("WebRTC_SetLocalStreamsLocalAudioVolume")) {
+            volumes.push_back(call.arguments[0]);
         }
+        EXPECT_EQ(volumes, expected.volumes);
+        EXPECT_EQ(TileOf(id)->audioEnabled, expected.audioEnabled);
+        EXPECT_EQ(TileOf(id)->HasBadge("icons/noaudio.png"), !expected.audioEnabled);
     }
 }
 

@@ -20,17 +20,10 @@ constexpr uint32_t kTwoColor = 0xFF0000FF;
 
 class VideoRoomViewTest : public RoomViewTest {
 protected:
-    [[nodiscard]] Video::VideoFrame* TileOf(const std::string& id) {
-        for (Video::VideoFrame* tile : view->GetThumbnails().GetAllTiles()) {
-            if (tile->GetStreamId() == id) return tile;
-        }
-        return nullptr;
-    }
-    // The camera, which is not kept as a spotlight, and two remote streams.
+    // The camera and two remote streams.
     void FillRoom() {
         Open();
         AddCamera(kCameraColor);
-        view->OnTileClicked(TileOf("me"), false);
         AddRemote("one", kOneColor);
         AddRemote("two", kTwoColor);
         Calls().Clear();

@@ -30,6 +30,8 @@ protected:
         EXPECT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
         window.emplace(320, 240);
         view = std::make_unique<VideoRoomView>(0, HostCallbacks{});
+        // The main video alone.
+        view->GetThumbnails().SetShown(false);
     }
     ~VideoRoomViewWindowTest() override {
         view.reset();

@@ -17,12 +17,13 @@ constexpr Rgb kInk = FromHex(0xFFFFFF);
 constexpr Rgb kPlate = FromHex(0x101418);
 constexpr float kPlateOpacity = 0.55F;
 
-Sprite MakePlate(int width, int height, const Mask* text) {
+Sprite MakePlate(int width, int height, int padding, const Mask* text) {
     Canvas canvas(width, height);
     const auto right = static_cast<float>(canvas.Width());
     const auto bottom = static_cast<float>(canvas.Height());
-    canvas.Fill(RoundedBox(0, 0, right, bottom, 14), kPlate, kPlateOpacity);
-    if (text != nullptr) canvas.FillMask(*text, kPadding, 0, kInk);
+    const float radius = static_cast<float>(padding) * 0.7F;
+    canvas.Fill(RoundedBox(0, 0, right, bottom, radius), kPlate, kPlateOpacity);
+    if (text != nullptr) canvas.FillMask(*text, padding, 0, kInk);
     return canvas.ToSprite();
 }
 
@@ -34,10 +35,11 @@ Sprite MakeGlyph(const Mask& mask, int width) {
 
 }  // namespace
 
-ClipLabel::ClipLabel(const std::string& name) {
-    ClipText text(kTextSize);
+ClipLabel::ClipLabel(const std::string& name, int divisor)
+    : margin(kMargin / divisor), padding(kPadding / divisor) {
+    ClipText text(kTextSize / divisor);
     if (const auto mask = text.Render(name))
-        nameSprite = MakePlate(mask->width + 2 * kPadding, mask->height, &*mask);
+        nameSprite = MakePlate(mask->width + 2 * padding, mask->height, padding, &*mask);
 
     std::array<Mask, 10> masks;
     for (std::size_t digit = 0; digit < masks.size(); ++digit) {
@@ -50,15 +52,15 @@ ClipLabel::ClipLabel(const std::string& name) {
         digits[digit] = MakeGlyph(masks[digit], digitWidth);
     if (const auto mask = text.Render(":")) colon = MakeGlyph(*mask, digitWidth);
     if (const auto mask = text.Render(".")) point = MakeGlyph(*mask, digitWidth);
-    timeGround = MakePlate(kTimeSymbols * digitWidth + 2 * kPadding, masks[0].height, nullptr);
+    timeGround = MakePlate(kTimeSymbols * digitWidth + 2 * padding, masks[0].height, padding, nullptr);
 }
 
 void ClipLabel::Draw(const Planes& target, std::chrono::nanoseconds time) const {
-    nameSprite.Draw(target, kMargin, kMargin);
+    nameSprite.Draw(target, margin, margin);
     if (timeGround.IsEmpty()) return;
-    int left = target.width - kMargin - timeGround.Width();
-    timeGround.Draw(target, left, kMargin);
-    left += kPadding;
+    int left = target.width - margin - timeGround.Width();
+    timeGround.Draw(target, left, margin);
+    left += padding;
     const auto tenths = std::chrono::duration_cast<std::chrono::milliseconds>(time).count() / 100;
     const auto digit = [&](long long value) -> const Sprite& {
         return digits[static_cast<std::size_t>(value % 10)];
@@ -66,7 +68,7 @@ void ClipLabel::Draw(const Planes& target, std::chrono::nanoseconds time) const 
     const long long seconds = tenths / 10;
     for (const Sprite* symbol :
          {&digit(seconds / 60), &colon, &digit(seconds % 60 / 10), &digit(seconds), &point, &digit(tenths)}) {
-        symbol->Draw(target, left, kMargin);
+        symbol->Draw(target, left, margin);
         left += digitWidth;
     }
 }

@@ -12,7 +12,8 @@ namespace Corvanta::Engine {
 
 class ClipLabel final {
 public:
-    explicit ClipLabel(const std::string& name);
+    // divisor: by how much the clip is smaller than its full size.
+    ClipLabel(const std::string& name, int divisor);
 
     // The name at the top left, the time ("1:02.3") at the top right.
     void Draw(const Planes& target, std::chrono::nanoseconds time) const;
@@ -23,6 +24,7 @@ private:
     std::array<Sprite, 10> digits;
     Sprite colon, point;
     int digitWidth = 0;
+    int margin, padding;
 };
 
 }  // namespace Corvanta::Engine

@@ -138,6 +138,22 @@ void Canvas::FillMask(const Mask& mask, int left, int top, const Rgb& color, flo
     }
 }
 
+Canvas Canvas::Reduced(int divisor) const {
+    Canvas reduced((width + divisor - 1) / divisor, (height + divisor - 1) / divisor);
+    const float share = 1.0F / static_cast<float>(divisor * divisor);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const Pixel& pixel = pixels[static_cast<std::size_t>(y * width + x)];
+            Pixel& sum = reduced.pixels[static_cast<std::size_t>(y / divisor * reduced.width + x / divisor)];
+            sum.red += pixel.red * share;
+            sum.green += pixel.green * share;
+            sum.blue += pixel.blue * share;
+            sum.alpha += pixel.alpha * share;
+        }
+    }
+    return reduced;
+}
+
 Sprite Canvas::ToSprite() const {
     Sprite sprite;
     sprite.width = width;

@@ -91,6 +91,8 @@ public:
     void Paint(const std::function<Rgb(float x, float y)>& color);
     void FillMask(const Mask& mask, int left, int top, const Rgb& color, float opacity = 1.0F);
 
+    // The same picture in a width and height that many times smaller.
+    [[nodiscard]] Canvas Reduced(int divisor) const;
     [[nodiscard]] Sprite ToSprite() const;
     // Writes the canvas over a picture of its size, opaque, with the rounding errors spread so that gradients
     // show no steps.

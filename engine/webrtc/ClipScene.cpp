@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <map>
+#include <mutex>
 #include <numbers>
 #include <utility>
 #include <vector>
@@ -16,6 +18,10 @@ namespace {
 
 constexpr float kWidth = kClipWidth;
 constexpr float kHeight = kClipHeight;
+// Measured: 25 clips of full size cost half a core and 210 MB, of half size a quarter and 73 MB; 100 of half
+// size at half the rate cost 0.6 of a core.
+constexpr std::size_t kFewClips = 9;
+constexpr std::size_t kManyClips = 49;
 
 double Seconds(std::chrono::nanoseconds time) {
     return std::chrono::duration<double>(time).count();
@@ -37,22 +43,24 @@ Rgb Mix(const Rgb& from, const Rgb& to, float share) {
 // A whole picture that is painted once and copied under every frame.
 class Ground final {
 public:
-    explicit Ground(const Canvas& canvas) : samples(kClipWidth * kClipHeight * 3 / 2) {
+    explicit Ground(const Canvas& canvas)
+        : width(canvas.Width()),
+          height(canvas.Height()),
+          samples(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3 / 2) {
         canvas.WriteTo(View());
     }
 
     void CopyTo(const Planes& target) const {
         const Planes source = const_cast<Ground*>(this)->View();
-        CopyPlane(source.y, source.strideY, target.y, target.strideY, kClipWidth, kClipHeight);
-        CopyPlane(source.u, source.strideUV, target.u, target.strideUV, kClipWidth / 2, kClipHeight / 2);
-        CopyPlane(source.v, source.strideUV, target.v, target.strideUV, kClipWidth / 2, kClipHeight / 2);
+        CopyPlane(source.y, source.strideY, target.y, target.strideY, width, height);
+        CopyPlane(source.u, source.strideUV, target.u, target.strideUV, width / 2, height / 2);
+        CopyPlane(source.v, source.strideUV, target.v, target.strideUV, width / 2, height / 2);
     }
 
     [[nodiscard]] Planes View() {
-        constexpr std::ptrdiff_t kLuma = std::ptrdiff_t{kClipWidth} * kClipHeight;
-        return {
-            kClipWidth, kClipHeight,   samples.data(), samples.data() + kLuma, samples.data() + kLuma * 5 / 4,
-            kClipWidth, kClipWidth / 2};
+        const std::ptrdiff_t luma = std::ptrdiff_t{width} * height;
+        uint8_t* const first = samples.data();
+        return {width, height, first, first + luma, first + luma * 5 / 4, width, width / 2};
     }
 
 private:
@@ -69,7 +77,22 @@ private:
         }
     }
 
+    int width, height;
     std::vector<uint8_t> samples;
+};
+
+// Paints in the coordinates of a clip of full size, whatever size the target has.
+struct Brush {
+    const Planes& target;
+    int divisor;
+
+    void Draw(const Sprite& sprite, int x, int y) const { sprite.Draw(target, x / divisor, y / divisor); }
+    void DrawCentred(const Sprite& sprite, int x, int y) const {
+        sprite.Draw(target, x / divisor - sprite.Width() / 2, y / divisor - sprite.Height() / 2);
+    }
+    void Box(int left, int top, int right, int bottom, const Yuv& color) const {
+        FillBox(target, left / divisor, top / divisor, right / divisor, bottom / divisor, color);
+    }
 };
 
 struct Look {
@@ -102,11 +125,11 @@ Canvas PaintGround(const Look& look) {
     return canvas;
 }
 
-Sprite PaintOrb(const Look& look, float radius, float opacity) {
+Canvas PaintOrb(const Look& look, float radius, float opacity) {
     const float size = radius * 2 + 40;
     Canvas canvas(static_cast<int>(size), static_cast<int>(size));
     canvas.Fill(Ellipse(size / 2, size / 2, radius, radius), look.glow, opacity, 36);
-    return canvas.ToSprite();
+    return canvas;
 }
 
 // Coordinates of the person, in the sprite's own pixels.
@@ -118,7 +141,7 @@ constexpr float kEyeOffsetX = 42;
 constexpr float kEyeY = kFaceY - 4;
 constexpr float kMouthY = kFaceY + 68;
 
-Sprite PaintPerson(const Look& look) {
+Canvas PaintPerson(const Look& look) {
     Canvas canvas(static_cast<int>(kPersonWidth), static_cast<int>(kPersonHeight));
     const Rgb shade = Mix(look.skin, FromHex(0x7A3B22), 0.30F);
     if (look.hasLongHair) {
@@ -148,57 +171,88 @@ Sprite PaintPerson(const Look& look) {
     if (look.hasGlasses) {
         canvas.Fill(RoundedBox(kFaceX - 10, kEyeY - 5, kFaceX + 10, kEyeY, 2), FromHex(0x20242A));
     }
-    return canvas.ToSprite();
+    return canvas;
 }
 
-Sprite PaintEllipse(float radiusX, float radiusY, const Rgb& color) {
+Canvas PaintEllipse(float radiusX, float radiusY, const Rgb& color) {
     Canvas canvas(static_cast<int>(radiusX * 2 + 4), static_cast<int>(radiusY * 2 + 4));
     canvas.Fill(Ellipse(radiusX + 2, radiusY + 2, radiusX, radiusY), color);
-    return canvas.ToSprite();
+    return canvas;
+}
+
+// What all persons of a look share: most of the time and the memory that a scene costs.
+struct PersonArt {
+    static constexpr std::size_t kMouths = 6;
+
+    PersonArt(const Look& look, int divisor)
+        : ground(PaintGround(look).Reduced(divisor)),
+          largeOrb(PaintOrb(look, 90, 0.20F).Reduced(divisor).ToSprite()),
+          smallOrb(PaintOrb(look, 46, 0.26F).Reduced(divisor).ToSprite()),
+          person(PaintPerson(look).Reduced(divisor).ToSprite()),
+          openEye(PaintEllipse(8, 10, FromHex(0x2A1E1C)).Reduced(divisor).ToSprite()),
+          closedEye(PaintEllipse(9, 2, FromHex(0x2A1E1C)).Reduced(divisor).ToSprite()) {
+        for (std::size_t step = 0; step < mouths.size(); ++step) {
+            const auto opening = static_cast<float>(step);
+            const Canvas mouth = PaintEllipse(26 - opening * 1.5F, 3 + opening * 4, FromHex(0x8E3B3B));
+            mouths[step] = mouth.Reduced(divisor).ToSprite();
+        }
+    }
+
+    const Ground ground;
+    const Sprite largeOrb, smallOrb, person, openEye, closedEye;
+    std::array<Sprite, kMouths> mouths;
+};
+
+// Shared while anybody of that look is there. Any thread.
+std::shared_ptr<const PersonArt> ArtOf(const Look& look, int divisor) {
+    static std::mutex mutex;
+    static std::map<std::pair<const Look*, int>, std::weak_ptr<const PersonArt>> known;
+    const std::lock_guard lock(mutex);
+    std::weak_ptr<const PersonArt>& entry = known[{&look, divisor}];
+    auto art = entry.lock();
+    if (!art) {
+        art = std::make_shared<const PersonArt>(look, divisor);
+        entry = art;
+    }
+    return art;
 }
 
 class PersonScene final : public ClipScene {
 public:
-    PersonScene(const std::string& name, std::size_t lookIndex, const SpeakingTurn& speakingTurn)
-        : look(kLooks[lookIndex % kLooks.size()]),
+    PersonScene(const std::string& name, std::size_t lookIndex, const SpeakingTurn& speakingTurn,
+                const ClipFormat& clipFormat)
+        : ClipScene(clipFormat),
+          look(kLooks[lookIndex % kLooks.size()]),
           phase(static_cast<double>(lookIndex) * 0.27),
           turn(speakingTurn),
-          label(name),
-          ground(PaintGround(look)),
-          largeOrb(PaintOrb(look, 90, 0.20F)),
-          smallOrb(PaintOrb(look, 46, 0.26F)),
-          person(PaintPerson(look)),
-          openEye(PaintEllipse(8, 10, FromHex(0x2A1E1C))),
-          closedEye(PaintEllipse(9, 2, FromHex(0x2A1E1C))),
-          accent(ToYuv(look.accent)) {
-        for (std::size_t step = 0; step < mouths.size(); ++step) {
-            const auto opening = static_cast<float>(step);
-            mouths[step] = PaintEllipse(26 - opening * 1.5F, 3 + opening * 4, FromHex(0x8E3B3B));
-        }
-    }
+          divisor(kClipWidth / clipFormat.width),
+          label(name, divisor),
+          art(ArtOf(look, divisor)),
+          accent(ToYuv(look.accent)) {}
 
     void Draw(std::chrono::nanoseconds time, const Planes& target) const override {
         const double seconds = Seconds(time);
-        ground.CopyTo(target);
-        largeOrb.Draw(target, Round(170 + 120 * Wave(seconds, 11, phase)),
-                      Round(250 + 150 * Wave(seconds, 7, phase + 0.2)));
-        smallOrb.Draw(target, Round(1040 + 110 * Wave(seconds, 8, phase)),
-                      Round(220 + 130 * Wave(seconds, 5, phase)));
+        const Brush brush{target, divisor};
+        art->ground.CopyTo(target);
+        brush.Draw(art->largeOrb, Round(170 + 120 * Wave(seconds, 11, phase)),
+                   Round(250 + 150 * Wave(seconds, 7, phase + 0.2)));
+        brush.Draw(art->smallOrb, Round(1040 + 110 * Wave(seconds, 8, phase)),
+                   Round(220 + 130 * Wave(seconds, 5, phase)));
 
         const double loudness = Loudness(time);
         const int left = Round((kWidth - kPersonWidth) / 2 + 22 * Wave(seconds, 4.6, phase));
         const int top = Round(96 + 9 * Wave(seconds, 3.1, phase) - 8 * loudness / kFullVoice);
-        person.Draw(target, left, top);
+        brush.Draw(art->person, left, top);
         // Everybody blinks now and then, at a rhythm of one's own.
         const bool blinks = std::fmod(seconds + phase * 7, 3.4) < 0.14;
         for (const float side : {-1.0F, 1.0F}) {
-            DrawCentred(blinks ? closedEye : openEye, target, left + Round(kFaceX + side * kEyeOffsetX),
-                        top + Round(kEyeY));
+            brush.DrawCentred(blinks ? art->closedEye : art->openEye,
+                              left + Round(kFaceX + side * kEyeOffsetX), top + Round(kEyeY));
         }
-        const auto widest = static_cast<double>(mouths.size() - 1);
+        const auto widest = static_cast<double>(art->mouths.size() - 1);
         const auto mouth = static_cast<std::size_t>(std::clamp(loudness / kFullVoice * widest, 0.0, widest));
-        DrawCentred(mouths[mouth], target, left + Round(kFaceX), top + Round(kMouthY));
-        if (loudness > 0) DrawVoice(target, seconds, loudness);
+        brush.DrawCentred(art->mouths[mouth], left + Round(kFaceX), top + Round(kMouthY));
+        if (loudness > 0) DrawVoice(brush, seconds, loudness);
         label.Draw(target, time);
     }
 
@@ -218,14 +272,9 @@ public:
 private:
     static constexpr std::chrono::seconds kTurn{4};
     static constexpr double kFullVoice = 0.16;
-    static constexpr std::size_t kMouths = 6;
-
-    static void DrawCentred(const Sprite& sprite, const Planes& target, int x, int y) {
-        sprite.Draw(target, x - sprite.Width() / 2, y - sprite.Height() / 2);
-    }
 
     // Bars that dance with the voice.
-    void DrawVoice(const Planes& target, double seconds, double loudness) const {
+    void DrawVoice(const Brush& brush, double seconds, double loudness) const {
         constexpr int kBars = 5;
         constexpr int kBarWidth = 8;
         constexpr int kBarGap = 6;
@@ -235,26 +284,26 @@ private:
             const double share = 0.55 + 0.45 * Wave(seconds, 0.37, bar * 0.31);
             const int half = 3 + Round(24 * share * loudness / kFullVoice);
             const int left = kLeft + bar * (kBarWidth + kBarGap);
-            FillBox(target, left, kMiddle - half, left + kBarWidth, kMiddle + half, accent);
+            brush.Box(left, kMiddle - half, left + kBarWidth, kMiddle + half, accent);
         }
     }
 
     const Look& look;
     const double phase;
     const SpeakingTurn turn;
+    const int divisor;
     const ClipLabel label;
-    const Ground ground;
-    const Sprite largeOrb, smallOrb, person, openEye, closedEye;
-    std::array<Sprite, kMouths> mouths;
+    const std::shared_ptr<const PersonArt> art;
     const Yuv accent;
 };
 
 class TestScene final : public ClipScene {
 public:
     explicit TestScene(const std::string& name)
-        : label(name),
+        : ClipScene({}),
+          label(name, 1),
           ground(Canvas(kClipWidth, kClipHeight)),
-          ball(PaintEllipse(46, 46, FromHex(0xF6F6F6))) {
+          ball(PaintEllipse(46, 46, FromHex(0xF6F6F6)).ToSprite()) {
         const Planes view = ground.View();
         for (std::size_t bar = 0; bar < kBars.size(); ++bar) {
             const auto left = static_cast<int>(bar * kClipWidth / kBars.size());
@@ -299,9 +348,14 @@ private:
 
 }  // namespace
 
+ClipFormat ClipFormatFor(std::size_t clips) {
+    if (clips <= kFewClips) return {};
+    return {kClipWidth / 2, kClipHeight / 2, clips <= kManyClips ? kClipFrameRate : kClipFrameRate / 2};
+}
+
 std::unique_ptr<ClipScene> MakePersonScene(const std::string& name, std::size_t look,
-                                           const SpeakingTurn& turn) {
-    return std::make_unique<PersonScene>(name, look, turn);
+                                           const SpeakingTurn& turn, const ClipFormat& format) {
+    return std::make_unique<PersonScene>(name, look, turn, format);
 }
 
 std::unique_ptr<ClipScene> MakeTestScene(const std::string& name) {

@@ -1,5 +1,6 @@
 // What a generated clip shows and sounds like at a moment: a drawn person who talks in turns with the others,
-// or the test picture. Made once, which takes some 100 ms; afterwards only read, on any thread.
+// or the test picture. Made once, which takes some 100 ms for the first of a look; afterwards only read, on
+// any thread.
 #pragma once
 
 #include <chrono>
@@ -15,6 +16,18 @@ constexpr int kClipWidth = 1280;
 constexpr int kClipHeight = 720;
 constexpr int kClipFrameRate = 30;
 
+// How finely and how often a clip is drawn. The sides are the full ones over a whole number.
+struct ClipFormat {
+    int width = kClipWidth;
+    int height = kClipHeight;
+    int frameRate = kClipFrameRate;
+
+    bool operator==(const ClipFormat&) const = default;
+};
+
+// What a machine of two cores can draw beside everything else when there are that many clips.
+[[nodiscard]] ClipFormat ClipFormatFor(std::size_t clips);
+
 // Whose turn it is to speak among the generated persons of a room.
 struct SpeakingTurn {
     std::size_t index = 0;
@@ -25,7 +38,9 @@ class ClipScene {
 public:
     virtual ~ClipScene() = default;
 
-    // Draws the picture of that moment over all of `target`, which is kClipWidth x kClipHeight.
+    [[nodiscard]] const ClipFormat& Format() const { return format; }
+
+    // Draws the picture of that moment over all of `target`, which has the format's size.
     virtual void Draw(std::chrono::nanoseconds time, const Planes& target) const = 0;
     // Loudness of the clip's tone at that moment, 0 to 1 of full scale, and its pitch.
     [[nodiscard]] virtual double Loudness(std::chrono::nanoseconds time) const = 0;
@@ -35,12 +50,16 @@ public:
     ClipScene& operator=(const ClipScene&) = delete;
 
 protected:
-    ClipScene() = default;
+    explicit ClipScene(const ClipFormat& clipFormat) : format(clipFormat) {}
+
+private:
+    const ClipFormat format;
 };
 
 // A person in front of a soft ground. `look` chooses one of the looks, which repeat.
 [[nodiscard]] std::unique_ptr<ClipScene> MakePersonScene(const std::string& name, std::size_t look,
-                                                         const SpeakingTurn& turn);
+                                                         const SpeakingTurn& turn,
+                                                         const ClipFormat& format = {});
 // Colour bars at 75 % (ITU-R BT.1729 order, BT.709 values), with a ball that moves over them and the running
 // time.
 [[nodiscard]] std::unique_ptr<ClipScene> MakeTestScene(const std::string& name);

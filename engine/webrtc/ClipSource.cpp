@@ -22,8 +22,8 @@ constexpr GstClockTime kTooLate = 200 * GST_MSECOND;
 // A voice-like mixture of the first partials.
 constexpr double kPartials[] = {0.6, 0.28, 0.12};
 
-GstClockTime PictureTime(guint64 index) {
-    return gst_util_uint64_scale(index, GST_SECOND, kClipFrameRate);
+GstClockTime PictureTime(guint64 index, int frameRate) {
+    return gst_util_uint64_scale(index, GST_SECOND, static_cast<guint64>(frameRate));
 }
 
 // Zero before the element plays; on its way there it has a clock already, but no start to count from.
@@ -45,9 +45,10 @@ GstOwned<GstElement> MakeSource(const GstCaps* caps) {
 }  // namespace
 
 ClipSource::ClipSource(std::unique_ptr<const ClipScene> shownScene) : scene(std::move(shownScene)) {
+    const ClipFormat& format = scene->Format();
     pictureCaps.reset(gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "I420", "width", G_TYPE_INT,
-                                          kClipWidth, "height", G_TYPE_INT, kClipHeight, "framerate",
-                                          GST_TYPE_FRACTION, kClipFrameRate, 1, "pixel-aspect-ratio",
+                                          format.width, "height", G_TYPE_INT, format.height, "framerate",
+                                          GST_TYPE_FRACTION, format.frameRate, 1, "pixel-aspect-ratio",
                                           GST_TYPE_FRACTION, 1, 1, "colorimetry", G_TYPE_STRING, "bt709",
                                           "interlace-mode", G_TYPE_STRING, "progressive", nullptr));
     const GstOwned<GstCaps> soundCaps(gst_caps_new_simple(
@@ -59,7 +60,8 @@ ClipSource::ClipSource(std::unique_ptr<const ClipScene> shownScene) : scene(std:
 
     pool.reset(gst_video_buffer_pool_new());
     GstStructure* config = gst_buffer_pool_get_config(pool.get());
-    gst_buffer_pool_config_set_params(config, pictureCaps.get(), kClipWidth * kClipHeight * 3 / 2, 0, 0);
+    gst_buffer_pool_config_set_params(config, pictureCaps.get(),
+                                      static_cast<guint>(format.width * format.height * 3 / 2), 0, 0);
     gst_buffer_pool_set_config(pool.get(), config);
     gst_buffer_pool_set_active(pool.get(), TRUE);
 
@@ -80,25 +82,27 @@ ClipSource::~ClipSource() {
 }
 
 void ClipSource::PushPicture() {
+    const auto [width, height, frameRate] = scene->Format();
     const GstClockTime now = RunningTime(video.get());
-    if (now > PictureTime(nextPicture) + kTooLate) {
-        nextPicture = gst_util_uint64_scale(now, kClipFrameRate, GST_SECOND);
+    if (now > PictureTime(nextPicture, frameRate) + kTooLate) {
+        nextPicture = gst_util_uint64_scale(now, static_cast<guint64>(frameRate), GST_SECOND);
     }
     GstBuffer* buffer = nullptr;
     if (gst_buffer_pool_acquire_buffer(pool.get(), &buffer, nullptr) != GST_FLOW_OK) return;
     GstVideoInfo info;
-    gst_video_info_set_format(&info, GST_VIDEO_FORMAT_I420, kClipWidth, kClipHeight);
-    const GstClockTime time = PictureTime(nextPicture++);
+    gst_video_info_set_format(&info, GST_VIDEO_FORMAT_I420, static_cast<guint>(width),
+                              static_cast<guint>(height));
+    const GstClockTime time = PictureTime(nextPicture++, frameRate);
     GstVideoFrame frame;
     if (gst_video_frame_map(&frame, &info, buffer, GST_MAP_WRITE) != FALSE) {
         const auto plane = [&](guint index) { return static_cast<uint8_t*>(frame.data[index]); };
-        scene->Draw(std::chrono::nanoseconds(startNs + static_cast<int64_t>(time)),
-                    {kClipWidth, kClipHeight, plane(0), plane(1), plane(2), frame.info.stride[0],
-                     frame.info.stride[1]});
+        scene->Draw(
+            std::chrono::nanoseconds(startNs + static_cast<int64_t>(time)),
+            {width, height, plane(0), plane(1), plane(2), frame.info.stride[0], frame.info.stride[1]});
         gst_video_frame_unmap(&frame);
     }
     GST_BUFFER_PTS(buffer) = time;
-    GST_BUFFER_DURATION(buffer) = PictureTime(nextPicture) - time;
+    GST_BUFFER_DURATION(buffer) = PictureTime(nextPicture, frameRate) - time;
     gst_app_src_push_buffer(GST_APP_SRC(video.get()), buffer);
 }
 

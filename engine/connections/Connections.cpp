@@ -89,6 +89,14 @@ void Connections_ConfigureStream(
     room->ApplyVolume(participant);
 }
 
+void Connections_MuteParticipant(const std::string& streamId) {
+    const auto room = Room::Current();
+    const auto participant = room ? room->Find(streamId) : nullptr;
+    if (!participant) return;
+    participant->muted = true;
+    room->ApplyVolume(participant);
+}
+
 void Connections_SetParticipantJoinedCallback(std::function<void()> callback) {
     ConnectionCallbacks::Get().participantJoined.Set(std::move(callback));
 }

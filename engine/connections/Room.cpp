@@ -171,7 +171,7 @@ void Room::OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, con
                               },
                           .loudness =
                               [this, self](double meanSquare) {
-                                  speaker.ReportLoudness(self->index, self->audioPublished ? meanSquare : 0.0,
+                                  speaker.ReportLoudness(self->index, self->Speaks() ? meanSquare : 0.0,
                                                          std::chrono::steady_clock::now());
                               },
                           .withoutPicture = [self] { self->hasNoPicture = true; },

@@ -25,7 +25,9 @@ public:
     }
 
     // The linear volume with which the sound is heard, by everything but the group's factor.
-    [[nodiscard]] double Volume() const { return audioEnabled && audioPublished ? volume.load() : 0.0; }
+    [[nodiscard]] double Volume() const { return audioEnabled && Speaks() ? volume.load() : 0.0; }
+    // Whether any sound comes from it.
+    [[nodiscard]] bool Speaks() const { return audioPublished && !muted; }
 
     const std::size_t index;
     const std::string id;
@@ -34,6 +36,8 @@ public:
 
     // Switched by this listener, and for all.
     std::atomic<bool> audioEnabled = true, audioPublished = true;
+    // By a host of the room; nobody here switches the microphone on again.
+    std::atomic<bool> muted = false;
     std::atomic<bool> videoEnabled = true, videoPublished = true;
     std::atomic<double> volume = 1.0;
     std::atomic<bool> isExternalSource = false;

@@ -106,3 +106,10 @@ void MediaManager_RegisterCallback(const std::string& sourceId, Corvanta::FrameC
 void MediaManager_UnregisterCallback(const std::string& sourceId, Corvanta::FrameCallback* sink) {
     if (const auto participant = Find(sourceId)) participant->sinks.Remove(sink);
 }
+
+// The embedded room captures nothing.
+std::string MediaManager_IsLocalVideoSourceRunning(int32_t) {
+    return {};
+}
+
+void MediaManager_StopLocalVideoSource(const std::string&) {}

@@ -5,22 +5,28 @@
 #include <cmath>
 #include <utility>
 
+#include "engine/EngineSettings.h"
 #include "engine/common/GuardedCallback.h"
 #include "engine/connections/Room.h"
 #include "engine/connections/TrackSettings.h"
+#include "engine/webrtc/AudioSink.h"
 #include "engine/webrtc/ConnectionStatsFeed.h"
 #include "engine/webrtc/GstSupport.h"
 #include "platform/Logger.h"
 
 namespace {
 
+using Corvanta::Engine::CurrentOptions;
 using Corvanta::Engine::GuardedCallback;
+using Corvanta::Engine::HasSoundDevice;
 using Corvanta::Engine::Room;
 using Corvanta::Engine::RoomParticipant;
+using Corvanta::Engine::SoundOutput;
 using Corvanta::Engine::TrackSettings;
 
 // Enough for a camera's 1280x720 at 30 pictures a second.
 constexpr uint32_t kCameraTargetBitrate = 2'500'000;
+constexpr int32_t kNoCamera = -1;
 
 struct EngineCallbacks {
     static EngineCallbacks& Get() {
@@ -65,6 +71,23 @@ void WebRTC_Terminate() {
 
 // The embedded room captures nothing.
 void WebRTC_StopAllLocalVideoCaptures() {}
+
+// Each clip opens the speaker for itself, and nothing is captured.
+void WebRTC_ADMStart() {}
+
+bool WebRTC_MicIsNone() {
+    return true;
+}
+
+bool WebRTC_SpeakerIsNone() {
+    return CurrentOptions().soundOutput == SoundOutput::Silent || !HasSoundDevice();
+}
+
+int32_t WebRTC_GetVideoCaptureIndex(void*, void*, void*, void*) {
+    return kNoCamera;
+}
+
+void WebRTC_SetLocalCameraProperties(int32_t, int32_t, int32_t, int32_t) {}
 
 uint32_t WebRTC_GetLocalCameraTargetBitrate() {
     return kCameraTargetBitrate;

@@ -257,7 +257,8 @@ private:
     UI::MicrophoneController microphone_;
     VideoAdaptation adaptation_;
     Video::HdrMetadataSender hdrMetadata_;
-    SDL_Point lastPointer_{0, 0};
+    // Outside until the host has moved it.
+    SDL_Point lastPointer_{-1, -1};
     std::unique_ptr<Video::ThumbnailsView> detachedView_;
     std::atomic<bool> detached_{false};
     // Shown as main video while detached; mainTile_ or spotlightTile_, or both, point at it.

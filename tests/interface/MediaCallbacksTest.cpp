@@ -1,6 +1,7 @@
 // How the media layers reach the room.
 #include "tests/fake_platform/TestFrames.h"
 #include "tests/interface/RoomTest.h"
+#include "tests/video/Eventually.h"
 
 namespace Corvanta::Testing {
 namespace {
@@ -184,9 +185,12 @@ TEST_F(MediaTest, LetsTheMediaManagerCallALentSinkWhenItsTileHasGone) {
     Fake().callbacks.connectionStatusUpdate("me", true);
     const std::weak_ptr<FrameCallback> sink = Interface::CurrentView()->GetLocalCameraSink();
     Fake().RemoveLocalSource(kCameraSource);
-    SDL_VideoRoomCheckInputAndRender();
-    // One owner is the function that the media manager was offered.
-    EXPECT_EQ(sink.use_count(), 2);
+    // One owner is the function that the media manager was offered. The tile goes with the tick that finds
+    // its worker at rest.
+    EXPECT_TRUE(Eventually([&] {
+        SDL_VideoRoomCheckInputAndRender();
+        return sink.use_count() == 2;
+    }));
     EXPECT_EQ(Fake().Deliver(kCameraSource, MakeFrame()), 1U);
     SDLinterface_GlobalQuit();
     EXPECT_EQ(sink.use_count(), 1);

@@ -196,6 +196,7 @@ TEST_F(RecordingEntryTest, ResetsTheViewBeforeItEndsTheConnection) {
     Fake().Set([](FakeResults& results) { results.endRecordingResult = 5; });
     InitView();
     Connect();
+    SDLinterface_SlideThumbnails(false, false);
     Fake().OfferRemoteSource("a");
     SDLinterface_VideoRoomUpdateActiveSpeaker("a");
     SDL_VideoRoomCheckInputAndRender();

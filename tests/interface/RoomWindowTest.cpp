@@ -45,7 +45,10 @@ protected:
         }
         return false;
     }
+    // It is higher than this window.
+    static void HideStrip() { SDLinterface_SlideThumbnails(false, false); }
     static void ShowTeal() {
+        HideStrip();
         Fake().OfferRemoteSource("a");
         SDLinterface_VideoRoomUpdateActiveSpeaker("a");
         Fake().Deliver(
@@ -113,6 +116,7 @@ TEST_F(RoomWindowTest, LeavesTheHostsWindowWhenItEnds) {
 TEST_F(RoomWindowTest, PlaysARecordingOnTheHostsWindow) {
     ASSERT_EQ(SDLinterface_RecordingViewInit(host_->Handle(), kWidth, kHeight, nullptr), 1);
     ASSERT_EQ(SDLinterface_ConnectToRecording(nullptr, nullptr, "title", 1000.0, nullptr), 2);
+    HideStrip();
     Fake().OfferRemoteSource("a");
     Fake().RecordingCallbacks().activeStreams({"a"});
     SDLinterface_VideoRoomUpdateActiveSpeaker("a");

@@ -1,13 +1,29 @@
 // The tick is on the host's render path.
+#include <filesystem>
+#include <string>
+
 #include "tests/fake_platform/AllocationCounter.h"
 #include "tests/interface/RoomTest.h"
+#include "tests/ui/WorkingFolder.h"
 
 namespace Corvanta::Testing {
 namespace {
 
 class TickAllocationTest : public RoomTest {
 protected:
-    TickAllocationTest() { Calls().SetRecording(false); }
+    TickAllocationTest() {
+        // What is missing is looked for in every drawing.
+        for (const char* icon :
+             {"connection-strength", "equalizer", "noCamBackground", "nameBackgroundLeft", "nameBackgroundMiddle",
+              "nameBackgroundRight", "thumbnail-background", "thumbnail-panel-close"}) {
+            folder_.AddPicture(std::string("icons/") + icon + ".png", 4, 4, 0xFF0000FF);
+        }
+        const std::filesystem::path font = CORVANTA_TEST_FONT;
+        for (const char* name : {"FKGrotesk-Regular", "FKGrotesk-Bolder", "FKGroteskMono-Regular"}) {
+            folder_.AddFile(std::string("fonts/") + name + ".ttf", font);
+        }
+        Calls().SetRecording(false);
+    }
 
     static size_t AllocationsOf(int ticks, int64_t milliseconds) {
         AllocationCounter::Start();
@@ -17,6 +33,9 @@ protected:
         }
         return AllocationCounter::Stop();
     }
+
+private:
+    WorkingFolder folder_;
 };
 
 TEST_F(TickAllocationTest, AllocatesNothingInAnEmptyRoom) {

@@ -63,7 +63,8 @@ public:
         EXPECT_TRUE(dropped_);
     }
     ~OrdinaryUser() {
-        if (dropped_) EXPECT_EQ(::setresuid(0, 0, 0), 0);
+        if (!dropped_) return;
+        EXPECT_EQ(::setresuid(0, 0, 0), 0);
     }
     OrdinaryUser(const OrdinaryUser&) = delete;
     OrdinaryUser& operator=(const OrdinaryUser&) = delete;

@@ -268,16 +268,16 @@ std::vector<std::unique_ptr<Video::VideoFrame>> VideoRoomView::TakeAllTiles() {
 }
 
 void VideoRoomView::BuryDepartedTiles() {
-    std::vector<std::unique_ptr<Video::VideoFrame>> atRest;
+    std::vector<std::unique_ptr<Video::VideoFrame>> tiles;
     {
         const std::scoped_lock lock(departedMutex_);
-        const auto end = std::partition(departedTiles_.begin(), departedTiles_.end(), [](const auto& tile) {
-            tile->ReleaseGraphics();
-            return !tile->IsAtRest();
-        });
-        std::move(end, departedTiles_.end(), std::back_inserter(atRest));
-        departedTiles_.erase(end, departedTiles_.end());
+        tiles.swap(departedTiles_);
     }
+    for (const auto& tile : tiles) tile->ReleaseGraphics();
+    const auto busy =
+        std::partition(tiles.begin(), tiles.end(), [](const auto& tile) { return tile->IsAtRest(); });
+    const std::scoped_lock lock(departedMutex_);
+    std::move(busy, tiles.end(), std::back_inserter(departedTiles_));
 }
 
 }  // namespace Corvanta::Room

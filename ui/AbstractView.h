@@ -49,8 +49,8 @@ public:
     [[nodiscard]] int GetHeight() const { return height_; }
     [[nodiscard]] float GetAspectRatio() const { return aspectRatio_; }
     [[nodiscard]] bool IsInitialised() const { return initialised_.load(); }
-    // Asked once before each drawing: false when there is no window, or none that can still be drawn on because
-    // the host has destroyed it. Host thread.
+    // Asked once before each drawing: false when there is no window, or none that can still be drawn on
+    // because the host has destroyed it. Host thread.
     [[nodiscard]] bool CanDraw() const;
 
     // SDL's id of the window for events; -1 without a window.

@@ -45,7 +45,7 @@ public:
     // Calls the function, which must not be empty: else std::bad_function_call. True.
     bool OnClick() override;
     // Byte for byte.
-    [[nodiscard]] virtual bool MatchesLabel(std::string text) const { return text == label_; }
+    [[nodiscard]] virtual bool MatchesLabel(const std::string& text) const { return text == label_; }
     // Draws icon and label; rect is in place.
     virtual void RenderContent(SDL_Renderer* renderer, SDL_Point centre);
 

@@ -48,7 +48,8 @@ public:
     Button* AddButton(const std::string& iconName, const std::string& label, std::function<void()> onClick);
     ToggleButton* AddToggleButton(ToggleOptions options);
     Divider* AddDivider();
-    // Borrowed; null is ignored. An item that is there already stays where it is; index is at most the number of items.
+    // Borrowed; null is ignored. An item that is there already stays where it is; index is at most the number
+    // of items.
     void InsertItem(Button* item, size_t index);
     void RemoveItem(Button* item);
     // A second list, kept for the owner.

@@ -9,9 +9,9 @@ namespace Corvanta::UI {
 // garbage size, on which some drivers crash. True where the running video driver gives no way to ask.
 [[nodiscard]] bool IsNativeWindow(void* handle);
 
-// False once the host has destroyed the window that SDL draws on with OpenGL: its drivers then read a size that
-// nobody gave them, and crash. It costs an exchange with the display, so other windows, which the tolerance
-// below is enough for, count as there.
+// False once the host has destroyed the window that SDL draws on with OpenGL: its drivers then read a size
+// that nobody gave them, and crash. It costs an exchange with the display, so other windows, which the
+// tolerance below is enough for, count as there.
 [[nodiscard]] bool MayDrawOn(SDL_Window* window);
 
 // Makes drawing on a window that its host has already destroyed a logged failure instead of the end of the

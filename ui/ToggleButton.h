@@ -35,7 +35,9 @@ public:
     // function raises std::bad_function_call, after the flip. True.
     bool OnClick() override;
     // Compares with the off label, whatever the state.
-    [[nodiscard]] bool MatchesLabel(std::string text) const override { return text == options_.offLabel; }
+    [[nodiscard]] bool MatchesLabel(const std::string& text) const override {
+        return text == options_.offLabel;
+    }
     void RenderContent(SDL_Renderer* renderer, SDL_Point centre) override;
     void SetLoaded(bool loaded) override;
     void ReleaseTextures() override;

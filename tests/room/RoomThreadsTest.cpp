@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
 #include <vector>
@@ -17,9 +18,9 @@ using namespace Corvanta::Testing;
 class RoomThreadsTest : public RoomViewTest {
 protected:
     // Streams come, send and go, messages and status changes arrive, until ended is set.
-    void StartPeers() {
+    void StartPeers(int count = 3) {
         Calls().SetRecording(false);
-        for (int peer = 0; peer < 3; ++peer) {
+        for (int peer = 0; peer < count; ++peer) {
             peers_.emplace_back([this, peer] {
                 const std::string id = "peer " + std::to_string(peer);
                 while (!ended_.load()) {
@@ -64,6 +65,36 @@ protected:
             }
         });
     }
+    // The host's commands about single streams, which may come from any thread of its own.
+    void StartCommands() {
+        peers_.emplace_back([this] {
+            for (int i = 0; !ended_.load(); ++i) {
+                const std::string id = "peer " + std::to_string(i % 4);
+                view->SetStreamSpotlight(id, i % 3 == 0);
+                view->SetStreamVideoEnabled(id, i % 2 == 0);
+                view->SetStreamSoundToggle(id, i % 2 == 0);
+                view->SetSpeakerNone(i % 5 == 0);
+                view->SetMicNone(i % 7 == 0);
+                view->OnCaptureChanged(i % 2);
+                (void)view->GetCaptureIndex();
+                (void)Fake().Deliver("peer 0", MakeFrame({.width = 8, .height = 8}));
+                ++rounds_;
+            }
+        });
+    }
+    // A press in the strip, a drag over the next tile and its end.
+    void PushDrag(int step) {
+        SDL_Event event;
+        SDL_zero(event);
+        event.window.windowID = static_cast<Uint32>(view->GetSdlWindowId());
+        event.type = SDL_MOUSEMOTION;
+        event.motion.x = 100 + step % 8 * 40;
+        event.motion.y = 80;
+        SDL_PushEvent(&event);
+        if (step % 8 != 2 && step % 8 != 7) return;
+        event.type = step % 8 == 2 ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP;
+        SDL_PushEvent(&event);
+    }
     [[nodiscard]] bool WaitForRounds(int count) {
         const int until = rounds_.load() + count;
         return Eventually([&] { return rounds_.load() >= until; });
@@ -95,6 +126,47 @@ TEST_F(RoomThreadsTest, StreamsComeAndGoWhileTheHostTicksAndSwitches) {
     view->Tick();
     EXPECT_EQ(Sdl().LiveTextures(), 0U);
     EXPECT_TRUE(view->GetThumbnails().GetAllTiles().empty());
+}
+
+TEST_F(RoomThreadsTest, TheWallComesAndGoesWhileStreamsDo) {
+    constexpr int kRounds = 2000;
+    constexpr std::chrono::seconds kLongest{20};
+    OpenWithWall();
+    Fake().Set([](FakeResults& results) {
+        results.runningLocalSources = {{0, "camera"}, {1, "other"}};
+        results.externalSources.insert("peer 1");
+    });
+    StartPeers(5);
+    StartCommands();
+    int wallWindow = 0;
+    const auto end = std::chrono::steady_clock::now() + kLongest;
+    for (int i = 0; rounds_.load() < kRounds && std::chrono::steady_clock::now() < end; ++i) {
+        if (i % 30 == 10) {
+            EXPECT_EQ(view->CreateDetachedView(&wallWindow, 500, 300), 1);
+        }
+        if (i % 30 == 25) view->LeaveDetachedLayout();
+        if (i % 7 == 0) view->SetDetachedLayout(i % 3);
+        if (i % 11 == 0) view->SetWindowScale(i % 2 == 0 ? 0.5F : 1.0F);
+        if (view->GetDetachedView() != nullptr && i % 5 == 0) {
+            view->GetDetachedView()->SetWindowScale(i % 2 == 0 ? 0.5F : 1.0F);
+        }
+        if (i % 13 == 0) view->SlideThumbnails(i % 2 == 0, i % 3 == 0);
+        PushDrag(i);
+        view->Tick();
+        view->TickDetachedView();
+    }
+    EndPeers();
+    view->LeaveDetachedLayout();
+    view->Tick();
+    // No second tile is left; the camera's own sink stays lent to its source.
+    for (const auto& [source, sink] : Fake().RegisteredSinks()) EXPECT_FALSE(source.starts_with("peer"));
+    for (const Video::VideoFrame* tile : view->GetThumbnails().GetAllTiles()) {
+        EXPECT_EQ(tile->GetStreamId(), "me");
+    }
+    view->Shutdown();
+    EXPECT_EQ(Sdl().LiveTextures(), 0U);
+    EXPECT_EQ(Sdl().LiveWindows(), 0U);
+    EXPECT_EQ(Fake().TransformersCreated(), Fake().TransformersDeleted());
 }
 
 TEST_F(RoomThreadsTest, StreamsComeWhileTheWindowIsStillBeingMade) {

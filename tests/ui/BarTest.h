@@ -28,15 +28,16 @@ protected:
     }
     // Without a label, so that it keeps its width of a third of the bar's height.
     static UI::ToggleButton* AddToggle(
-        UI::ButtonBar& bar, UI::BarGroup group, std::function<void()> onClick = [] {}) {
+        UI::ButtonBar& bar, UI::BarGroup group, const std::function<void()>& onClick = [] {}) {
         return bar.AddToggleButton({.offIconName = kSomeIcon,
                                     .onIconName = kSomeIcon,
                                     .onToggledOn = onClick,
-                                    .onToggledOff = std::move(onClick)},
+                                    .onToggledOff = onClick},
                                    group);
     }
     static std::vector<UI::ToggleButton*> AddToggles(UI::ButtonBar& bar, UI::BarGroup group, int count) {
         std::vector<UI::ToggleButton*> added;
+        added.reserve(static_cast<size_t>(count));
         for (int i = 0; i < count; ++i) added.push_back(AddToggle(bar, group));
         return added;
     }
@@ -48,6 +49,7 @@ protected:
     template <typename Element>
     static std::vector<SDL_Point> Middles(const std::vector<Element*>& buttons) {
         std::vector<SDL_Point> points;
+        points.reserve(buttons.size());
         for (const Element* button : buttons) points.push_back(CentreOf(*button));
         return points;
     }

@@ -220,9 +220,8 @@ TEST_F(ButtonBarClickTest, LetsAClickTakeItsButtonOutOfTheRightGroup) {
 
 TEST_F(ButtonBarClickTest, ShowsTheMouseToTheCompactSetAloneOnceItIsCompact) {
     const auto bar = MakeBar();
-    const std::vector<ToggleButton*> grouped = {AddToggle(*bar, BarGroup::Left),
-                                                AddToggle(*bar, BarGroup::Centre),
-                                                AddToggle(*bar, BarGroup::Right)};
+    const std::vector<ToggleButton*> grouped = {
+        AddToggle(*bar, BarGroup::Left), AddToggle(*bar, BarGroup::Centre), AddToggle(*bar, BarGroup::Right)};
     TextButton* const text = bar->SetTextButton("Text", [] {});
     Draw(*bar);
     Draw(*bar);

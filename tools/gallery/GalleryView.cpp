@@ -52,6 +52,7 @@ void GalleryView::Render() {
 }
 
 SDL_Point GalleryView::ToSheet(SDL_Point point) const {
+    if (point.x == kOutside.x && point.y == kOutside.y) return kOutside;
     return {static_cast<int>(static_cast<float>(point.x) / sheetScale_),
             static_cast<int>(static_cast<float>(point.y) / sheetScale_) + scroll_};
 }
@@ -61,16 +62,12 @@ void GalleryView::ProcessInput() {
     while (SDL_PollEvent(&event) != 0) {
         if (static_cast<int>(event.window.windowID) == GetSdlWindowId()) HandleEvent(event);
     }
-    sheet_->OnHover(pointer_);
+    sheet_->OnHover(ToSheet(pointer_));
 }
 
 void GalleryView::HandleEvent(const SDL_Event& event) {
     switch (event.type) {
-        case SDL_MOUSEMOTION: {
-            const bool left = event.motion.x == -1 && event.motion.y == -1;
-            pointer_ = left ? SDL_Point{-1, -1} : ToSheet({event.motion.x, event.motion.y});
-            break;
-        }
+        case SDL_MOUSEMOTION: pointer_ = {event.motion.x, event.motion.y}; break;
         case SDL_MOUSEBUTTONDOWN: sheet_->OnPress(); break;
         case SDL_MOUSEBUTTONUP: sheet_->OnRelease(); break;
         case SDL_MOUSEWHEEL:

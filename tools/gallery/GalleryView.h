@@ -32,10 +32,13 @@ private:
     void Scroll(int pixels);
     [[nodiscard]] SDL_Point ToSheet(SDL_Point windowPoint) const;
 
+    static constexpr SDL_Point kOutside{-1, -1};
+
     std::unique_ptr<GallerySheet> sheet_;
     float sheetScale_ = 1.0F;
     int scroll_ = 0;
-    SDL_Point pointer_{-1, -1};
+    // In pixels of the window, so that it stays right when the sheet is scrolled or scaled under it.
+    SDL_Point pointer_{kOutside};
 };
 
 }  // namespace Corvanta::Gallery

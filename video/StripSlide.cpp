@@ -6,10 +6,7 @@ namespace Corvanta::Video {
 namespace {
 
 constexpr int64_t kNsPerMs = 1'000'000;
-
-[[nodiscard]] double DoneOf(int64_t elapsedMs) {
-    return static_cast<double>(elapsedMs) / static_cast<double>(StripSlide::kDurationMs);
-}
+constexpr auto kWholeMs = static_cast<double>(StripSlide::kDurationMs);
 
 }  // namespace
 
@@ -34,12 +31,14 @@ StripSlide::Step StripSlide::Advance(int64_t nowNs, int tileHeight) {
     if (slidingIn_) {
         const int64_t elapsedMs = (nowNs - inStartNs_) / kNsPerMs;
         slidingIn_ = elapsedMs < kDurationMs;
-        if (slidingIn_) step.yOffset = UI::Truncate(-tileHeight * (1.0 - DoneOf(elapsedMs)));
+        if (slidingIn_)
+            step.yOffset = UI::Truncate(-tileHeight * (1.0 - static_cast<double>(elapsedMs) / kWholeMs));
     }
     if (slidingOut_) {
         const int64_t elapsedMs = (nowNs - outStartNs_) / kNsPerMs;
         slidingOut_ = elapsedMs < kDurationMs;
-        step.yOffset = slidingOut_ ? UI::Truncate(-tileHeight * DoneOf(elapsedMs)) : -tileHeight;
+        const double covered = -tileHeight * static_cast<double>(elapsedMs) / kWholeMs;
+        step.yOffset = slidingOut_ ? UI::Truncate(covered) : -tileHeight;
         step.hide = !slidingOut_ && !slidingIn_;
     }
     return step;

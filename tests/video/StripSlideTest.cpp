@@ -56,6 +56,22 @@ TEST(StripSlide, GoesOutWithinItsTimeAndIsHiddenAtTheEnd) {
     }
 }
 
+TEST(StripSlide, ReachesEveryWholePixelOnItsWayOut) {
+    struct Way {
+        int tileHeight;
+        int elapsedMs;
+        int yOffset;
+    };
+    // A fraction of the way that was rounded first would end a hair short of these.
+    for (const Way& way : {Way{200, 87, -58}, Way{200, 171, -114}, Way{200, 174, -116}, Way{150, 110, -55},
+                           Way{50, 174, -29}, Way{200, 86, -57}}) {
+        StripSlide slide;
+        slide.StartOut(kStart);
+        EXPECT_EQ(slide.Advance(kStart + way.elapsedMs * kMs, way.tileHeight).yOffset, way.yOffset)
+            << way.elapsedMs << " ms of a tile of " << way.tileHeight;
+    }
+}
+
 TEST(StripSlide, EndsOnce) {
     StripSlide slide;
     slide.StartOut(kStart);

@@ -7,19 +7,13 @@
 #include "room/VideoRoomView.h"
 #include "ui/Arithmetic.h"
 #include "ui/RoomActive.h"
+#include "video/ThumbnailLayout.h"
 
 namespace Corvanta::Room {
 namespace {
 
 constexpr const char* kLayoutKey = "detachedLayout";
 constexpr double kTileHeight = 160.0;
-constexpr int kManyTiles = 6;
-constexpr int kMostColumns = 3;
-
-[[nodiscard]] int ColumnsOfGrid(int tileCount) {
-    if (tileCount > kManyTiles) return kMostColumns;
-    return tileCount == 1 ? 1 : 2;
-}
 
 }  // namespace
 
@@ -56,10 +50,7 @@ void VideoRoomView::SetDetachedLayout(int mode) {
     const std::scoped_lock remote(remoteLock_);
     if (!detached_.load()) return;
     const auto layout = static_cast<Video::ThumbnailLayoutMode>(mode);
-    int columns = 1;
-    if (layout == Video::ThumbnailLayoutMode::Column) columns = kMostColumns;
-    if (layout == Video::ThumbnailLayoutMode::Grid) columns = ColumnsOfGrid(thumbnails_->GetTileCount());
-    thumbnails_->SetMode(layout, columns);
+    thumbnails_->SetMode(layout, Video::DetachedColumns(layout, thumbnails_->GetTileCount()));
 }
 
 void VideoRoomView::LeaveDetachedLayout() {

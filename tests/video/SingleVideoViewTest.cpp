@@ -170,7 +170,6 @@ TEST_F(SingleVideoViewTest, DrawsNothingWithoutAWindow) {
 
 TEST_F(SingleVideoViewTest, SkipsADrawingWhileAnotherThreadDraws) {
     Show();
-    std::future<void> second;
     Fake().OnCall("SDL_RenderClear", [&](const Call&) {
         Fake().OnCall("SDL_RenderClear", {});
         // It would wait for ever if it waited.

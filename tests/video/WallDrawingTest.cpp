@@ -84,10 +84,14 @@ TEST_F(WallDrawingTest, CentresTheLastRowOfFiveTilesInAGrid) {
 }
 
 TEST_F(WallDrawingTest, PutsTheTenthTileOfAGridOntoASecondPage) {
-    AddRemotes(10);
+    AddRemotes(9);
     wall.SetMode(kGrid, 3);
     wall.SetAreaWidth(960);
     room.detached = true;
+    Fake().ClearCalls();
+    Draw();
+    EXPECT_FALSE(DrewTrack("960 0 16 720")) << "nine fill the page";
+    AddRemote("r9");
     Draw();
     EXPECT_EQ(PlacesX(), (Ints{0, 320, 640, 0, 320, 640, 0, 320, 640, 320}));
     EXPECT_EQ(PlacesY(), (Ints{0, 0, 0, 240, 240, 240, 480, 480, 480, 720}));

@@ -2,13 +2,21 @@
 // platform. Main thread; the platform's recorder is switched off while it lives.
 #pragma once
 
-#include <memory>
+#include <optional>
 
-#include "platform/VideoFrameBuffer.h"
+#include "bench/FrameFeed.h"
 #include "tests/fake_platform/TestFrames.h"
 #include "tests/fake_platform/XWindow.h"
 
 namespace Corvanta::Bench {
+
+// A fresh fake platform that writes nothing down, the library started, and a room entered on the window.
+// Throws std::runtime_error when there is no room.
+void StartRoom(const Testing::XWindow& window, int width, int height);
+// A remote participant comes. Throws std::runtime_error when the room refuses it.
+[[nodiscard]] FrameCallback& OfferParticipant(const char* streamId);
+// Ends the room and the library.
+void EndRoom();
 
 class BenchRoom final {
 public:
@@ -24,10 +32,7 @@ public:
 
 private:
     Testing::XWindow window_;
-    FrameCallback* sink_ = nullptr;
-    // Delivered in turns: the older one is free again when the newer one has taken its place.
-    std::shared_ptr<VideoFrameBuffer> frames_[2];
-    int next_ = 0;
+    std::optional<FrameFeed> feed_;
 };
 
 }  // namespace Corvanta::Bench

@@ -1,5 +1,7 @@
 #include "bench/SdlReplay.h"
 
+#include <SDL_syswm.h>
+#include <SDL_ttf.h>
 #include <dlfcn.h>
 
 #include <cstdio>
@@ -21,6 +23,9 @@ void SdlReplay::Record() {
     calls_.clear();
     descriptions_.clear();
     pixels_.clear();
+    pixelUploads_ = 0;
+    texturesMade_ = 0;
+    textsRasterised_ = 0;
     gRecording = this;
 }
 
@@ -107,6 +112,14 @@ struct Kept<SDL_RendererInfo*> : Written<SDL_RendererInfo> {
     using Written::Written;
 };
 
+// SDL reads the version out of what it fills.
+template <>
+struct Kept<SDL_SysWMinfo*> {
+    explicit Kept(const SDL_SysWMinfo* given) : place(*given) {}
+    [[nodiscard]] SDL_SysWMinfo* Get() const { return &place; }
+    mutable SDL_SysWMinfo place;
+};
+
 // What an upload or a copy works on.
 struct Area {
     Uint32 format = 0;
@@ -164,6 +177,21 @@ int SDL_PollEvent(SDL_Event* event) {
 Uint32 SDL_GetWindowID(SDL_Window* window) {
     static const auto next = Next(&SDL_GetWindowID, "SDL_GetWindowID");
     return Pass("SDL_GetWindowID", next, window);
+}
+
+Uint32 SDL_GetWindowFlags(SDL_Window* window) {
+    static const auto next = Next(&SDL_GetWindowFlags, "SDL_GetWindowFlags");
+    return Pass("SDL_GetWindowFlags", next, window);
+}
+
+SDL_bool SDL_GetWindowWMInfo(SDL_Window* window, SDL_SysWMinfo* info) {
+    static const auto next = Next(&SDL_GetWindowWMInfo, "SDL_GetWindowWMInfo");
+    return Pass("SDL_GetWindowWMInfo", next, window, info);
+}
+
+const char* SDL_GetCurrentVideoDriver() {
+    static const auto next = Next(&SDL_GetCurrentVideoDriver, "SDL_GetCurrentVideoDriver");
+    return Pass("SDL_GetCurrentVideoDriver", next);
 }
 
 int SDL_GetRendererInfo(SDL_Renderer* renderer, SDL_RendererInfo* info) {
@@ -250,6 +278,7 @@ void SDL_RenderPresent(SDL_Renderer* renderer) {
 int SDL_UpdateTexture(SDL_Texture* texture, const SDL_Rect* rect, const void* pixels, int pitch) {
     static const auto next = Next(&SDL_UpdateTexture, "SDL_UpdateTexture");
     if (gRecording != nullptr) {
+        gRecording->CountUpload();
         const Area area = AreaOf(texture, rect);
         const int rowBytes = area.width * static_cast<int>(SDL_BYTESPERPIXEL(area.format));
         const uint8_t* kept = gRecording->Keep(pixels, PlaneBytes(pitch, rowBytes, area.height));
@@ -263,6 +292,7 @@ int SDL_UpdateYUVTexture(SDL_Texture* texture, const SDL_Rect* rect, const Uint8
                          const Uint8* u, int strideU, const Uint8* v, int strideV) {
     static const auto next = Next(&SDL_UpdateYUVTexture, "SDL_UpdateYUVTexture");
     if (gRecording != nullptr) {
+        gRecording->CountUpload();
         const Area area = AreaOf(texture, rect);
         const int chromaWidth = (area.width + 1) / 2;
         const int chromaHeight = (area.height + 1) / 2;
@@ -289,6 +319,33 @@ int SDL_SetTextureAlphaMod(SDL_Texture* texture, Uint8 alpha) {
 int SDL_SetTextureBlendMode(SDL_Texture* texture, SDL_BlendMode mode) {
     static const auto next = Next(&SDL_SetTextureBlendMode, "SDL_SetTextureBlendMode");
     return Pass("SDL_SetTextureBlendMode", next, texture, mode);
+}
+
+// What a steady tick leaves alone
+
+SDL_Texture* SDL_CreateTexture(SDL_Renderer* renderer, Uint32 format, int access, int width, int height) {
+    static const auto next = Next(&SDL_CreateTexture, "SDL_CreateTexture");
+    if (gRecording != nullptr) gRecording->CountTexture();
+    return next(renderer, format, access, width, height);
+}
+
+SDL_Texture* SDL_CreateTextureFromSurface(SDL_Renderer* renderer, SDL_Surface* surface) {
+    static const auto next = Next(&SDL_CreateTextureFromSurface, "SDL_CreateTextureFromSurface");
+    if (gRecording != nullptr) gRecording->CountTexture();
+    return next(renderer, surface);
+}
+
+SDL_Surface* TTF_RenderUTF8_Blended(TTF_Font* font, const char* text, SDL_Color color) {
+    static const auto next = Next(&TTF_RenderUTF8_Blended, "TTF_RenderUTF8_Blended");
+    if (gRecording != nullptr) gRecording->CountText();
+    return next(font, text, color);
+}
+
+SDL_Surface* TTF_RenderUTF8_Blended_Wrapped(TTF_Font* font, const char* text, SDL_Color color,
+                                            Uint32 wrapLength) {
+    static const auto next = Next(&TTF_RenderUTF8_Blended_Wrapped, "TTF_RenderUTF8_Blended_Wrapped");
+    if (gRecording != nullptr) gRecording->CountText();
+    return next(font, text, color, wrapLength);
 }
 
 }  // extern "C"

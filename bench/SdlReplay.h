@@ -2,12 +2,14 @@
 // library's own. Linking SdlReplay.cpp puts its functions in the place of SDL's own in the program; each
 // passes on to SDL, and while a recording runs it is also written down. One thread: the one that draws.
 //
-// Written down are the functions that a tick calls: SDL_PollEvent, SDL_GetWindowID, SDL_GetRendererInfo,
-// SDL_RenderGetScale, SDL_RenderSetScale, SDL_RenderSetViewport, SDL_RenderSetClipRect, SDL_SetRenderTarget,
+// Written down are the functions that a tick calls: SDL_PollEvent, SDL_GetWindowID, SDL_GetWindowFlags,
+// SDL_GetWindowWMInfo, SDL_GetCurrentVideoDriver, SDL_GetRendererInfo, SDL_RenderGetScale,
+// SDL_RenderSetScale, SDL_RenderSetViewport, SDL_RenderSetClipRect, SDL_SetRenderTarget,
 // SDL_SetRenderDrawColor, SDL_SetRenderDrawBlendMode, SDL_RenderClear, SDL_RenderCopy, SDL_RenderFillRect,
 // SDL_RenderDrawRect, SDL_RenderPresent, SDL_QueryTexture, SDL_UpdateTexture, SDL_UpdateYUVTexture,
 // SDL_SetTextureColorMod, SDL_SetTextureAlphaMod, SDL_SetTextureBlendMode. A function that a tick comes to
-// call is to be added here; what satellite libraries ask of SDL counts as the tick's.
+// call is to be added here; what satellite libraries ask of SDL counts as the tick's. Making a texture or
+// rasterising a text is only counted: no steady tick does it.
 #pragma once
 
 #include <SDL.h>
@@ -40,7 +42,16 @@ public:
     // One line a call: the function and the sizes that decide what it costs.
     [[nodiscard]] const std::vector<std::string>& GetDescriptions() const { return descriptions_; }
 
+    // How many of the calls hand a texture new pixels.
+    [[nodiscard]] size_t GetUploadCount() const { return pixelUploads_; }
+    // What the recorded tick made, which a replay does not make again.
+    [[nodiscard]] size_t GetTexturesMade() const { return texturesMade_; }
+    [[nodiscard]] size_t GetTextsRasterised() const { return textsRasterised_; }
+
     // Used by the functions.
+    void CountUpload() { ++pixelUploads_; }
+    void CountTexture() { ++texturesMade_; }
+    void CountText() { ++textsRasterised_; }
     void Add(std::string description, std::function<void()> call);
     // A copy of that many bytes, owned by the recording.
     [[nodiscard]] const uint8_t* Keep(const void* bytes, size_t size);
@@ -54,6 +65,9 @@ private:
     std::vector<std::function<void()>> calls_;
     std::vector<std::string> descriptions_;
     std::vector<std::unique_ptr<Pixels>> pixels_;
+    size_t pixelUploads_ = 0;
+    size_t texturesMade_ = 0;
+    size_t textsRasterised_ = 0;
 };
 
 }  // namespace Corvanta::Bench

@@ -1,27 +1,22 @@
 // One tick of a room with one main video against its own SDL calls made bare, on the same renderer in the
 // same run. Arguments: --rounds N; --count-instructions frame|steady makes a fixed number of ticks through
 // CorvantaCountedTick and measures nothing, for callgrind.
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <semaphore>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "bench/BenchRoom.h"
 #include "bench/Medians.h"
 #include "bench/SdlReplay.h"
+#include "bench/Turns.h"
 #include "interface/SDLinterface.h"
-#include "tests/fake_platform/AllocationCounter.h"
 
 namespace Corvanta::Bench {
 namespace {
-
-using Testing::AllocationCounter;
 
 constexpr int kWidth = 1280;
 constexpr int kHeight = 720;
@@ -29,8 +24,6 @@ constexpr int kDefaultRounds = 400;
 constexpr int kWarmUpTicks = 50;
 constexpr int kCountedTicks = 100;
 constexpr double kGoal = 1.10;
-
-enum class Arrival { Frame, None };
 
 const std::vector<std::pair<const char*, Testing::FrameSpec>>& Pictures() {
     static const std::vector<std::pair<const char*, Testing::FrameSpec>> pictures{
@@ -43,93 +36,16 @@ void Tick() {
     SDL_WPFVideoRoomCheckInputAndRender();
 }
 
-size_t AllocationsOfTick() {
-    AllocationCounter::Start();
-    Tick();
-    return AllocationCounter::Stop();
-}
-
-SdlReplay RecordTick() {
-    SdlReplay replay;
-    replay.Record();
-    Tick();
-    replay.Stop();
-    return replay;
-}
-
-// Writes a replay's pictures on a thread of its own, as a tile's worker does for a tick.
-class PictureWriter final {
-public:
-    explicit PictureWriter(SdlReplay& replay) : thread_([this, &replay] { Run(replay); }) {}
-    ~PictureWriter() {
-        isOver_.store(true);
-        wanted_.release();
-        thread_.join();
-    }
-    PictureWriter(const PictureWriter&) = delete;
-    PictureWriter& operator=(const PictureWriter&) = delete;
-
-    // Returns when a picture is written; waits as BenchRoom::BringFrame does.
-    void Write() {
-        isDone_.store(false);
-        wanted_.release();
-        while (!isDone_.load()) std::this_thread::yield();
-    }
-
-private:
-    void Run(SdlReplay& replay) {
-        while (true) {
-            wanted_.acquire();
-            if (isOver_.load()) return;
-            replay.RewritePixels();
-            isDone_.store(true);
-        }
-    }
-
-    std::counting_semaphore<> wanted_{0};
-    std::atomic<bool> isDone_{false};
-    std::atomic<bool> isOver_{false};
-    std::thread thread_;
-};
-
-struct Series {
-    std::vector<Nanoseconds> ticks;
-    std::vector<Nanoseconds> replays;
-};
-
-// Ticks and replays in turns, each after another thread wrote the picture that it shows, if it is a new one.
-Series Measure(BenchRoom& room, SdlReplay& replay, Arrival arrival, int rounds) {
-    Series series;
-    PictureWriter writer(replay);
-    const auto tick = [&] {
-        if (arrival == Arrival::Frame) room.BringFrame();
-        series.ticks.push_back(TimeOf(&Tick));
-    };
-    const auto bare = [&] {
-        if (arrival == Arrival::Frame) writer.Write();
-        series.replays.push_back(TimeOf([&] { replay.Run(); }));
-    };
-    for (int round = 0; round < rounds; ++round) {
-        // Neither always comes first.
-        if (round % 2 == 0) {
-            tick();
-            bare();
-        } else {
-            bare();
-            tick();
-        }
-    }
-    return series;
-}
-
 void MeasureArrival(BenchRoom& room, const std::string& name, Arrival arrival, int rounds) {
     if (arrival == Arrival::Frame) room.BringFrame();
-    SdlReplay replay = RecordTick();
+    SdlReplay replay = RecordingOf(&Tick);
     if (arrival == Arrival::Frame) room.BringFrame();
-    const size_t allocations = AllocationsOfTick();
+    const size_t allocations = AllocationsOf(&Tick);
     std::printf("\n%s: %zu SDL calls, %zu allocations\n", name.c_str(), replay.GetCallCount(), allocations);
     for (const std::string& call : replay.GetDescriptions()) std::printf("    %s\n", call.c_str());
-    const Series series = Measure(room, replay, arrival, rounds);
+    Series series;
+    MeasureInTurns(
+        series, replay, arrival, rounds, [&] { room.BringFrame(); }, &Tick);
     PrintRatio(name.c_str(), MedianOf(series.ticks), MedianOf(series.replays), kGoal);
 }
 

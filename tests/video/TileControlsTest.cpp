@@ -206,6 +206,12 @@ TEST_F(TileControlsTest, AClickOutsideTheOpenPanelIsTheTiles) {
     Draw();
     Point({600, 400});
     EXPECT_TRUE(tile->OnClick());
+    // The tile has moved on since its panel was drawn.
+    tile->displayRect = {300, 200, 213, 160};
+    Point({400, 300});
+    ASSERT_TRUE(tile->hovered);
+    EXPECT_TRUE(tile->OnClick());
+    EXPECT_TRUE(tile->GetPanel().visible);
     EXPECT_EQ(clicks, 0);
 }
 

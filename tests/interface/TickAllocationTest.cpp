@@ -13,9 +13,9 @@ class TickAllocationTest : public RoomTest {
 protected:
     TickAllocationTest() {
         // What is missing is looked for in every drawing.
-        for (const char* icon :
-             {"connection-strength", "equalizer", "noCamBackground", "nameBackgroundLeft", "nameBackgroundMiddle",
-              "nameBackgroundRight", "thumbnail-background", "thumbnail-panel-close"}) {
+        for (const char* icon : {"connection-strength", "equalizer", "noCamBackground", "nameBackgroundLeft",
+                                 "nameBackgroundMiddle", "nameBackgroundRight", "thumbnail-background",
+                                 "thumbnail-panel-close"}) {
             folder_.AddPicture(std::string("icons/") + icon + ".png", 4, 4, 0xFF0000FF);
         }
         const std::filesystem::path font = CORVANTA_TEST_FONT;

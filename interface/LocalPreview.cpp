@@ -29,6 +29,8 @@ public:
     [[nodiscard]] bool Open(void* nativeHandle, int width, int height) {
         if (view_.Init(nativeHandle, width, height) != 1) return false;
         view_.CreateLocalFrame();
+        // Its tile is one of the own camera too, but shows no figures.
+        if (const auto room = CurrentView()) room->RenewConnectionStats();
         gExtraViews.push_back(&view_);
         // Until the first picture comes the window is black, not whatever was in that memory.
         view_.Resize(width, height);

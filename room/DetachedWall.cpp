@@ -102,12 +102,6 @@ void VideoRoomView::ScaleWall() {
     }
 }
 
-void VideoRoomView::ScaleNewTiles() {
-    if (!std::exchange(wallGrew_, false)) return;
-    // The menus of a grid go by the size that its tiles have grown to.
-    if (thumbnails_->GetMode() != Video::ThumbnailLayoutMode::Grid) ScaleWall();
-}
-
 void VideoRoomView::ChooseDetachedMainTile(Video::VideoFrame* speaker) {
     if (spotlightTile_ != nullptr) return;
     Video::VideoFrame* const original = speaker != nullptr ? speaker : localCameraTile_;

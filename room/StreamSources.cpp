@@ -52,7 +52,6 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddRemoteVideoSource(const std::st
         TakeMainVideo(added);
         ++externalPublisherCount_;
     }
-    wallGrew_ = true;
     return added.GetFrameSink();
 }
 
@@ -87,8 +86,7 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddLocalVideoSource(StreamType typ
             TakeMainVideo(*tile);
         }
         thumbnails_->AddTile(tile, false);
-        wallGrew_ = true;
-        sink = tile->GetFrameSink();
+            sink = tile->GetFrameSink();
     }
     if (type == StreamType::Camera) adaptation_.Start();
     return sink;
@@ -346,6 +344,11 @@ std::string VideoRoomView::GetLocalStreamId() {
 std::shared_ptr<FrameCallback> VideoRoomView::GetLocalCameraSink() {
     const std::scoped_lock lock(localLock_);
     return localCameraTile_ != nullptr ? localCameraTile_->GetFrameSink() : nullptr;
+}
+
+void VideoRoomView::RenewConnectionStats() {
+    const std::scoped_lock lock(localLock_);
+    if (localCameraTile_ != nullptr) localCameraTile_->SubscribeConnectionStats();
 }
 
 void VideoRoomView::OnDataChannelMessage(const DataChannelMessage& message) {

@@ -106,7 +106,6 @@ void VideoRoomView::Render() {
     SDL_Renderer* renderer = GetRenderer();
     if (renderer == nullptr) return;
     BuryDepartedTiles();
-    ScaleNewTiles();
     stripHeight_ = HasWall() ? thumbnails_->GetStripHeight() : 0;
     SDL_RenderClear(renderer);
     const Video::VideoFrame* previousMain = mainTile_;

@@ -153,6 +153,8 @@ public:
     [[nodiscard]] std::string GetLocalStreamId();
     // Sink of the local camera's tile; null without one. Any thread.
     [[nodiscard]] std::shared_ptr<FrameCallback> GetLocalCameraSink();
+    // The own camera's tile hears the connection's figures again after another tile of it has taken them over.
+    void RenewConnectionStats();
     [[nodiscard]] Video::VideoThumbnails& GetThumbnails() { return *thumbnails_; }
 
     // Frees the renderer, the window and what lives on them without ending the room's streams. Host thread;
@@ -181,8 +183,6 @@ protected:
     Video::VideoFrame* spotlightTile_ = nullptr;
     // The main video went since the last drawing, which the next one tells the host.
     bool mainTileLeft_ = false;
-    // Tiles came since the last drawing, whose menus do not have the wall's scale yet.
-    bool wallGrew_ = false;
 
     mutable std::recursive_mutex localLock_;
     // guards: localTiles_, localStreamAliases_, localTileOrder_, localCameraTile_, localStreamId_
@@ -237,7 +237,6 @@ private:
     void DestroyDetachedView();
     // Gives the wall the scale of the window in which it stands.
     void ScaleWall();
-    void ScaleNewTiles();
     void OnMainVideoChanged();
     void ApplySpeaker();
     // Under remoteLock, so that no renderer goes between the tile's leaving and its release.

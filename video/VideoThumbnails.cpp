@@ -26,6 +26,7 @@ void VideoThumbnails::AddTile(VideoFrame* tile, bool remote) {
     if (!tiles_.Add(tile, remote ? TileOrigin::Remote : TileOrigin::Local)) return;
     // So that no drawing has to allocate.
     pass_.reserve(tiles_.Count());
+    ApplyMenuMetrics(*tile, MenuMetricsFor(layout_.GetTileHeight()));
 }
 
 void VideoThumbnails::RemoveTile(VideoFrame* tile) {

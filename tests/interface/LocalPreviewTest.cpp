@@ -98,6 +98,14 @@ TEST_F(LocalPreviewTest, LeavesTheRoomsOwnTileItsPictures) {
     EXPECT_EQ(Fake().Deliver(kCamera, MakeFrame()), before);
 }
 
+TEST_F(LocalPreviewTest, LeavesTheRoomsOwnTileTheConnectionsFigures) {
+    StartCamera();
+    Calls().Clear();
+    ASSERT_EQ(Open(), 1);
+    // The preview's tile asked for them, and then the room's again.
+    EXPECT_EQ(Calls().Count("WebRTC_SetConnectionStatsCallback"), 2U);
+}
+
 TEST_F(LocalPreviewTest, IsWindowTwoWhileItIsOpen) {
     EXPECT_EQ(Interface::GetViewWindowId(2), -1);
     ASSERT_EQ(Open(), 1);

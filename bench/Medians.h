@@ -29,7 +29,18 @@ template <typename Call>
     return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count();
 }
 
-// What a thread has computed so far; sleeping does not count.
+// The median of the ratios of neighbours: a machine that is busy with something else at one moment makes both
+// of them slow, or one of them as often as the other, which disturbs it less than the medians of both.
+[[nodiscard]] inline double MedianRatioOf(const std::vector<Nanoseconds>& ours,
+                                          const std::vector<Nanoseconds>& references) {
+    std::vector<double> ratios;
+    for (size_t i = 0; i < ours.size() && i < references.size(); ++i) {
+        ratios.push_back(ours[i] / references[i]);
+    }
+    return MedianOf(std::move(ratios));
+}
+
+// What a thread, or the process, has computed so far; sleeping does not count.
 [[nodiscard]] inline Nanoseconds CpuTimeOf(clockid_t clock) {
     timespec time{};
     clock_gettime(clock, &time);
@@ -37,12 +48,18 @@ template <typename Call>
 }
 
 // One line of the table of ratios, as tools/run_benchmarks picks it up. goal: the highest ratio that is
-// wanted; 0 for none.
-inline void PrintRatio(const char* measured, Nanoseconds ours, Nanoseconds reference, double goal) {
-    std::printf("RATIO | %s | %.3f ms | %.3f ms | %.3f | ", measured, ours / 1e6, reference / 1e6,
-                ours / reference);
+// wanted; 0 for none. ratio: given where it is not the two times' own.
+inline void PrintRatio(const char* measured, Nanoseconds ours, Nanoseconds reference, double ratio,
+                       double goal) {
+    std::printf("RATIO | %s | %.3f ms | %.3f ms | %.3f | ", measured, ours / 1e6, reference / 1e6, ratio);
     if (goal > 0.0) std::printf("%.2f", goal);
     std::printf(" |\n");
+    // Long measurements show how far they are.
+    std::fflush(stdout);
+}
+
+inline void PrintRatio(const char* measured, Nanoseconds ours, Nanoseconds reference, double goal) {
+    PrintRatio(measured, ours, reference, ours / reference, goal);
 }
 
 }  // namespace Corvanta::Bench

@@ -50,6 +50,9 @@ std::optional<std::string> Configure(const EngineOptions& options) {
     for (const Participant& participant : options.participants) {
         if (auto problem = CheckSource(participant)) return problem;
     }
+    if (!options.camera.empty()) {
+        if (auto problem = CheckSource({"own camera", options.camera})) return problem;
+    }
     ConfigurationStore::Get().Open(options.configurationFolder);
     Settings& settings = Settings::Get();
     const std::lock_guard lock(settings.optionsMutex);

@@ -38,6 +38,8 @@ struct EngineOptions {
     std::vector<Participant> participants;
     // Who is there when the list is empty.
     EmptyRoom whenEmpty = EmptyRoom::DefaultParticipants;
+    // What stands for the local user's camera, as a participant's source but never heard. Empty: no camera.
+    std::string camera;
     // Empty: "corvanta" in the user's configuration folder.
     std::filesystem::path configurationFolder;
     // Also written to this file when it is not empty; always to the standard error stream.
@@ -47,11 +49,11 @@ struct EngineOptions {
     SoundOutput soundOutput = SoundOutput::Device;
 };
 
-// Checks the source of every participant (the file exists, its decoders are installed) and keeps the options
-// for the next connection. Returns nothing when all is well, else one line for the user, and then nothing but
-// the log settings has changed. A file that cannot be played for another reason is no error: its participant
-// shows no picture, and the log says why. Takes up to some seconds when files are given, since their
-// beginnings are read.
+// Checks the source of every participant and of the camera (the file exists, its decoders are installed) and
+// keeps the options for the next connection. Returns nothing when all is well, else one line for the user,
+// and then nothing but the log settings has changed. A file that cannot be played for another reason is no
+// error: its participant shows no picture, and the log says why. Takes up to some seconds when files are
+// given, since their beginnings are read.
 [[nodiscard]] CORVANTA_PLATFORM_API std::optional<std::string> Configure(const EngineOptions& options);
 
 struct RoomStatus {

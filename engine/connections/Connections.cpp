@@ -73,6 +73,9 @@ void Connections_RestartPeerConnection(const std::string& streamId, bool, bool, 
 void Connections_RenegotiateOutboundPeerConnection(bool micEnabled, bool videoEnabled, const std::string&) {
     TrackSettings::Get().localAudioEnabled = micEnabled;
     TrackSettings::Get().localVideoEnabled = videoEnabled;
+    const auto room = Room::Current();
+    // Brings back a camera that was stopped for a change of devices.
+    if (const auto camera = room ? room->Camera() : nullptr) camera->Start();
 }
 
 void Connections_ConfigureStream(

@@ -56,6 +56,24 @@ SpeakingTurn TurnOf(const std::vector<Participant>& all, std::size_t index) {
     return turn;
 }
 
+// What the own camera shows; a generated person looks like none of the participants.
+PlaybackSource CameraSource(const EngineOptions& options, const std::string& localName,
+                            std::chrono::steady_clock::time_point epoch) {
+    const ResolvedSource resolved = ResolveSource(options.camera);
+    PlaybackSource source{.name = "Own camera", .uri = resolved.uri, .makeScene = {}, .clipEpoch = epoch};
+    const std::string shownName = localName.empty() ? source.name : localName;
+    if (resolved.kind == ResolvedSource::Kind::TestPicture) {
+        source.makeScene = [shownName] { return MakeTestScene(shownName); };
+    } else if (resolved.kind == ResolvedSource::Kind::Person) {
+        const std::size_t others = TurnOf(options.participants, 0).count;
+        // A second turn where there is but one never comes: nobody hears the camera, so it does not speak.
+        source.makeScene = [shownName, others] {
+            return MakePersonScene(shownName, others, {.index = 1, .count = 1}, ClipFormatFor(others + 1));
+        };
+    }
+    return source;
+}
+
 }  // namespace
 
 std::shared_ptr<Room> Room::Current() {
@@ -114,7 +132,10 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       localName(std::move(localDisplayName)),
       epoch(std::chrono::steady_clock::now()),
       speaker(options.participants.size()),
-      service(UserRoomService()) {
+      service(UserRoomService()),
+      camera(settings.camera.empty()
+                 ? nullptr
+                 : std::make_shared<RoomCamera>(loop, CameraSource(settings, localName, epoch))) {
     for (std::size_t index = 0; index < settings.participants.size(); ++index) {
         const std::string name = NameOf(settings.participants[index], index);
         participants.push_back(std::make_shared<RoomParticipant>(
@@ -126,6 +147,10 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
 Room::~Room() = default;
 
 void Room::Run() {
+    if (camera) {
+        loop.Post([this] { OpenCamera(); });
+        loop.Post([this] { OfferCamera(); });
+    }
     for (const auto& participant : participants) {
         loop.Post(
             [this, participant] { OpenPlayback(participant, settings.participants[participant->index]); });
@@ -135,6 +160,7 @@ void Room::Run() {
     loop.Run();
     reports->Stop();
     service.Stop();
+    if (camera) camera->End();
     for (const auto& participant : participants) {
         if (participant->playback) participant->playback->Close();
         participant->sinks.Clear();
@@ -216,11 +242,38 @@ void Room::Leave(const std::shared_ptr<RoomParticipant>& participant) {
     MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
 }
 
+void Room::OpenCamera() {
+    // Posted, since the playback that says so is closed then.
+    camera->Open([this] { loop.Post([this] { LoseCamera(); }); });
+}
+
+void Room::OfferCamera() {
+    if (isClosing || camera->Offer()) return;
+    loop.PostAfter(kOfferInterval, [this] { OfferCamera(); });
+}
+
+void Room::LoseCamera() {
+    if (isClosing || camera->HasEnded()) return;
+    LOG(kLogInformation, "The own camera is gone: the source has ended");
+    camera->End();
+    MediaCallbacks::Get().removeLocalVideoSource.Call(RoomCamera::kSourceId);
+}
+
 std::shared_ptr<RoomParticipant> Room::Find(const std::string& streamId) const {
     for (const auto& participant : participants) {
         if (participant->id == streamId && !participant->hasLeft) return participant;
     }
     return nullptr;
+}
+
+std::shared_ptr<SinkList> Room::FindSinks(const std::string& sourceId) const {
+    if (const auto own = Camera(); own && sourceId == RoomCamera::kSourceId) return {own, &own->sinks};
+    const auto participant = Find(sourceId);
+    return participant ? std::shared_ptr<SinkList>(participant, &participant->sinks) : nullptr;
+}
+
+std::shared_ptr<RoomCamera> Room::Camera() const {
+    return camera && !camera->HasEnded() ? camera : nullptr;
 }
 
 std::optional<std::string> Room::SpeakerId() const {

@@ -1,6 +1,6 @@
-// The embedded room: participants that play files, URIs and generated clips. It announces them to the library
-// on the engine's own thread. One at a time in the process; the functions of Connections, MediaManager and
-// WebRTC reach it through Current.
+// The embedded room: participants that play files, URIs and generated clips, and the local user's camera. It
+// announces them to the library on the engine's own thread. One at a time in the process; the functions of
+// Connections, MediaManager and WebRTC reach it through Current.
 #pragma once
 
 #include <atomic>
@@ -15,6 +15,7 @@
 #include "engine/Engine.h"
 #include "engine/common/EngineLoop.h"
 #include "engine/connections/ParticipantReports.h"
+#include "engine/connections/RoomCamera.h"
 #include "engine/connections/RoomParticipant.h"
 #include "engine/roomservice/RoomService.h"
 #include "engine/webrtc/ActiveSpeaker.h"
@@ -40,6 +41,10 @@ public:
     // Everything below: any thread, from memory.
 
     [[nodiscard]] std::shared_ptr<RoomParticipant> Find(const std::string& streamId) const;
+    // The sinks of the participant of that stream id, or of the own camera by its source id; or null.
+    [[nodiscard]] std::shared_ptr<SinkList> FindSinks(const std::string& sourceId) const;
+    // Null when the local user has none.
+    [[nodiscard]] std::shared_ptr<RoomCamera> Camera() const;
     [[nodiscard]] const std::string& LocalDisplayName() const { return localName; }
     [[nodiscard]] std::optional<std::string> SpeakerId() const;
     [[nodiscard]] RoomStatus Status() const;
@@ -54,6 +59,9 @@ private:
     void OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, const Participant& description);
     void Announce(const std::shared_ptr<RoomParticipant>& participant);
     void Leave(const std::shared_ptr<RoomParticipant>& participant);
+    void OpenCamera();
+    void OfferCamera();
+    void LoseCamera();
 
     const EngineOptions settings;
     const std::string localName;
@@ -65,6 +73,8 @@ private:
     std::unique_ptr<ParticipantReports> reports;
     std::atomic<bool> isClosing = false;
     EngineLoop loop;
+    // Null where no camera is configured.
+    const std::shared_ptr<RoomCamera> camera;
 };
 
 }  // namespace Corvanta::Engine

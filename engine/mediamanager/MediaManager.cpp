@@ -11,11 +11,17 @@ namespace {
 
 using Corvanta::Engine::MediaCallbacks;
 using Corvanta::Engine::Room;
-using Corvanta::Engine::RoomParticipant;
+using Corvanta::Engine::RoomCamera;
+using Corvanta::Engine::SinkList;
 
-std::shared_ptr<RoomParticipant> Find(const std::string& sourceId) {
+std::shared_ptr<SinkList> FindSinks(const std::string& sourceId) {
     const auto room = Room::Current();
-    return room ? room->Find(sourceId) : nullptr;
+    return room ? room->FindSinks(sourceId) : nullptr;
+}
+
+std::shared_ptr<RoomCamera> OwnCamera() {
+    const auto room = Room::Current();
+    return room ? room->Camera() : nullptr;
 }
 
 }  // namespace
@@ -100,16 +106,20 @@ void MediaManager_SetLocalVideoFrameAdaptationCallback(
 }
 
 void MediaManager_RegisterCallback(const std::string& sourceId, Corvanta::FrameCallback* sink) {
-    if (const auto participant = Find(sourceId)) participant->sinks.AddBorrowed(sink);
+    if (const auto sinks = FindSinks(sourceId)) sinks->AddBorrowed(sink);
 }
 
 void MediaManager_UnregisterCallback(const std::string& sourceId, Corvanta::FrameCallback* sink) {
-    if (const auto participant = Find(sourceId)) participant->sinks.Remove(sink);
+    if (const auto sinks = FindSinks(sourceId)) sinks->Remove(sink);
 }
 
-// The embedded room captures nothing.
-std::string MediaManager_IsLocalVideoSourceRunning(int32_t) {
-    return {};
+std::string MediaManager_IsLocalVideoSourceRunning(int32_t captureIndex) {
+    const auto camera = OwnCamera();
+    const bool isRunning = camera && captureIndex == RoomCamera::kCaptureIndex && camera->IsRunning();
+    return isRunning ? RoomCamera::kSourceId : std::string();
 }
 
-void MediaManager_StopLocalVideoSource(const std::string&) {}
+void MediaManager_StopLocalVideoSource(const std::string& sourceId) {
+    const auto camera = OwnCamera();
+    if (camera && sourceId == RoomCamera::kSourceId) camera->Stop();
+}

@@ -20,6 +20,7 @@ using Corvanta::Engine::CurrentOptions;
 using Corvanta::Engine::GuardedCallback;
 using Corvanta::Engine::HasSoundDevice;
 using Corvanta::Engine::Room;
+using Corvanta::Engine::RoomCamera;
 using Corvanta::Engine::RoomParticipant;
 using Corvanta::Engine::SoundOutput;
 using Corvanta::Engine::TrackSettings;
@@ -69,10 +70,12 @@ void WebRTC_Terminate() {
     EngineCallbacks::Get().sourceMetadata.Set({});
 }
 
-// The embedded room captures nothing.
-void WebRTC_StopAllLocalVideoCaptures() {}
+void WebRTC_StopAllLocalVideoCaptures() {
+    const auto room = Room::Current();
+    if (const auto camera = room ? room->Camera() : nullptr) camera->Stop();
+}
 
-// Each clip opens the speaker for itself, and nothing is captured.
+// Each clip opens the speaker for itself, and no sound is captured.
 void WebRTC_ADMStart() {}
 
 bool WebRTC_MicIsNone() {
@@ -84,7 +87,9 @@ bool WebRTC_SpeakerIsNone() {
 }
 
 int32_t WebRTC_GetVideoCaptureIndex(void*, void*, void*, void*) {
-    return kNoCamera;
+    const auto room = Room::Current();
+    const bool hasCamera = room ? room->Camera() != nullptr : !CurrentOptions().camera.empty();
+    return hasCamera ? RoomCamera::kCaptureIndex : kNoCamera;
 }
 
 void WebRTC_SetLocalCameraProperties(int32_t, int32_t, int32_t, int32_t) {}

@@ -1,5 +1,5 @@
-// The look of every control in every state at every scale, pixel by pixel. tools/renew_goldens writes the
-// pictures anew after a change that is meant; look at what changed before it is committed.
+// The look of every control and of a tile in every state at every scale, pixel by pixel. tools/renew_goldens
+// writes the pictures anew after a change that is meant; look at what changed before it is committed.
 #include <SDL_image.h>
 #include <SDL_ttf.h>
 #include <gtest/gtest.h>
@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/fake_platform/FakePlatform.h"
+#include "tools/gallery/FixedReport.h"
 #include "tools/gallery/SheetPicture.h"
 
 namespace Corvanta::Gallery {
@@ -45,7 +47,11 @@ const fs::path kDifferences = CORVANTA_DIFFERENCES;
 
 class GoldenPictures : public ::testing::TestWithParam<float> {
 protected:
-    static void SetUpTestSuite() { ASSERT_EQ(TTF_Init(), 0); }
+    static void SetUpTestSuite() {
+        ASSERT_EQ(TTF_Init(), 0);
+        Testing::Fake().Set(
+            [](Testing::FakeResults& results) { results.connectivityResponse = FixedReport(); });
+    }
 };
 
 TEST_P(GoldenPictures, AreDrawnToThePixel) {

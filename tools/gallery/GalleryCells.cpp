@@ -1,6 +1,5 @@
 // Which controls stand on the sheet, and in which states.
 #include <memory>
-#include <utility>
 
 #include "tools/gallery/GallerySheet.h"
 #include "ui/Button.h"
@@ -36,14 +35,6 @@ void Nothing() {}
 }
 
 }  // namespace
-
-template <typename Element, typename... Arguments>
-Element* GallerySheet::Make(Arguments&&... arguments) {
-    auto element = std::make_unique<Element>(std::forward<Arguments>(arguments)...);
-    Element* made = element.get();
-    elements_.push_back(std::move(element));
-    return made;
-}
 
 void GallerySheet::AddButtons() {
     struct Kind {

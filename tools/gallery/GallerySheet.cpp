@@ -27,6 +27,7 @@ GallerySheet::GallerySheet(SDL_Renderer* renderer) : renderer_(renderer) {
     AddMenus();
     AddScrollbars();
     AddBars();
+    AddTiles();
     LayOut();
 }
 
@@ -83,6 +84,10 @@ void GallerySheet::Render(SDL_Renderer* renderer) {
         cell.draw(renderer, cell.area);
     }
     UI::ClearDrawColor(renderer);
+}
+
+bool GallerySheet::IsBusy() const {
+    return std::any_of(cells_.begin(), cells_.end(), [](const Cell& c) { return c.isBusy && c.isBusy(); });
 }
 
 void GallerySheet::OnHover(SDL_Point pointer) {

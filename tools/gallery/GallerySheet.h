@@ -1,5 +1,5 @@
-// Every control in every state, side by side with its name. The sheet owns the controls and puts each into
-// its state before it is drawn; under the pointer a control is live. Render thread only.
+// Every control and the wall's tiles in every state, side by side with its name. The sheet owns the controls
+// and puts each into its state before it is drawn; under the pointer a control is live. Render thread only.
 #pragma once
 
 #include <SDL.h>
@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ui/GraphicElementInterface.h"
@@ -32,6 +33,8 @@ struct Cell {
     std::function<void()> press;
     std::function<void()> release;
     std::function<void(int steps)> wheel;
+    // Whether something of another thread is still to come into the picture; empty where nothing is.
+    std::function<bool()> isBusy;
     SDL_Rect area{0, 0, 0, 0};
 };
 
@@ -47,6 +50,8 @@ public:
     [[nodiscard]] const std::vector<Cell>& GetCells() const { return cells_; }
 
     void Render(SDL_Renderer* renderer);
+    // Whether what is drawn next may still lack something that another thread prepares.
+    [[nodiscard]] bool IsBusy() const;
     void OnHover(SDL_Point pointer);
     void OnPress();
     void OnRelease();
@@ -63,6 +68,7 @@ private:
     void AddMenus();
     void AddScrollbars();
     void AddBars();
+    void AddTiles();
     void LayOut();
     Cell& Add(std::string name, int width, int height);
     template <typename Element, typename... Arguments>
@@ -79,5 +85,13 @@ private:
     SDL_Point size_{0, 0};
     SDL_Point pointer_{-1, -1};
 };
+
+template <typename Element, typename... Arguments>
+Element* GallerySheet::Make(Arguments&&... arguments) {
+    auto element = std::make_unique<Element>(std::forward<Arguments>(arguments)...);
+    Element* made = element.get();
+    elements_.push_back(std::move(element));
+    return made;
+}
 
 }  // namespace Corvanta::Gallery

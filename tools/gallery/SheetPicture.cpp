@@ -3,7 +3,9 @@
 #include <SDL_image.h>
 
 #include <cctype>
+#include <chrono>
 #include <cstdio>
+#include <thread>
 
 #include "ui/Clock.h"
 #include "ui/TextureCache.h"
@@ -12,13 +14,21 @@ namespace Corvanta::Gallery {
 namespace {
 
 constexpr int64_t kOneHourNs = 3'600'000'000'000;
-// Metrics and rasters that one drawing measures serve the next.
+// Metrics and rasters that one drawing measures serve the next, which shows also what the one before asked
+// for.
 constexpr int kDrawings = 3;
+constexpr std::chrono::seconds kLongestWait{20};
+constexpr std::chrono::milliseconds kPause{1};
 
 int64_t gNow = kOneHourNs;
 
 int64_t StoppedClock() {
     return gNow;
+}
+
+void WaitFor(const GallerySheet& sheet) {
+    const auto end = std::chrono::steady_clock::now() + kLongestWait;
+    while (sheet.IsBusy() && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(kPause);
 }
 
 [[nodiscard]] SDL_Rect Scaled(const SDL_Rect& area, float scale) {
@@ -47,8 +57,11 @@ SheetPicture DrawSheet(float scale) {
         SDL_RenderSetScale(renderer, scale, scale);
         {
             GallerySheet sheet(renderer);
-            gNow += kOneHourNs;
-            for (int drawing = 0; drawing < kDrawings; ++drawing) sheet.Render(renderer);
+            for (int drawing = 0; drawing < kDrawings; ++drawing) {
+                WaitFor(sheet);
+                gNow += kOneHourNs;
+                sheet.Render(renderer);
+            }
             for (const Cell& cell : sheet.GetCells())
                 picture.cells.emplace_back(cell.name, Scaled(cell.area, scale));
             sheet.ReleaseTextures();

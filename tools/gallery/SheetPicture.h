@@ -24,8 +24,8 @@ struct SheetPicture {
     std::vector<std::pair<std::string, SDL_Rect>> cells;
 };
 
-// At that many pixels to a logical one. The clock stands still meanwhile, after every slide has ended. Starts
-// and stops nothing: SDL_ttf must be up. An empty surface when SDL cannot make one.
+// At that many pixels to a logical one. The clock stands still in each drawing, after every slide has ended.
+// Starts and stops nothing: SDL_ttf must be up. An empty surface when SDL cannot make one.
 [[nodiscard]] SheetPicture DrawSheet(float scale);
 
 // The file that keeps a cell's picture at a scale, such as "button-idle@1.25.png".

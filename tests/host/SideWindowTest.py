@@ -3,42 +3,10 @@ names the program."""
 import ctypes
 import os
 import subprocess
-import tempfile
-import time
 import unittest
 
 import Png
-
-PROGRAM = os.environ["CORVANTA_ROOM"]
-DEADLINE_SECONDS = 40
-# Room beside the room's window.
-WIDTH, HEIGHT = 2200, 1000
-# Each participant's colour, and the place of its strongest component.
-COLOURS = {"red": 0, "lime": 1, "blue": 2}
-
-
-def run(*command, **options):
-    return subprocess.run(command, check=True, capture_output=True, timeout=DEADLINE_SECONDS, **options).stdout
-
-
-def is_of(pixel, strongest):
-    return all(pixel[strongest] > value + 80 for place, value in enumerate(pixel) if place != strongest)
-
-
-class Shot:
-    """What the whole display shows."""
-
-    def __init__(self, data):
-        self.data = data
-
-    def pixel(self, x, y):
-        start = 3 * (y * WIDTH + x)
-        return tuple(self.data[start : start + 3])
-
-    def shares(self, left, top, width, height):
-        """The colours of the participants, each with its share of the pixels of that rectangle."""
-        pixels = [self.pixel(x, y) for y in range(top, top + height, 7) for x in range(left, left + width, 7)]
-        return {name: sum(is_of(p, strongest) for p in pixels) / len(pixels) for name, strongest in COLOURS.items()}
+from RoomDisplay import COLOURS, DEADLINE_SECONDS, PROGRAM, RoomDisplay, is_of
 
 
 class ClientMessage(ctypes.Structure):
@@ -47,80 +15,11 @@ class ClientMessage(ctypes.Structure):
                 ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("padding", ctypes.c_long * 24)]
 
 
-class SideWindowTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = folder.name
-        self.environment = dict(os.environ, XDG_CONFIG_HOME=self.folder, XDG_RUNTIME_DIR=self.folder)
-        self.environment.pop("DISPLAY", None)
-
-    def participants(self):
-        """One of each colour, which nobody speaks for."""
-        arguments = []
-        for name in COLOURS:
-            path = os.path.join(self.folder, name + ".mp4")
-            run("ffmpeg", "-v", "error", "-f", "lavfi", "-i", f"color={name}:s=640x360:r=10:d=2", "-pix_fmt", "yuv420p",
-                path, stdin=subprocess.DEVNULL)
-            arguments += ["--participant", f"{name}={path}"]
-        return arguments
-
-    def open_display(self):
-        read_end, write_end = os.pipe()
-        server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{WIDTH}x{HEIGHT}x24", "-nolisten", "tcp", "-noreset"],
-            pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self.addCleanup(server.wait)
-        self.addCleanup(server.terminate)
-        os.close(write_end)
-        with os.fdopen(read_end) as channel:
-            self.environment["DISPLAY"] = ":" + channel.readline().strip()
-
-    def open_room(self, *arguments):
-        self.open_display()
-        program = subprocess.Popen([PROGRAM, "--size", "1000x400", *self.participants(), *arguments], cwd=self.folder,
-                                   env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                   stderr=subprocess.DEVNULL)
-        self.addCleanup(program.wait)
-        self.addCleanup(program.terminate)
-        self.program = program
-        self.room = self.window("^Room - Corvanta$")
-
-    def do(self, *words):
-        return run("xdotool", *words, env=self.environment).decode()
-
+class SideWindowTest(RoomDisplay):
     def press(self, window, key):
         # Without a window manager nobody else gives a window the keyboard.
         self.do("windowfocus", "--sync", window)
         self.do("key", key)
-
-    def find(self, name):
-        try:
-            return self.do("search", "--onlyvisible", "--name", name).split()
-        except subprocess.CalledProcessError:
-            return []
-
-    def until(self, look, what):
-        end = time.monotonic() + DEADLINE_SECONDS
-        while time.monotonic() < end:
-            found = look()
-            if found:
-                return found
-            self.assertIsNone(self.program.poll(), "the program has ended")
-            time.sleep(0.1)
-        return self.fail(what)
-
-    def window(self, name):
-        return self.until(lambda: self.find(name), f"there is no window {name}")[0]
-
-    def geometry(self, window):
-        lines = self.do("getwindowgeometry", "--shell", window).split()
-        values = dict(line.split("=") for line in lines)
-        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
-
-    def shot(self):
-        return Shot(run("ffmpeg", "-v", "error", "-f", "x11grab", "-draw_mouse", "0", "-video_size", f"{WIDTH}x{HEIGHT}",
-                        "-i", self.environment["DISPLAY"], "-frames:v", "1", "-f", "rawvideo", "-pix_fmt", "rgb24", "-"))
 
     def has_strip(self):
         """Every participant has a tile at the top of the room's window."""

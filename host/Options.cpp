@@ -21,6 +21,7 @@ constexpr int kMaxGeneratedParticipants = 100;
 constexpr double kMaxSeconds = 86400.0;
 // Sources that the engine makes itself. A file of such a name is reached as ./test.
 constexpr std::array<std::string_view, 2> kGeneratedSources{"test", "clip"};
+constexpr std::string_view kNoCamera = "none";
 
 std::string Quoted(std::string_view text) {
     std::string quoted(1, '\'');
@@ -123,6 +124,14 @@ std::optional<Failure> ReadDetached(Options& options, std::string_view value) {
     return std::nullopt;
 }
 
+std::optional<Failure> ReadCamera(Options& options, std::string_view value) {
+    if (value.empty()) {
+        return Failure{"--camera wants test, clip, none, a video file or a URI"};
+    }
+    options.camera = value == kNoCamera ? std::string_view() : value;
+    return std::nullopt;
+}
+
 struct ValueOption {
     std::string_view name;
     std::optional<Failure> (*read)(Options&, std::string_view);
@@ -137,6 +146,7 @@ constexpr std::array kValueOptions{
     ValueOption{"--scale", ReadScale},
     ValueOption{"--room", ReadRoomName},
     ValueOption{"--detached", ReadDetached},
+    ValueOption{"--camera", ReadCamera},
 };
 
 bool IsUri(std::string_view source) {
@@ -216,6 +226,11 @@ std::optional<Failure> ResolvePaths(Options& options, const fs::path& baseFolder
             return failure;
         }
     }
+    if (!options.camera.empty()) {
+        if (std::optional<Failure> failure = ResolveSource(options.camera, baseFolder)) {
+            return failure;
+        }
+    }
     if (options.snapshotPath.empty()) {
         return std::nullopt;
     }
@@ -241,6 +256,8 @@ std::string_view HelpText() {
                              person), a video file or a URI; may be given several times; without
                              it four participants play generated clips
   --participants N           N more with generated clips, 0 to 100
+  --camera SOURCE            what stands for the own camera: test (the test picture, without this option
+                             too), clip, a video file, a URI, or none
   --headless SECONDS         needs no display: runs that long, then ends
   --snapshot FILE.png        writes what the window shows when the program ends; FILE-wall.png too when
                              the wall has a window of its own

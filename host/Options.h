@@ -40,6 +40,7 @@ struct Options {
     double scale = 1.0;
     std::string roomName = "Room";
     std::optional<WallLayout> detached;  // the wall starts in a window of its own
+    std::string camera = "test";         // as a participant's source; empty: none
     bool preview = false;                // the own camera's window is open from the start
 };
 

@@ -56,6 +56,7 @@ Engine::EngineOptions EngineOptionsFrom(const Options& options) {
     for (const ParticipantOption& participant : participants) {
         engine.participants.push_back({participant.name, participant.source});
     }
+    engine.camera = options.camera;
     // What nobody watches, nobody listens to either.
     engine.soundOutput = options.headlessFor ? Engine::SoundOutput::Silent : Engine::SoundOutput::Device;
     return engine;

@@ -155,6 +155,16 @@ TEST(Options, RefuseLayoutsThatTheWallDoesNotHave) {
     EXPECT_FALSE(FailureOf({"--preview=yes"}).empty());
 }
 
+TEST(Options, HaveTheTestPictureForACameraUnlessToldOtherwise) {
+    EXPECT_EQ(Parsed({}).camera, "test");
+    EXPECT_EQ(Parsed({"--camera", "clip"}).camera, "clip");
+    EXPECT_EQ(Parsed({"--camera=me.mp4"}).camera, "me.mp4");
+    EXPECT_EQ(Parsed({"--headless", "1"}).camera, "test");
+    EXPECT_EQ(Parsed({"--camera", "none"}).camera, "");
+    EXPECT_FALSE(FailureOf({"--camera", ""}).empty());
+    EXPECT_FALSE(FailureOf({"--camera"}).empty());
+}
+
 TEST(Options, RefuseSecondsThatAreNoTime) {
     for (const std::string_view value : {"0", "-1", "soon", "3s", "nan", "inf", "1e9", ""}) {
         EXPECT_FALSE(FailureOf({"--headless", value}).empty()) << value;
@@ -182,7 +192,7 @@ TEST(Options, RefuseASnapshotThatIsNoPng) {
 TEST(Options, ListEveryOptionInTheHelp) {
     for (const std::string_view name :
          {"--participant", "--headless", "--snapshot", "--size", "--scale", "--room", "--participants",
-          "--detached", "--preview", "--help", "--version"}) {
+          "--detached", "--preview", "--camera", "--help", "--version"}) {
         EXPECT_NE(HelpText().find(name), std::string_view::npos) << name;
     }
 }
@@ -194,6 +204,23 @@ TEST(ResolvedPaths, StandOnTheFolderThatThePersonIsIn) {
     ASSERT_FALSE(ResolvePaths(options, folder.Path()));
     EXPECT_EQ(options.participants[0].source, folder.Path() / "clip.mp4");
     EXPECT_EQ(options.snapshotPath, folder.Path() / "out.png");
+}
+
+TEST(ResolvedPaths, StandOnThatFolderForTheCameraToo) {
+    const TemporaryFolder folder;
+    Options missing = Parsed({"--camera", "me.mp4"});
+    const auto failure = ResolvePaths(missing, folder.Path());
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->line, "no such file: " + (folder.Path() / "me.mp4").string());
+    std::ofstream(folder.Path() / "me.mp4") << "x";
+    Options options = Parsed({"--camera", "me.mp4"});
+    ASSERT_FALSE(ResolvePaths(options, folder.Path()));
+    EXPECT_EQ(options.camera, folder.Path() / "me.mp4");
+    Options none = Parsed({"--camera", "none"});
+    ASSERT_FALSE(ResolvePaths(none, folder.Path()));
+    EXPECT_EQ(none.camera, "");
+    Options itself = Parsed({"--camera", "./none"});
+    EXPECT_TRUE(ResolvePaths(itself, folder.Path())) << "a file of that name";
 }
 
 TEST(ResolvedPaths, LeaveGeneratedSourcesAndUrisAlone) {

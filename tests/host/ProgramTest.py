@@ -75,6 +75,25 @@ class Snapshot(ProgramTest):
         red, _, blue = picture.pixel(480, 180)
         self.assertTrue(red < 60 and blue > 200, picture.pixel(480, 180))
 
+    def test_shows_the_own_camera_where_nobody_else_is(self):
+        alone = ("--size", "640x360", "--participants", "0")
+        self.assertGreater(self.snapshot("own.png", 2, *alone).colours(), 8)
+        done = self.run_program("--headless", "1", "--snapshot", "none.png", *alone, "--camera", "none")
+        self.assert_one_line(done, 1, "nothing was drawn")
+        self.clip("halves.mp4")
+        picture = self.snapshot("file.png", 2, *alone, "--camera", "halves.mp4")
+        # Of the main video, below the strip.
+        self.assertGreater(picture.pixel(220, 270)[0], 200)
+        self.assertGreater(picture.pixel(420, 270)[2], 200)
+
+    def test_shows_a_participant_rather_than_the_own_camera(self):
+        self.clip("halves.mp4")
+        picture = self.snapshot(
+            "one.png", 2, "--size", "640x360", "--participant", "one=halves.mp4", "--camera", "test"
+        )
+        self.assertGreater(picture.pixel(220, 270)[0], 200)
+        self.assertGreater(picture.pixel(420, 270)[2], 200)
+
     def test_fills_a_display_of_twice_the_pixels(self):
         self.clip("halves.mp4")
         picture = self.snapshot(
@@ -108,6 +127,8 @@ class BadInput(ProgramTest):
     def test_names_a_missing_file_in_one_line(self):
         done = self.run_program("--headless", "1", "--participant", "one=missing.mp4")
         self.assert_one_line(done, 1, "no such file", "missing.mp4")
+        done = self.run_program("--headless", "1", "--camera", "me.mp4")
+        self.assert_one_line(done, 1, "no such file", "me.mp4")
 
     def test_refuses_a_bad_option_in_one_line(self):
         self.assert_one_line(self.run_program("--colour"), 2, "--colour")

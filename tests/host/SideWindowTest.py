@@ -53,7 +53,7 @@ class SideWindowTest(RoomDisplay):
         self.until(self.has_strip, "the strip does not come back")
 
     def test_changes_the_layout_and_the_size_of_the_walls_window(self):
-        self.open_room("--detached", "grid")
+        self.open_room("--detached", "grid", "--camera", "none")
         wall = self.window("participants, grid")
         self.press(wall, "1")
         self.window("participants, strip")

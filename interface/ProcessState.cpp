@@ -44,7 +44,7 @@ std::shared_ptr<Room::VideoRoomView> ReplaceCurrentView(std::shared_ptr<Room::Vi
     return view;
 }
 
-void AbandonView(std::shared_ptr<Room::VideoRoomView> view) {
+void AbandonView(const std::shared_ptr<Room::VideoRoomView>& view) {
     if (view == nullptr || DeferUntilViewIsLeft([view] { view->Abandon(); })) return;
     view->Abandon();
 }

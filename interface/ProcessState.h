@@ -31,7 +31,7 @@ struct RoomSetting {
 std::shared_ptr<Room::VideoRoomView> ReplaceCurrentView(std::shared_ptr<Room::VideoRoomView> view);
 // Frees the window and the renderer of a view whose place another takes: now, or if the view is at work as
 // soon as it is left.
-void AbandonView(std::shared_ptr<Room::VideoRoomView> view);
+void AbandonView(const std::shared_ptr<Room::VideoRoomView>& view);
 // The current view if it is a recordings view, else empty. Any thread.
 [[nodiscard]] std::shared_ptr<Recording::RecordingsView> GetRecordingsView();
 

@@ -20,7 +20,7 @@ public:
 private:
     // What the system's own library needs between calls; null where that could not be had.
     void* first_ = nullptr;
-    void* second_ = nullptr;
+    [[maybe_unused]] void* second_ = nullptr;
 };
 
 }  // namespace Corvanta::UI

@@ -52,7 +52,9 @@ SDL_Event Cleared(SDL_EventType type) {
 // Byte for byte, but for the time that SDL writes into each.
 ::testing::AssertionResult Same(SDL_Event left, SDL_Event right) {
     left.common.timestamp = right.common.timestamp = 0;
-    if (std::memcmp(&left, &right, sizeof left) == 0) return ::testing::AssertionSuccess();
+    // Pushed events carry no pointer, and what an event does not use is 0 on both sides.
+    if (std::memcmp(left.padding, right.padding, sizeof left.padding) == 0)
+        return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << "the events differ";
 }
 

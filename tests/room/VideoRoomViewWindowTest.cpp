@@ -56,7 +56,8 @@ protected:
             view->Tick();
             const auto size = window->GetSize();
             const std::vector<uint32_t> pixels = window->ReadPixels();
-            return !pixels.empty() && pixels[static_cast<size_t>(y * size.width + x)] == argb;
+            return !pixels.empty() && pixels[static_cast<size_t>(y) * static_cast<size_t>(size.width) +
+                                             static_cast<size_t>(x)] == argb;
         });
     }
 

@@ -57,7 +57,7 @@ TEST_F(AbstractViewWindowTest, DrawsOnTheHostsWindow) {
     ASSERT_EQ(view.Init(host.Handle(), 64, 48), 1);
     Draw(view);
     const auto pixels = host.ReadPixels();
-    ASSERT_EQ(pixels.size(), size_t{64 * 48});
+    ASSERT_EQ(pixels.size(), size_t{64} * 48);
     EXPECT_EQ(pixels.front(), kTeal);
     EXPECT_EQ(pixels.back(), kTeal);
 }
@@ -97,7 +97,7 @@ TEST_F(AbstractViewWindowTest, ResizesTheHostsWindow) {
     view.SetViewport(100, 80);
     Draw(view);
     const auto pixels = host.ReadPixels();
-    ASSERT_EQ(pixels.size(), size_t{100 * 80});
+    ASSERT_EQ(pixels.size(), size_t{100} * 80);
     EXPECT_EQ(pixels.back(), kTeal);
 }
 

@@ -11,7 +11,8 @@ namespace Corvanta::Host {
 namespace {
 
 constexpr float kOutside = -1.0F;
-constexpr int kWheelStep = QWheelEvent::DefaultDeltasPerStep;
+// A step moves the thumb of a scrollbar by one pixel; a notch of the wheel makes twelve.
+constexpr int kWheelStep = QWheelEvent::DefaultDeltasPerStep / 12;
 
 }  // namespace
 

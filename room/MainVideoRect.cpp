@@ -1,20 +1,28 @@
 #include "room/MainVideoRect.h"
 
+#include <algorithm>
+
+#include "ui/Arithmetic.h"
+
 namespace Corvanta::Room {
 
 SDL_Rect LetterboxedMainVideo(const MainVideoSpace& space, float aspect) {
-    SDL_Rect rect{0, space.stripHeight, 0, space.viewHeight - space.reservedBelow - space.stripHeight};
+    // In doubles, which hold every difference of ints.
+    const double room = static_cast<double>(space.viewHeight) - space.reservedBelow - space.stripHeight;
+    SDL_Rect rect{0, space.stripHeight, 0, UI::Truncate(room)};
     // Compared before it is truncated, since a strange picture's width need not fit an integer.
     const float width = static_cast<float>(rect.h) * aspect;
     if (static_cast<float>(space.viewWidth) <= width) {
-        const int height = static_cast<int>(static_cast<float>(space.viewWidth) / aspect);
+        const int height = UI::Truncate(static_cast<float>(space.viewWidth) / aspect);
         rect.w = space.viewWidth;
-        rect.y = static_cast<int>((rect.h - height) * 0.5 + rect.y);
+        rect.y = UI::Truncate((static_cast<double>(rect.h) - height) * 0.5 + rect.y);
         rect.h = height;
     } else {
-        rect.w = static_cast<int>(width);
-        rect.x = static_cast<int>((space.viewWidth - rect.w) * 0.5);
+        rect.w = UI::Truncate(width);
+        rect.x = UI::Truncate((static_cast<double>(space.viewWidth) - rect.w) * 0.5);
     }
+    rect.w = std::max(rect.w, 0);
+    rect.h = std::max(rect.h, 0);
     return rect;
 }
 

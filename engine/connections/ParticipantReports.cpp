@@ -88,7 +88,7 @@ double ParticipantReports::TotalUpload() const {
 }
 
 void ParticipantReports::FeedLocalUser() const {
-    // Without a camera there is nothing to send.
+    // Nobody in the embedded room receives what the own camera shows, so nothing is sent.
     constexpr double kBitsPerByte = 8.0;
     FeedConnectionStats({.downloadRate = TotalUpload() * kBitsPerByte});
 }

@@ -67,6 +67,30 @@ bool ReadTime(const Json& object, const char* name, int32_t& time) {
 
 }  // namespace
 
+namespace {
+
+// A report holds nothing nested. What does is turned away before the parser spends time on its depth.
+bool IsFlat(const std::string& json) {
+    int depth = 0;
+    bool inText = false;
+    for (std::size_t at = 0; at < json.size(); ++at) {
+        const char c = json[at];
+        if (inText) {
+            if (c == '\\') ++at;
+            if (c == '"') inText = false;
+        } else if (c == '"') {
+            inText = true;
+        } else if (c == '{' || c == '[') {
+            if (++depth > 1) return false;
+        } else if (c == '}' || c == ']') {
+            --depth;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
 std::string ToJson(const ConnectivityReport& report) {
     Json object{{kSessionName, Bounded(report.sessionName)}};
     for (const auto& [name, member] : kTexts) object[name] = Bounded(report.figures.*member);
@@ -81,6 +105,7 @@ std::string ToJson(const ConnectivityReport& report) {
 
 std::optional<ConnectivityReport> ParseReport(const std::string& json) {
     if (json.size() > kLargestReport) return std::nullopt;
+    if (!IsFlat(json)) return std::nullopt;
     const Json object = Json::parse(json, nullptr, false);
     if (!object.is_object()) return std::nullopt;
     ConnectivityReport report;

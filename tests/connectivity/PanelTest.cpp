@@ -52,13 +52,12 @@ std::map<std::string, std::string> PanelTest::Shown() {
 }
 
 void PanelTest::TakeAnswer() {
+    WaitUntilIdle();
     const size_t requests = Calls().Count(kReceiveCall);
     ASSERT_GT(requests, 0U);
-    ASSERT_TRUE(Eventually([&] {
-        TurnMs(kRefreshMs);
-        Update();
-        return Calls().Count(kReceiveCall) > requests;
-    }));
+    TurnMs(kRefreshMs);
+    Update();
+    WaitForRequests(requests + 1);
 }
 
 void PanelTest::WaitForSends(size_t count) {

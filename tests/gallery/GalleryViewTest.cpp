@@ -25,7 +25,7 @@ using Testing::SamePicture;
 
 constexpr int kWidth = 1280;
 constexpr int kHeight = 800;
-constexpr int kScrollStep = 48;
+constexpr int kScrollStep = 4;
 constexpr int kLowest = std::numeric_limits<int>::min();
 constexpr int kHighest = std::numeric_limits<int>::max();
 

@@ -101,20 +101,25 @@ TEST_F(InputForwarderTest, HasOneButtonTheLeftOne) {
 }
 
 TEST_F(InputForwarderTest, GathersSmallTurnsOfTheWheelToSteps) {
-    Wheel(0, 60);
+    Wheel(0, 5);
     EXPECT_THAT(TakePushed(), IsEmpty());
-    Wheel(0, 60);
+    Wheel(0, 5);
     EXPECT_THAT(TakePushed(), ElementsAre("wheel 0 0 1"));
-    Wheel(0, -300);
+    Wheel(0, -25);
     EXPECT_THAT(TakePushed(), ElementsAre("wheel 0 0 -2"));
-    Wheel(0, -60);
+    Wheel(0, -5);
     EXPECT_THAT(TakePushed(), ElementsAre("wheel 0 0 -1"));
 }
 
+TEST_F(InputForwarderTest, MakesTwelveStepsOfANotch) {
+    Wheel(0, 120);
+    EXPECT_THAT(TakePushed(), ElementsAre("wheel 0 0 12"));
+}
+
 TEST_F(InputForwarderTest, TellsSidewaysTurnsOfTheWheel) {
-    Wheel(-240, 0);
+    Wheel(-20, 0);
     EXPECT_THAT(TakePushed(), ElementsAre("wheel 0 -2 0"));
-    Wheel(120, -120);
+    Wheel(10, -10);
     EXPECT_THAT(TakePushed(), ElementsAre("wheel 0 1 -1"));
 }
 

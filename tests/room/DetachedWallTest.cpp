@@ -425,6 +425,7 @@ TEST_F(DetachedWallTest, AGoneTilesTextureDiesBeforeTheWindowItStoodIn) {
     size_t atTheEnd = 77;
     Calls().OnCall("SDL_DestroyRenderer", [&](const Call&) { atTheEnd = Sdl().LiveTextures(); });
     view->LeaveDetachedLayout();
+    Calls().OnCall("SDL_DestroyRenderer", {});
     EXPECT_EQ(atTheEnd, 0U);
     EXPECT_GE(IndexOf("SDL_DestroyRenderer", wall), 0);
     view->Tick();

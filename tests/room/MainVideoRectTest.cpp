@@ -79,5 +79,12 @@ TEST(MainVideoRect, LetsUnscaledPicturesHangOverTheView) {
                {-100, -50, 301, 200});
 }
 
+TEST(LetterboxedMainVideo, HasNoNegativeSizeBelowAStripThatIsTooTall) {
+    const SDL_Rect rect =
+        LetterboxedMainVideo({.viewWidth = 640, .viewHeight = 100, .stripHeight = 160}, 16.0F / 9.0F);
+    EXPECT_EQ(rect.w, 0);
+    EXPECT_EQ(rect.h, 0);
+}
+
 }  // namespace
 }  // namespace Corvanta::Room

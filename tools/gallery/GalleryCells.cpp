@@ -271,7 +271,7 @@ void GallerySheet::AddMenus() {
             menu->GetScrollbar().Move({0, 60}, true);
         };
         cell.release = [menu] { menu->GetScrollbar().EndDrag(); };
-        cell.wheel = [menu](int steps) { menu->GetScrollbar().Move({0, steps * 12}, true); };
+        cell.wheel = [menu](int steps) { menu->GetScrollbar().Move({0, steps}, true); };
     }
 }
 
@@ -309,7 +309,7 @@ void GallerySheet::AddScrollbars() {
         };
         cell.press = [bar] { bar->OnClick(); };
         cell.release = [bar] { bar->EndDrag(); };
-        cell.wheel = [bar](int steps) { bar->Move({steps * 12, steps * 12}, true); };
+        cell.wheel = [bar](int steps) { bar->Move({steps, steps}, true); };
         releasers_.emplace_back([bar] { bar->ResetTextures(); });
     }
 }

@@ -6,7 +6,9 @@
 namespace Corvanta::Gallery {
 namespace {
 
-constexpr int kScrollStep = 48;
+constexpr int kKeyScroll = 48;
+// A notch of the host's wheel is twelve steps.
+constexpr int kStepScroll = 4;
 // More than any sheet is long, and far from the limits of an int.
 constexpr int64_t kMostSteps = 1000;
 
@@ -71,7 +73,7 @@ void GalleryView::HandleEvent(const SDL_Event& event) {
         case SDL_MOUSEBUTTONDOWN: sheet_->OnPress(); break;
         case SDL_MOUSEBUTTONUP: sheet_->OnRelease(); break;
         case SDL_MOUSEWHEEL:
-            if (const int steps = StepsOf(event.wheel); !sheet_->OnWheel(steps)) Scroll(steps * kScrollStep);
+            if (const int steps = StepsOf(event.wheel); !sheet_->OnWheel(steps)) Scroll(steps * kStepScroll);
             break;
         case SDL_KEYDOWN: HandleKey(event.key.keysym.sym); break;
         default: break;
@@ -80,8 +82,8 @@ void GalleryView::HandleEvent(const SDL_Event& event) {
 
 void GalleryView::HandleKey(SDL_Keycode key) {
     if (key >= SDLK_1 && key <= SDLK_4) SetSheetScale(kScales[key - SDLK_1]);
-    if (key == SDLK_DOWN) Scroll(kScrollStep);
-    if (key == SDLK_UP) Scroll(-kScrollStep);
+    if (key == SDLK_DOWN) Scroll(kKeyScroll);
+    if (key == SDLK_UP) Scroll(-kKeyScroll);
 }
 
 void GalleryView::Scroll(int pixels) {

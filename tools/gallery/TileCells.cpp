@@ -22,7 +22,6 @@ constexpr int kInset = 8;
 constexpr int kCellWidth = kTileWidth + 2 * kInset;
 constexpr int kWideCellWidth = 352;
 constexpr int kCellHeight = kTileHeight + 2 * kInset;
-constexpr int kWheelStep = 12;
 
 constexpr SDL_Point kAway{-1, -1};
 constexpr SDL_Point kInTheMiddle{kTileWidth / 2, kTileHeight / 2};
@@ -155,9 +154,7 @@ void GallerySheet::AddTiles() {
             tile->GetMenu().GetScrollbar().EndDrag();
         };
         if (kind.panelOpen) {
-            cell.wheel = [tile](int steps) {
-                tile->GetPanel().GetScrollbar().Move({0, steps * kWheelStep}, true);
-            };
+            cell.wheel = [tile](int steps) { tile->GetPanel().GetScrollbar().Move({0, steps}, true); };
         }
         cell.isBusy = [tile, hasPicture = kind.hasPicture] {
             const bool picturePending = hasPicture && !tile->HasTexture() && !tile->HasNewPicture();

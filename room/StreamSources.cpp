@@ -86,7 +86,7 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddLocalVideoSource(StreamType typ
             TakeMainVideo(*tile);
         }
         thumbnails_->AddTile(tile, false);
-            sink = tile->GetFrameSink();
+        sink = tile->GetFrameSink();
     }
     if (type == StreamType::Camera) adaptation_.Start();
     return sink;

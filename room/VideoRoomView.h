@@ -153,7 +153,8 @@ public:
     [[nodiscard]] std::string GetLocalStreamId();
     // Sink of the local camera's tile; null without one. Any thread.
     [[nodiscard]] std::shared_ptr<FrameCallback> GetLocalCameraSink();
-    // The own camera's tile hears the connection's figures again after another tile of it has taken them over.
+    // The own camera's tile hears the connection's figures again after another tile of it has taken them
+    // over.
     void RenewConnectionStats();
     [[nodiscard]] Video::VideoThumbnails& GetThumbnails() { return *thumbnails_; }
 

@@ -90,7 +90,7 @@ void PanelRows::RenderRow(SDL_Renderer* renderer, const SDL_Rect& panel, const P
     const int wholeWidth = row.value.MeasureText().x;
     int room = layout.valueWidth;
     if (wholeWidth > room && row.value.IsHovered()) {
-        RenderWhole(renderer, panel, row.value, place, wholeWidth);
+        RenderWhole(renderer, panel, row.value, place, {wholeWidth, row.label.MeasureText().y});
         room -= hoveredInset;
     }
     row.value.SetMaxWidth(room);
@@ -103,8 +103,8 @@ void PanelRows::RenderRow(SDL_Renderer* renderer, const SDL_Rect& panel, const P
 }
 
 void PanelRows::RenderWhole(SDL_Renderer* renderer, const SDL_Rect& panel, const UI::TextTexture& value,
-                            SDL_Point place, int valueWidth) {
-    const SDL_Rect plate = ExpandedValuePlate(place, valueWidth, value.MeasureText().y);
+                            SDL_Point place, SDL_Point measured) {
+    const SDL_Rect plate = ExpandedValuePlate(place, measured.x, measured.y);
     UI::FillRect(renderer, plate, kPlateColor);
     UI::ClearDrawColor(renderer);
     whole_.SetText(value.GetText());

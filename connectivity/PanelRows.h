@@ -60,8 +60,9 @@ private:
 
     void RenderRow(SDL_Renderer* renderer, const SDL_Rect& panel, const PanelLayout& layout, int rowTop,
                    int hoveredInset, Row& row);
+    // measured: the value's width and the height of a line.
     void RenderWhole(SDL_Renderer* renderer, const SDL_Rect& panel, const UI::TextTexture& value,
-                     SDL_Point place, int valueWidth);
+                     SDL_Point place, SDL_Point measured);
 
     std::array<Row, kFactCount> rows_;
     // The whole of the long value under the mouse. A raster of its own, so that the shortened one stays.

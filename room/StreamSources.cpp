@@ -45,8 +45,9 @@ std::shared_ptr<FrameCallback> VideoRoomView::AddRemoteVideoSource(const std::st
                                                     Video::TileOrigin::Remote);
     tile->owner = this;
     Video::VideoFrame& added = *remoteTiles_.emplace(streamId, std::move(tile)).first->second;
-    thumbnails_->AddTile(&added, true);
+    // The wall may size the menu as soon as it has the tile.
     AddRemoteControls(added);
+    thumbnails_->AddTile(&added, true);
     if (Connections_IsPublisherFromExternalSource(streamId)) {
         added.isExternalSource = true;
         TakeMainVideo(added);

@@ -145,8 +145,9 @@ TEST_F(PanelAnswers, AreAskedForAfter3001MillisecondsAndNotAfter3000) {
     OpenRemote();
     TurnMs(3000);
     Update();
-    TurnMs(1);
+    WaitUntilIdle();
     EXPECT_EQ(Calls().Count(kReceiveCall), 0U);
+    TurnMs(1);
     Update();
     WaitForRequests(1);
     EXPECT_THAT(Calls().Of(kReceiveCall)[0].arguments, ElementsAre("session", "you"));
@@ -268,8 +269,11 @@ TEST_F(PanelAnswers, OfTheLastTimeAreShownWhenThePanelIsOpenedAgain) {
         TurnMs(4000);
         Update();
     }
+    WaitUntilIdle();
     EXPECT_EQ(Calls().Count(kReceiveCall), requests);
     Panel().SetVisible(true);
+    Update();
+    EXPECT_EQ(Shown()["CPU TYPE"], "Their chip");
     TakeAnswer();
     WaitUntilIdle();
     EXPECT_GT(Calls().Count(kReceiveCall), requests);

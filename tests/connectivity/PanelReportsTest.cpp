@@ -82,6 +82,7 @@ TEST_F(PanelReports, FollowEachOtherAfter5001MillisecondsAndNotAfter5000) {
     TurnMs(5000);
     TurnNs(999'999);
     Update();
+    WaitUntilIdle();
     EXPECT_EQ(Calls().Count("Diagnostics_GetOperatingSystem"), 2U)
         << "the constructor's, and the first report's";
     TurnNs(1);
@@ -90,6 +91,7 @@ TEST_F(PanelReports, FollowEachOtherAfter5001MillisecondsAndNotAfter5000) {
     WaitUntilIdle();
     TurnMs(5000);
     Update();
+    WaitUntilIdle();
     EXPECT_EQ(Calls().Count("Diagnostics_GetOperatingSystem"), 3U);
     TurnMs(1);
     Update();
@@ -103,6 +105,7 @@ TEST_F(PanelReports, AreNotMadeByARemotePanel) {
         Update();
     }
     WaitForRequests(1);
+    WaitUntilIdle();
     EXPECT_EQ(Calls().Count(kSendCall), 0U);
 }
 
@@ -113,6 +116,7 @@ TEST_F(PanelReports, AskForNothing) {
         Update();
     }
     WaitForSends(1);
+    WaitUntilIdle();
     EXPECT_EQ(Calls().Count(kReceiveCall), 0U);
 }
 

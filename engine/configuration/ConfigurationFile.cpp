@@ -108,7 +108,7 @@ std::optional<std::string> WriteWhole(const std::filesystem::path& path, const s
 std::filesystem::path UserConfigurationFolder() {
     constexpr const char* kProductFolder = "corvanta";
     const char* configured = std::getenv("XDG_CONFIG_HOME");
-    // A relative path there is to be ignored (XDG Base Directory Specification).
+    // The rule for this variable, which all desktops share: a relative path counts for nothing.
     if (configured != nullptr && configured[0] == '/')
         return std::filesystem::path(configured) / kProductFolder;
     const char* home = std::getenv("HOME");

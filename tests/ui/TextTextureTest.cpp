@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "tests/fake_platform/AllocationCounter.h"
-#include "tests/ui/ToolkitTest.h"
+#include "tests/ui/TextTextureTestBase.h"
 
 namespace Corvanta::UI {
 namespace {
@@ -18,25 +18,11 @@ using Testing::LogLine;
 using Testing::Measurements;
 using Testing::RasterisedTexts;
 using Testing::Sdl;
-using Texts = std::vector<std::string>;
+using Testing::Texts;
 
 const std::string kLongText = "A rather long text for its place";
 
-class TextTextureTest : public Testing::ToolkitTest {
-protected:
-    TextTextureTest() {
-        text_.SetFontName(FontRegular);
-        text_.SetFontSize(14);
-    }
-
-    // Draws it, and forgets the calls.
-    void Settle(SDL_Point topLeft = {10, 20}) {
-        text_.RenderAt(Renderer(), topLeft);
-        Calls().Clear();
-    }
-
-    TextTexture text_;
-};
+class TextTextureTest : public Testing::TextTextureTestBase {};
 
 TEST_F(TextTextureTest, StartsEmptyAndOutOfDate) {
     const TextTexture text;
@@ -319,171 +305,6 @@ TEST_F(TextTextureTest, KeepsItsPlaceWhenNothingWasDrawn) {
     EXPECT_TRUE(text_.IsHovered());
 }
 
-TEST_F(TextTextureTest, IsRasterisedAtItsPhysicalSize) {
-    text_.SetText("Hello");
-    SetContentScale(2.0F);
-    text_.RenderAt(Renderer(), {10, 20});
-    ASSERT_EQ(Calls().Count("TTF_OpenFont"), 1U);
-    EXPECT_EQ(Calls().Of("TTF_OpenFont")[0].arguments[1], "28");
-    const SDL_Point physical = SizeOf(FontRegular, 28, "Hello");
-    EXPECT_EQ(text_.GetWidth(), static_cast<int>(std::round(physical.x / 2.0)));
-    EXPECT_EQ(text_.GetHeight(), static_cast<int>(std::round(physical.y / 2.0)));
-}
-
-TEST_F(TextTextureTest, IsSharpAtEveryContentScale) {
-    // Of an even extent at twice the scale, so that it is drawn pixel for pixel.
-    const auto isEven = [](const std::string& text, int size) {
-        const SDL_Point extent = SizeOf(FontRegular, size, text);
-        return extent.x % 2 == 0 && extent.y % 2 == 0;
-    };
-    int size = 12;
-    std::string text = "Hello";
-    while (SizeOf(FontRegular, 2 * size, text).y % 2 != 0) ++size;
-    while (!isEven(text, 2 * size)) text += 'l';
-    text_.SetText(text);
-    text_.SetFontSize(size);
-    SetContentScale(2.0F);
-    text_.RenderAt(Renderer(), {10, 20});
-    ExpectText(FontRegular, 2 * size, text, {20, 40});
-    EXPECT_TRUE(DrawnAsExpected());
-}
-
-TEST_F(TextTextureTest, RoundsItsPhysicalSize) {
-    text_.SetText("Hello");
-    SetContentScale(1.25F);
-    text_.Rebuild(Renderer());
-    text_.SetFontSize(13);
-    text_.Rebuild(Renderer());
-    const auto opened = Calls().Of("TTF_OpenFont");
-    ASSERT_EQ(opened.size(), 2U);
-    EXPECT_EQ(opened[0].arguments[1], "18");  // 17.5
-    EXPECT_EQ(opened[1].arguments[1], "16");  // 16.25
-}
-
-TEST_F(TextTextureTest, FollowsTheHorizontalScaleAlone) {
-    text_.SetText("Hello");
-    SDL_RenderSetScale(Renderer(), 2.0F, 3.0F);
-    text_.Rebuild(Renderer());
-    EXPECT_EQ(Calls().Of("TTF_OpenFont").at(0).arguments[1], "28");
-    const SDL_Point physical = SizeOf(FontRegular, 28, "Hello");
-    EXPECT_EQ(text_.GetHeight(), static_cast<int>(std::round(physical.y / 2.0)));
-}
-
-TEST_F(TextTextureTest, KeepsItsRasterWhenOnlyTheScaleChanges) {
-    text_.SetText("Hello");
-    Settle();
-    SetContentScale(2.0F);
-    text_.RenderAt(Renderer(), {10, 20});
-    EXPECT_EQ(Rebuilds(), 0U);
-}
-
-TEST_F(TextTextureTest, IsMeasuredInLogicalPixelsWithoutARaster) {
-    text_.SetText(kLongText);
-    text_.SetMaxWidth(50);
-    SetContentScale(2.0F);
-    const SDL_Point expected = SizeOf(FontRegular, 14, kLongText);
-    Calls().Clear();
-    EXPECT_EQ(text_.MeasureText(), expected);
-    EXPECT_TRUE(text_.IsDirty());
-    EXPECT_EQ(Rebuilds(), 0U);
-    EXPECT_EQ(Calls().Of("TTF_OpenFont")[0].arguments[1], "14");
-}
-
-TEST_F(TextTextureTest, IsMeasuredAboutAsItIsDrawn) {
-    text_.SetText("Hello");
-    SetContentScale(2.0F);
-    text_.Rebuild(Renderer());
-    EXPECT_NEAR(text_.MeasureText().x, text_.GetWidth(), 2);
-    EXPECT_NEAR(text_.MeasureText().y, text_.GetHeight(), 2);
-}
-
-TEST_F(TextTextureTest, IsMeasuredOnceForEachChangeOfItsExtent) {
-    text_.SetText("Hello");
-    (void)text_.MeasureText();
-    (void)text_.MeasureText();
-    EXPECT_EQ(Measurements(), 1U);
-    text_.SetColor({1, 2, 3, 255});
-    text_.SetMaxWidth(10);
-    text_.SetText("Hello");
-    (void)text_.MeasureText();
-    EXPECT_EQ(Measurements(), 1U);
-
-    text_.SetText("Hello you");
-    EXPECT_EQ(text_.MeasureText(), SizeOf(FontRegular, 14, "Hello you"));
-    text_.SetFontName(FontBolder);
-    EXPECT_EQ(text_.MeasureText(), SizeOf(FontBolder, 14, "Hello you"));
-    text_.SetFontSize(20);
-    EXPECT_EQ(text_.MeasureText(), SizeOf(FontBolder, 20, "Hello you"));
-}
-
-TEST_F(TextTextureTest, HasNoExtentWithoutTextFontOrSize) {
-    const SDL_Point nothing{0, 0};
-    EXPECT_EQ(text_.MeasureText(), nothing);
-    text_.SetText("Hello");
-    EXPECT_FALSE(text_.MeasureText() == nothing);
-    text_.SetFontSize(0);
-    EXPECT_EQ(text_.MeasureText(), nothing);
-    text_.SetFontSize(-14);
-    EXPECT_EQ(text_.MeasureText(), nothing);
-    text_.SetFontSize(14);
-    text_.SetFontName("");
-    EXPECT_EQ(text_.MeasureText(), nothing);
-    text_.SetFontName("NoSuchFont");
-    EXPECT_EQ(text_.MeasureText(), nothing);
-    text_.SetFontName(FontRegular);
-    text_.SetText("");
-    EXPECT_EQ(text_.MeasureText(), nothing);
-    EXPECT_TRUE(Fake().Logs().empty());
-}
-
-TEST_F(TextTextureTest, IsMeasuredAgainOnceItsFontIsThere) {
-    text_.SetText("Hello");
-    Sdl().Fail("TTF_OpenFont");
-    EXPECT_EQ(text_.MeasureText(), (SDL_Point{0, 0}));
-    EXPECT_EQ(text_.MeasureText(), SizeOf(FontRegular, 14, "Hello"));
-}
-
-TEST_F(TextTextureTest, HasNoExtentWhereTheLibraryGivesNone) {
-    text_.SetText("Hello");
-    Sdl().Fail("TTF_SizeUTF8");
-    EXPECT_EQ(text_.MeasureText(), (SDL_Point{0, 0}));
-}
-
-TEST_F(TextTextureTest, HasItsOwnStyleOnTheSharedFont) {
-    TextTexture underlined;
-    underlined.SetFontName(FontRegular);
-    underlined.SetFontSize(14);
-    underlined.SetText("Hello");
-    underlined.SetStyle(TTF_STYLE_UNDERLINE);
-    text_.SetText("Hello");
-
-    underlined.RenderAt(Renderer(), {10, 20});
-    text_.RenderAt(Renderer(), {10, 60});
-    ExpectText(FontRegular, 14, "Hello", {10, 20}, {255, 255, 255, 255}, TTF_STYLE_UNDERLINE);
-    ExpectText(FontRegular, 14, "Hello", {10, 60});
-    EXPECT_TRUE(DrawnAsExpected());
-}
-
-TEST_F(TextTextureTest, IsMeasuredInItsOwnStyle) {
-    constexpr int kSize = 40;
-    const SDL_Point plain = SizeOf(FontBolder, kSize, "Hello");
-    TextTexture underlined;
-    underlined.SetFontName(FontBolder);
-    underlined.SetFontSize(kSize);
-    underlined.SetText("Hello");
-    underlined.SetStyle(TTF_STYLE_UNDERLINE);
-    underlined.Rebuild(Renderer());
-    ASSERT_GT(underlined.GetHeight(), plain.y);
-
-    text_.SetFontName(FontBolder);
-    text_.SetFontSize(kSize);
-    text_.SetText("Hello");
-    EXPECT_EQ(text_.MeasureText(), plain);
-    EXPECT_EQ(underlined.MeasureText().y, underlined.GetHeight());
-    text_.SetStyle(TTF_STYLE_UNDERLINE);
-    EXPECT_EQ(text_.MeasureText().y, underlined.GetHeight());
-}
-
 TEST_F(TextTextureTest, KeepsItsRasterWithoutTextFontOrSize) {
     const std::vector<std::function<void()>> changes = {
         [this] { text_.SetText(""); },
@@ -679,95 +500,6 @@ TEST_F(TextTextureTest, IsNeverInvisible) {
     EXPECT_EQ(Calls().Of("TTF_RenderUTF8_Blended").at(0).arguments[4], "255");
     ExpectText(FontRegular, 14, "Hello", {10, 20}, {196, 196, 196, 255});
     EXPECT_TRUE(DrawnAsExpected());
-}
-
-TEST_F(TextTextureTest, IsOfOneExtentMeasuredAndDrawnInAnyScript) {
-    const std::string names[] = {
-        "\u0418\u0432\u0430\u043D \u041F\u0435\u0442\u0440\u043E\u0432",
-        "\u0393\u03B9\u03CE\u03C1\u03B3\u03BF\u03C2",
-        "\u00C9mile Zo\u00EB",
-    };
-    for (const std::string& name : names) {
-        text_.SetText(name);
-        text_.Rebuild(Renderer());
-        EXPECT_EQ(text_.MeasureText().x, text_.GetWidth()) << name;
-        EXPECT_EQ(text_.MeasureText(), SizeOf(FontRegular, 14, name)) << name;
-    }
-    // Each of its letters is two bytes: taken one by one it would come out far wider.
-    const SDL_Point latin = SizeOf(FontRegular, 14, "Ivan Petrov");
-    text_.SetText(names[0]);
-    EXPECT_LT(text_.MeasureText().x, latin.x * 3 / 2);
-}
-
-TEST_F(TextTextureTest, DrawsWhatItCanOfBrokenUtf8) {
-    const std::string texts[] = {"\xFF\xFE\x80",
-                                 "abc\xC3",
-                                 "\xE6\x9D",
-                                 "\xF0\x9F\x98",
-                                 "\xED\xA0\x80 x",
-                                 "\xF8\x88\x80\x80\x80",
-                                 "a\xC0\xAF"
-                                 "b",
-                                 "tab\tnew\nline\x01"};
-    for (const std::string& text : texts) {
-        text_.SetText(text);
-        (void)text_.MeasureText();
-        text_.RenderAt(Renderer(), {10, 20});
-        text_.SetMaxWidth(20);
-        text_.RenderAt(Renderer(), {10, 20});
-        EXPECT_FALSE(text_.IsDirty());
-        text_.SetMaxWidth(-1);
-    }
-    EXPECT_TRUE(Fake().Logs().empty());
-}
-
-TEST_F(TextTextureTest, EndsAtAByteOfZero) {
-    text_.SetText(std::string("abc\0def", 7));
-    text_.RenderAt(Renderer(), {10, 20});
-    EXPECT_EQ(text_.GetWidth(), SizeOf(FontRegular, 14, "abc").x);
-    text_.SetText(std::string("\0def", 4));
-    text_.RenderAt(Renderer(), {10, 20});
-    EXPECT_EQ(text_.GetWidth(), 0);
-}
-
-TEST_F(TextTextureTest, ShortensATextOf100000Bytes) {
-    std::string text;
-    while (text.size() < 100000) text += "lorem ipsum ";
-    text.resize(100000);
-    text_.SetText(text);
-    text_.SetMaxWidth(100);
-    text_.RenderAt(Renderer(), {10, 20});
-    EXPECT_NEAR(text_.GetWidth(), 100, 20);
-    EXPECT_GT(text_.MeasureText().x, 300000);
-    EXPECT_EQ(RasterisedTexts().at(0).substr(0, 5), "lorem");
-}
-
-TEST_F(TextTextureTest, DrawsATextOf100000BytesWhole) {
-    text_.SetText(std::string(100000, 'i'));
-    text_.RenderAt(Renderer(), {10, 20});
-    EXPECT_EQ(text_.GetWidth(), SizeOf(FontRegular, 14, std::string(100000, 'i')).x);
-}
-
-TEST_F(TextTextureTest, RasterisesNothingBeyondReason) {
-    text_.SetText("Settings");
-    text_.SetFontSize(10200);
-    text_.RenderAt(Renderer(), {10, 20});
-    EXPECT_TRUE(RasterisedTexts().empty());
-    EXPECT_EQ(text_.GetTexture(), nullptr);
-    EXPECT_EQ(text_.GetWidth(), 0);
-    EXPECT_FALSE(text_.IsDirty());
-    EXPECT_TRUE(NothingDrawn());
-    EXPECT_GT(text_.MeasureText().x, 30000);
-}
-
-TEST_F(TextTextureTest, SurvivesTheWildestSizes) {
-    text_.SetText("Settings");
-    for (const int size : {1, 2, 30000, 70000, 1 << 26, 2147483647}) {
-        text_.SetFontSize(size);
-        (void)text_.MeasureText();
-        text_.RenderAt(Renderer(), {10, 20});
-        EXPECT_FALSE(text_.IsDirty()) << size;
-    }
 }
 
 }  // namespace

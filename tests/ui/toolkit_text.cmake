@@ -11,7 +11,9 @@ add_executable(ui_text_test
     ${CMAKE_CURRENT_LIST_DIR}/TextButtonTest.cpp
     ${CMAKE_CURRENT_LIST_DIR}/TextCalls.cpp
     ${CMAKE_CURRENT_LIST_DIR}/TextEllipsisTest.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/TextTextureExtentTest.cpp
     ${CMAKE_CURRENT_LIST_DIR}/TextTextureTest.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/TextTextureWildTextTest.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ToggleButtonTest.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ToolkitTest.cpp
     ${CMAKE_CURRENT_LIST_DIR}/TooltipTest.cpp

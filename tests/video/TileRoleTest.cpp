@@ -54,7 +54,7 @@ TEST_F(TileRoleTest, HasNoVideoWhenItIsOffAndWantedOffOrNothingIsDrawn) {
     EXPECT_FALSE(tile->HasNoVideo(true));
     EXPECT_FALSE(tile->HasNoVideo(false));
 
-    tile->SetVideoEnabled(false);  // off for now, but wanted
+    tile->SetVideoEnabled(false);  // off at this moment, and still wanted
     EXPECT_FALSE(tile->HasNoVideo(true));
     EXPECT_FALSE(tile->HasNoVideo(false));
     tile->ReleaseGraphics();

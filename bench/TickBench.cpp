@@ -3,13 +3,12 @@
 // CorvantaCountedTick and measures nothing, for callgrind.
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "bench/BenchMain.h"
 #include "bench/BenchRoom.h"
 #include "bench/Medians.h"
 #include "bench/SdlReplay.h"
@@ -97,31 +96,8 @@ void CountInstructions(Arrival arrival) {
     std::printf("TICKS %d\n", kCountedTicks);
 }
 
-void Run(const std::vector<std::string_view>& arguments) {
-    int rounds = kDefaultRounds;
-    for (size_t i = 0; i < arguments.size(); ++i) {
-        const bool hasValue = i + 1 < arguments.size();
-        if (arguments[i] == "--rounds" && hasValue) {
-            rounds = std::atoi(arguments[++i].data());
-        } else if (arguments[i] == "--count-instructions" && hasValue) {
-            CountInstructions(arguments[i + 1] == "frame" ? Arrival::Frame : Arrival::None);
-            return;
-        }
-    }
-    MeasureAll(rounds);
-}
-
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    // What a host without a graphics card chooses.
-    setenv("SDL_RENDER_DRIVER", "software", 0);
-    setenv("SDL_FRAMEBUFFER_ACCELERATION", "0", 0);
-    try {
-        Run({arguments + 1, arguments + argumentCount});
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_tick: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return RunBench(argumentCount, arguments, "bench_tick", kDefaultRounds, &MeasureAll, &CountInstructions);
 }

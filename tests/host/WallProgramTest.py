@@ -96,7 +96,7 @@ class WallProgramTest(RoomDisplay):
         self.assertFalse(self.has_border(places[third]))
 
     def test_scrolls_the_strip_by_the_wheel(self):
-        places = self.open_strip(22)
+        places = self.open_strip(6)
         self.point_at(places["red"])
         self.until_places(lambda now: self.turn("5") and now.get("blue", 0) < places["blue"] - 150,
                           "the strip does not scroll")

@@ -16,12 +16,12 @@ class CountTests(unittest.TestCase):
                 file.write(text)
             return subprocess.run([sys.executable, TOOL, path], capture_output=True, text=True)
 
-    def test_each_test_is_counted_once(self):
+    def test_each_test_is_counted_once_and_the_failed_are_named(self):
         done = self.count(
             '<testsuite><testcase name="a" status="run"/><testcase name="b" status="run"/>'
             '<testcase name="c" status="fail"><failure message=""/></testcase></testsuite>'
         )
-        self.assertEqual((done.returncode, done.stdout), (0, "2 1\n"), done.stderr)
+        self.assertEqual((done.returncode, done.stdout), (0, "2 1\nc\n"), done.stderr)
 
     def test_what_skipped_itself_counts_as_neither(self):
         done = self.count(
@@ -35,7 +35,7 @@ class CountTests(unittest.TestCase):
             '<testsuite><testcase name="a" status="notrun"><skipped message="Unable to find executable"/></testcase>'
             "</testsuite>"
         )
-        self.assertEqual(done.stdout, "0 1\n")
+        self.assertEqual(done.stdout, "0 1\na\n")
 
     def test_a_broken_file_is_an_error(self):
         done = self.count("<testsuite><testcase")

@@ -1,16 +1,19 @@
 // The engine's public face for the host program: who takes part in the next room, where the configuration
-// lies, how much is logged, and what there is to see. Every function may be called on any thread but a
-// callback of the engine itself.
+// lies, how much is logged, what there is to see, which devices there are, and what the local user shares.
+// Every function may be called on any thread but a callback of the engine itself.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/Api.h"
+#include "platform/Connections.h"
 
 namespace Corvanta::Engine {
 
@@ -38,7 +41,8 @@ struct EngineOptions {
     std::vector<Participant> participants;
     // Who is there when the list is empty.
     EmptyRoom whenEmpty = EmptyRoom::DefaultParticipants;
-    // What stands for the local user's camera, as a participant's source but never heard. Empty: no camera.
+    // What stands for the local user's default camera, as a participant's source but never heard. It is used
+    // where the setting "Device.Camera" names no other device. Empty: only a camera that the setting names.
     std::string camera;
     // Empty: "corvanta" in the user's configuration folder.
     std::filesystem::path configurationFolder;
@@ -73,6 +77,79 @@ struct RoomStatus {
 // Waits until every participant of the open room has delivered a picture or is known to have none; false when
 // the time runs out first or there is no room.
 [[nodiscard]] CORVANTA_PLATFORM_API bool WaitForPictures(std::chrono::milliseconds timeout);
+
+enum class DeviceKind { Camera, Microphone, Speaker };
+
+// Names by which the generated devices are chosen. They are there on every machine.
+inline constexpr const char* kTestPicture = "Test picture";
+inline constexpr const char* kTestTone = "Test tone";
+
+// Names of what there is of a kind: the machine's own devices first, then for Camera kTestPicture, for
+// Microphone kTestTone. From memory, but for the first call, which has the machine's devices looked up.
+[[nodiscard]] CORVANTA_PLATFORM_API std::vector<std::string> ListDevices(DeviceKind kind);
+
+// The function is called on a thread of the engine when devices came or went. One listener in all: a new one
+// replaces the old, an empty function ends it, and on return no call of the old one is in progress on another
+// thread.
+CORVANTA_PLATFORM_API void SetDevicesChangedListener(std::function<void()> listener);
+
+struct ScreenTarget {
+    // The window's number on its display; 0 for the whole screen.
+    std::uint64_t window = 0;
+    // UTF-8.
+    std::string title;
+    // Of the window's program; -1 when the window does not say.
+    std::int32_t processId = -1;
+};
+
+// The whole screen, then the windows that can be shared, as they stand on the display of the process: the
+// oldest first, and of the process itself none. Empty without a display. May take some milliseconds.
+[[nodiscard]] CORVANTA_PLATFORM_API std::vector<ScreenTarget> ListScreenTargets();
+
+// Starts to share a stream of that kind in the open room. There is one of each kind at a time, and a second
+// start replaces the first. What `source` means:
+// - Screenshare: the window's number in decimal; "0" or empty for the whole screen.
+// - File: a path. It plays in a loop.
+// - URL: a URI.
+// - Every other kind but Camera: a name of ListDevices(DeviceKind::Camera).
+// Returns nothing when it starts, else one line for the user, and then what was shared before goes on. The
+// stream appears in the library a moment later. May take some seconds when a file is given, since its
+// beginning is read.
+[[nodiscard]] CORVANTA_PLATFORM_API std::optional<std::string> ShareStream(StreamType type,
+                                                                           const std::string& source);
+
+// Nothing happens when none of that kind is shared. On return no frame of it is on its way; the library is
+// told a moment later.
+CORVANTA_PLATFORM_API void StopSharing(StreamType type);
+
+// The kinds that are shared now, in the order of their start. From memory.
+[[nodiscard]] CORVANTA_PLATFORM_API std::vector<StreamType> SharedStreams();
+
+struct ParticipantInfo {
+    std::string streamId;
+    std::string name;
+    // Slider position.
+    double volume = 1.0;
+    // 0 to 1, of the last moment, for a meter.
+    double loudness = 0.0;
+    // Is the active speaker.
+    bool isSpeaking = false;
+};
+
+// Who is in the open room, the local user left out, in the order in which they entered. From memory.
+[[nodiscard]] CORVANTA_PLATFORM_API std::vector<ParticipantInfo> ListParticipants();
+
+// The participant leaves the open room for good; the library is told a moment later. Unknown ids are ignored.
+CORVANTA_PLATFORM_API void RemoveParticipant(const std::string& streamId);
+
+// The product's settings, kept in the configuration. An absent one reads as an empty text, a number or a
+// boolean as its text. Known keys:
+// - "Device.Camera", "Device.Microphone", "Device.Speaker": a name of ListDevices, or "None". Empty: the
+//   machine's first device, else the test picture or tone; for the speaker the machine's default device.
+// - "Device.PushToTalkKey": read by the library.
+// - "ProcessMonitor.DaVinciResolve", "ProcessMonitor.AutodeskFlame": names of the programs' processes.
+[[nodiscard]] CORVANTA_PLATFORM_API std::string ReadSetting(const std::string& key);
+CORVANTA_PLATFORM_API void WriteSetting(const std::string& key, const std::string& value);
 
 // Closes the connection if one is open, stops every thread of the engine and writes the configuration. The
 // engine may be configured and used again afterwards.

@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "engine/EngineSettings.h"
 #include "engine/common/GuardedCallback.h"
 #include "engine/connections/Room.h"
 #include "engine/connections/TrackSettings.h"
@@ -13,15 +12,9 @@
 
 namespace {
 
-using Corvanta::Engine::CurrentOptions;
 using Corvanta::Engine::GuardedCallback;
 using Corvanta::Engine::Room;
-using Corvanta::Engine::RoomCamera;
 using Corvanta::Engine::TrackSettings;
-
-// Enough for a camera's 1280x720 at 30 pictures a second.
-constexpr uint32_t kCameraTargetBitrate = 2'500'000;
-constexpr int32_t kNoCamera = -1;
 
 struct EngineCallbacks {
     static EngineCallbacks& Get() {
@@ -48,23 +41,6 @@ void WebRTC_Terminate() {
     Room::CloseCurrent();
     EngineCallbacks::Get().connectionStats.Set({});
     EngineCallbacks::Get().sourceMetadata.Set({});
-}
-
-void WebRTC_StopAllLocalVideoCaptures() {
-    const auto room = Room::Current();
-    if (const auto camera = room ? room->Camera() : nullptr) camera->Stop();
-}
-
-int32_t WebRTC_GetVideoCaptureIndex(void*, void*, void*, void*) {
-    const auto room = Room::Current();
-    const bool hasCamera = room ? room->Camera() != nullptr : !CurrentOptions().camera.empty();
-    return hasCamera ? RoomCamera::kCaptureIndex : kNoCamera;
-}
-
-void WebRTC_SetLocalCameraProperties(int32_t, int32_t, int32_t, int32_t) {}
-
-uint32_t WebRTC_GetLocalCameraTargetBitrate() {
-    return kCameraTargetBitrate;
 }
 
 void WebRTC_SetEnabledLocalVideoTrack(bool enabled, int32_t index) {

@@ -13,6 +13,9 @@ target_compile_definitions(corvanta-options INTERFACE SDL_MAIN_HANDLED)
 target_compile_options(corvanta-options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 target_link_libraries(corvanta-options INTERFACE Threads::Threads)
+if(CORVANTA_LOCK_CHECK)
+    target_compile_definitions(corvanta-options INTERFACE CORVANTA_LOCK_CHECK)
+endif()
 if(CORVANTA_SANITIZE)
     target_compile_options(corvanta-options INTERFACE
         -fsanitize=${CORVANTA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -O1)

@@ -147,7 +147,7 @@ void Button::RenderLabel(SDL_Renderer* renderer, TextTexture& texture, const std
 }
 
 void Button::RenderTooltipText(SDL_Renderer* renderer, const std::string& text) {
-    if (text.empty()) return;
+    if (text.empty() || !tooltipAllowed_) return;
     tooltipTexture_.SetText(text);
     tooltipTexture_.SetFontName(FontBolder);
     tooltipTexture_.SetFontSize(Truncate(std::round(rect.h * 0.21)));

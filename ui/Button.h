@@ -54,6 +54,8 @@ public:
     void SetClipBottom(int line) { clip_.bottom = line; }
     // A fill that takes the place of hover treatment and tooltip.
     void SetHighlighted(bool on) { highlighted_ = on; }
+    // False keeps the tooltip away while something lies over the place where it would stand.
+    void SetTooltipAllowed(bool allowed) { tooltipAllowed_ = allowed; }
     // The icon fills the button's height.
     void SetFitHeight(bool on) { fitHeight_ = on; }
     // False makes the next drawing look all pictures up again.
@@ -67,6 +69,7 @@ public:
     [[nodiscard]] const std::string& GetIconName() const { return iconName_; }
     [[nodiscard]] const std::string& GetLabel() const { return label_; }
     [[nodiscard]] bool IsHighlighted() const { return highlighted_; }
+    [[nodiscard]] bool IsTooltipAllowed() const { return tooltipAllowed_; }
     // The raster of the label goes and comes back at the next draw.
     void ReleaseLabelTexture() { labelTexture_.ReleaseTexture(); }
     // Every raster goes, the pictures are forgotten.
@@ -107,6 +110,7 @@ private:
     float boldLabel_ = 0.0F;
     ClipLines clip_;
     bool highlighted_ = false;
+    bool tooltipAllowed_ = true;
 };
 
 // Pixels of a texture; (0, 0) for none.

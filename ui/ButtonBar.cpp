@@ -50,6 +50,7 @@ ButtonBar::Group* ButtonBar::GroupOf(BarGroup group) {
 }
 
 Button* ButtonBar::Adopt(std::unique_ptr<Button> button, BarGroup group) {
+    button->SetTooltipAllowed(tooltipsAllowed_);
     ownButtons_.push_back(std::move(button));
     if (Group* members = GroupOf(group)) members->push_back(ownButtons_.back().get());
     return ownButtons_.back().get();
@@ -92,6 +93,12 @@ ToggleButton* ButtonBar::AddToggleButton(ToggleOptions options, BarGroup group) 
     Adopt(std::move(button), group);
     if (options.startToggled) added->OnClick();
     return added;
+}
+
+void ButtonBar::AddCompactButton(Button* button) {
+    if (button == nullptr) return;
+    button->SetTooltipAllowed(tooltipsAllowed_);
+    compactButtons_.push_back(button);
 }
 
 TextButton* ButtonBar::SetTextButton(const std::string& text, std::function<void()> onClick) {
@@ -170,6 +177,7 @@ void ButtonBar::UpdateRightGroup(const std::map<ToggleButton*, bool>& wanted) {
     }
     const auto appendIfMissing = [this](Button* button) {
         if (std::find(rightButtons_.begin(), rightButtons_.end(), button) == rightButtons_.end()) {
+            button->SetTooltipAllowed(tooltipsAllowed_);
             rightButtons_.push_back(button);
         }
     };
@@ -180,6 +188,13 @@ void ButtonBar::UpdateRightGroup(const std::map<ToggleButton*, bool>& wanted) {
     for (const auto& [button, isWanted] : wanted) {
         if (isWanted && button != nullptr) appendIfMissing(button);
     }
+}
+
+void ButtonBar::SetTooltipsAllowed(bool allowed) {
+    tooltipsAllowed_ = allowed;
+    for (const auto& button : ownButtons_) button->SetTooltipAllowed(allowed);
+    for (Button* button : compactButtons_) button->SetTooltipAllowed(allowed);
+    ForEachGrouped([allowed](Button& button) { button.SetTooltipAllowed(allowed); });
 }
 
 void ButtonBar::ReleaseTextures() {

@@ -56,9 +56,7 @@ public:
                       BarGroup group, ButtonStyle style, const std::string& tooltip);
     ToggleButton* AddToggleButton(ToggleOptions options, BarGroup group);
     // Borrowed; it may stand in a group too. Null is ignored.
-    void AddCompactButton(Button* button) {
-        if (button != nullptr) compactButtons_.push_back(button);
-    }
+    void AddCompactButton(Button* button);
     TextButton* SetTextButton(const std::string& text, std::function<void()> onClick);
     // The slot of the record button; its rect tells its width. Null empties it.
     void SetRecordButton(std::unique_ptr<GraphicElementInterface> button) {
@@ -87,9 +85,12 @@ public:
     [[nodiscard]] int GetTag() const { return tag_; }
     // Puts the wanted optional controls into the right group and takes the others out.
     void UpdateRightGroup(const std::map<ToggleButton*, bool>& wanted);
+    // Of every button, those that come later too: an open menu lies where the tooltips would stand.
+    void SetTooltipsAllowed(bool allowed);
     // Every raster goes, the pictures are forgotten; the next Render brings them back.
     void ReleaseTextures();
 
+    [[nodiscard]] bool AreTooltipsAllowed() const { return tooltipsAllowed_; }
     [[nodiscard]] bool IsCompact() const { return compact_; }
     [[nodiscard]] bool IsSliding() const { return slide_.IsSliding(); }
     [[nodiscard]] bool IsHiding() const { return slide_.IsHiding(); }
@@ -126,6 +127,7 @@ private:
     BarSlide slide_;
     bool pinned_ = false;
     bool hidden_ = false;
+    bool tooltipsAllowed_ = true;
     float titleSizeRatio_ = 0.12F;
     SDL_Color background_{0, 0, 0, 100};
     int tag_ = -1;

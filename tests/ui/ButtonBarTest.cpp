@@ -17,6 +17,7 @@ namespace {
 
 using Testing::CentreOf;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 using Testing::kBarHeight;
 using Testing::kBarMiddleY;
 using Testing::kBarWidth;
@@ -213,6 +214,39 @@ TEST_F(ButtonBarTest, ShowsAToggledButtonsTooltip) {
     bar->OnHover({46, kBarMiddleY});
     Draw(*bar);
     EXPECT_THAT(Testing::RasterisedTexts(), ElementsAre("Tip"));
+}
+
+TEST_F(ButtonBarTest, KeepsTheTooltipsOfItsButtonsAwayUntilTheyAreAllowed) {
+    const auto bar = MakeBar();
+    bar->AddButton(
+        kSomeIcon, "", [] {}, BarGroup::Left, ButtonStyle::Plain, "Tip");
+    EXPECT_TRUE(bar->AreTooltipsAllowed());
+    bar->SetTooltipsAllowed(false);
+    EXPECT_FALSE(bar->AreTooltipsAllowed());
+    Draw(*bar);
+    bar->OnHover({46, kBarMiddleY});
+    Draw(*bar);
+    EXPECT_THAT(Testing::RasterisedTexts(), IsEmpty());
+    bar->SetTooltipsAllowed(true);
+    Draw(*bar);
+    EXPECT_THAT(Testing::RasterisedTexts(), ElementsAre("Tip"));
+}
+
+TEST_F(ButtonBarTest, HoldsButtonsThatComeLaterToWhatItsTooltipsMay) {
+    const auto bar = MakeBar();
+    ToggleButton borrowedCompact(Renderer(), {});
+    ToggleButton borrowedRight(Renderer(), {});
+    bar->SetTooltipsAllowed(false);
+    const std::vector<const Button*> added{
+        AddToggle(*bar, BarGroup::Centre), AddToggle(*bar, static_cast<BarGroup>(0)),
+        bar->AddButton(
+            kSomeIcon, "", [] {}, BarGroup::Right, ButtonStyle::Plain, "Tip"),
+        &borrowedCompact, &borrowedRight};
+    bar->AddCompactButton(&borrowedCompact);
+    bar->UpdateRightGroup({{&borrowedRight, true}});
+    for (const Button* button : added) EXPECT_FALSE(button->IsTooltipAllowed());
+    bar->SetTooltipsAllowed(true);
+    for (const Button* button : added) EXPECT_TRUE(button->IsTooltipAllowed());
 }
 
 TEST_F(ButtonBarTest, ClicksAButtonThatStartsToggledBeforeItIsReturned) {

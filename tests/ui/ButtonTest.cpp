@@ -310,6 +310,27 @@ TEST_F(ButtonTest, ShowsItsTooltipAboveItsFill) {
     EXPECT_TRUE(DrawnAsExpected());
 }
 
+TEST_F(ButtonTest, KeepsItsTooltipAwayUntilItIsAllowed) {
+    Button::Options options = Column();
+    options.style = ButtonStyle::Fill;
+    options.tooltip = "Tip";
+    Button button(Renderer(), std::move(options));
+    button.hovered = true;
+    button.SetTooltipAllowed(false);
+    button.Render(Renderer(), kCentre);
+    ExpectFill(kRect, kHover);
+    ExpectIcon(kSquareIcon, kColumnIcon);
+    EXPECT_TRUE(DrawnAsExpected());
+
+    button.SetTooltipAllowed(true);
+    Clear();
+    button.Render(Renderer(), kCentre);
+    ExpectFill(kRect, kHover);
+    ExpectTooltip("Tip");
+    ExpectIcon(kSquareIcon, kColumnIcon);
+    EXPECT_TRUE(DrawnAsExpected());
+}
+
 TEST_F(ButtonTest, RoundsTheSizeOfItsTooltip) {
     Button::Options options = Column();
     options.height = 50;  // 10.5

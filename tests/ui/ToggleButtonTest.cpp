@@ -328,6 +328,20 @@ TEST_F(ToggleButtonTest, ShowsNoTooltipUnlessToldToAndHovered) {
     EXPECT_EQ(Calls().Count("SDL_RenderFillRect"), 0U);
 }
 
+TEST_F(ToggleButtonTest, KeepsItsTooltipAwayUntilItIsAllowed) {
+    ToggleButton::Options options = Row();
+    options.flat = true;
+    ToggleButton button(Renderer(), std::move(options));
+    button.SetShowTooltip(true);
+    button.hovered = true;
+    button.SetTooltipAllowed(false);
+    button.Render(Renderer(), kCentre);
+    EXPECT_EQ(Calls().Count("SDL_RenderFillRect"), 0U);
+    button.SetTooltipAllowed(true);
+    button.Render(Renderer(), kCentre);
+    EXPECT_EQ(Calls().Count("SDL_RenderFillRect"), 1U);
+}
+
 TEST_F(ToggleButtonTest, ShowsNoPlateForAnEmptyTooltip) {
     ToggleButton::Options options = Row();
     options.flat = true;

@@ -1,5 +1,12 @@
 // Changes of camera, microphone and speaker.
+#include <SDL.h>
+
+#include <array>
 #include <chrono>
+#include <cstring>
+#include <mutex>
+#include <optional>
+#include <string>
 #include <thread>
 
 #include "interface/ProcessState.h"
@@ -13,6 +20,20 @@ namespace {
 
 // What the other side needs to see the track end before its source goes.
 constexpr std::chrono::milliseconds kTrackEnd{100};
+
+// What the host chose last; the values beside the name are its own and only handed through.
+struct DeviceChoice {
+    std::optional<std::string> name;
+    std::array<void*, 3> others{};
+};
+std::mutex gLastChoiceMutex;
+// guards: what follows
+DeviceChoice gLastChoice;
+
+[[nodiscard]] DeviceChoice LastChoice() {
+    const std::scoped_lock lock(gLastChoiceMutex);
+    return gLastChoice;
+}
 
 void TellDevices(Room::VideoRoomView& view) {
     view.SetMicNone(WebRTC_MicIsNone());
@@ -31,11 +52,31 @@ bool SDLinterface_SetLocalCameraProperties(int width, int height, int frameRate,
     return true;
 }
 
+void SDLInterface_AudioQuit(void) {
+    SDL_AudioQuit();
+    SDL_QuitSubSystem(SDL_INIT_AUDIO);
+}
+
+int SDL_GetAudioDeviceIndex(const char* name, bool capture) {
+    if (name == nullptr) return -1;
+    if (SDL_WasInit(SDL_INIT_AUDIO) == 0 && SDL_InitSubSystem(SDL_INIT_AUDIO) != 0) return -1;
+    const int count = SDL_GetNumAudioDevices(capture ? 1 : 0);
+    for (int index = 0; index < count; ++index) {
+        const char* const device = SDL_GetAudioDeviceName(index, capture ? 1 : 0);
+        if (device != nullptr && std::strcmp(device, name) == 0) return index;
+    }
+    return -1;
+}
+
 bool SDLinterface_VideoRoomAudioDeviceUpdate(bool renegotiate) {
     const auto view = CurrentView();
     if (view == nullptr) return false;
-    if (renegotiate)
-        return SDLinterface_VideoRoomTriggerDeviceRenegociation(nullptr, nullptr, nullptr, nullptr);
+    if (renegotiate) {
+        DeviceChoice choice = LastChoice();
+        return SDLinterface_VideoRoomTriggerDeviceRenegociation(choice.name ? choice.name->data() : nullptr,
+                                                                choice.others[0], choice.others[1],
+                                                                choice.others[2]);
+    }
     WebRTC_ADMStart();
     TellDevices(*view);
     return true;
@@ -45,6 +86,13 @@ bool SDLinterface_VideoRoomTriggerDeviceRenegociation(void* deviceName, void* de
                                                       void* deviceArg3) {
     const auto view = CurrentView();
     if (view == nullptr) return false;
+    {
+        const std::scoped_lock lock(gLastChoiceMutex);
+        gLastChoice = {deviceName != nullptr
+                           ? std::optional<std::string>(static_cast<const char*>(deviceName))
+                           : std::nullopt,
+                       {deviceArg1, deviceArg2, deviceArg3}};
+    }
     const int index = WebRTC_GetVideoCaptureIndex(deviceName, deviceArg1, deviceArg2, deviceArg3);
     if (index < 0 && index != view->GetCaptureIndex()) {
         WebRTC_SetEnabledLocalVideoTrack(false, 0);

@@ -75,6 +75,7 @@ int EnterRoom(void* connectionArg0, void* connectionArg1, const char* sessionNam
                      .sessionName = OrEmpty(sessionName),
                      .profileId = profile.id->c_str()});
     view->ReadRenderScalingSetting();
+    view->BuildControls();
     SDL_SetVideoRoomConection(gConnectionIndex.load());
     Connections_SetDefaultOutboundBitrate(WebRTC_GetLocalCameraTargetBitrate());
     WebRTC_SetEnabledLocalAudioTrack(false, 0);
@@ -95,4 +96,8 @@ void SDLinterface_SetRoomWindow(void* nativeHandle, int width, int height) {
 
 void SDLinterface_SetHostCallbacks(const HostCallbacks* callbacks) {
     gRoomSetting.callbacks = callbacks != nullptr ? *callbacks : HostCallbacks{};
+}
+
+void SDLinterface_VideoRoomSetConnectionDroppedCallback(void (*callback)(bool willRetry, bool endedHere)) {
+    Connections_SetConnectionDroppedCallback(callback);
 }

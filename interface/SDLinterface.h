@@ -60,6 +60,11 @@ CORVANTA_EXPORT int EnterRoom(void* connectionArg0, void* connectionArg1, const 
                               const char* roomName, bool flagB, bool isHost, bool flagC, void* connectionArg7,
                               bool flagD);
 
+/* Told when the connection breaks: whether it will be tried again, and whether this side ended it. On the
+   signalling layer's thread. Null ends it; on return no call of the old function is in progress elsewhere. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomSetConnectionDroppedCallback(void (*callback)(bool willRetry,
+                                                                                         bool endedHere));
+
 /* Starts the library and makes a view for playing a recording. functions is copied; null stands for none.
    Returns the view's initialisation: 1 on success, -1 on failure (the view is current all the same). */
 CORVANTA_EXPORT int SDLinterface_RecordingViewInit(void* nativeHandle, int width, int height,
@@ -137,6 +142,20 @@ CORVANTA_EXPORT void* SDLinterface_VideoRoomGetNativeVideoView(void);
 /* Tells the room that its window is in full screen; the host's function is not called back. */
 CORVANTA_EXPORT void SDLinterface_VideoRoomSetFullscreenEnabled(bool enabled);
 
+/* ---- The bar. Without a room they do nothing. Any thread, but they wait for a drawing in progress. ---- */
+
+/* The room's name in the bar; null is ignored. */
+CORVANTA_EXPORT void SDLInterface_VideoRoomUpdateRoomName(const char* name);
+/* The side panel of chat and notes has closed: its button is no longer lit, and the bar shows itself. click:
+   as if the user had pressed the button, so ShowOptions is called back. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomUntoggleOptionsButton(bool click);
+/* The audio mixer has closed. Its button is pressed if it is lit, so ShowAudioMixer is called back. */
+CORVANTA_EXPORT void SDLInterface_VideoRoomUntoggleAudioMixer(void);
+/* A dot on the button of the side panel: there is something new. */
+CORVANTA_EXPORT void SDLInterface_VideoRoomSetShowSidebarNotification(bool shown);
+/* The drawing tools came or went. While they are there the bar makes room for them. */
+CORVANTA_EXPORT void SDLinterface_VideoRoomSetDrawToolEnabled(bool enabled);
+
 /* ---- The wall ---- */
 
 /* Puts the wall into a window of the host's own, which shows the tiles from then on; the room's window keeps
@@ -191,7 +210,13 @@ CORVANTA_EXPORT void SDLInterface_VideoRoomSetParticipantsVolume(float volume);
 CORVANTA_EXPORT void SDLInterface_VideoRoomSetStreamsVolume(float volume);
 /* Pixels, frames a second and bits a second of the own camera's picture. Needs no view; always true. */
 CORVANTA_EXPORT bool SDLinterface_SetLocalCameraProperties(int width, int height, int frameRate, int bitrate);
-/* Sound devices have changed; renegotiate: and the camera with them. False without a view. */
+/* Ends SDL's audio subsystem. */
+CORVANTA_EXPORT void SDLInterface_AudioQuit(void);
+/* Index of SDL's audio device of exactly that name, capture: among the microphones; -1 when there is none.
+   Starts SDL's audio subsystem if need be. */
+CORVANTA_EXPORT int SDL_GetAudioDeviceIndex(const char* name, bool capture);
+/* Sound devices have changed; renegotiate: and the camera with them, by the values of the last call below.
+   False without a view. */
 CORVANTA_EXPORT bool SDLinterface_VideoRoomAudioDeviceUpdate(bool renegotiate);
 /* The user has chosen other devices. deviceName: of the camera, zero-terminated UTF-8, or null for the
    configured one; the other values go to the media engine as they are. Waits 100 ms when the camera goes.

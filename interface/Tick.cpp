@@ -1,4 +1,4 @@
-// The tick that the host calls: timers, the poll for the active speaker, and the view's own tick.
+// The tick that the host calls: timers, what is asked for once a second, and the view's own tick.
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -16,7 +16,7 @@ namespace Corvanta::Interface {
 namespace {
 
 constexpr int64_t kNsPerMs = 1'000'000;
-constexpr int64_t kSpeakerPollMs = 1000;
+constexpr int64_t kPollMs = 1000;
 
 int64_t gLastTickNanos = UI::NowNs();
 int64_t gElapsedSincePollMs = 0;
@@ -46,9 +46,10 @@ void AdvanceTimers() {
     gElapsedSincePollMs += deltaMs;
 }
 
-void PollActiveSpeaker() {
-    if (gElapsedSincePollMs <= kSpeakerPollMs) return;
+void PollEverySecond() {
+    if (gElapsedSincePollMs <= kPollMs) return;
     gElapsedSincePollMs = 0;
+    if (const auto view = CurrentView()) view->RequestTrackCheck();
     std::string speaker;
     if (WebRTC_GetActiveSpeaker(speaker)) SDLinterface_VideoRoomUpdateActiveSpeaker(std::move(speaker));
 }
@@ -85,7 +86,7 @@ using namespace Corvanta::Interface;
 void SDL_VideoRoomCheckInputAndRender(void) {
     CallIntoView([] {
         AdvanceTimers();
-        PollActiveSpeaker();
+        PollEverySecond();
         // Owned for the time of the tick: a command from inside it may replace the view.
         if (const auto view = CurrentView()) view->Tick();
     });

@@ -25,6 +25,7 @@ void VideoRoomView::OnCaptureChanged(int captureIndex) {
         localStreamId_ = running;
     }
     if (!running.empty()) MediaManager_RegisterCallback(localStreamId_, sink);
+    toolbar_.SetVideoNone(captureIndex < 0);
     if (spotlit) SetSpotlightClone(*localCameraTile_);
 }
 

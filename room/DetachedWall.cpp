@@ -14,6 +14,7 @@ namespace {
 
 constexpr const char* kLayoutKey = "detachedLayout";
 constexpr double kTileHeight = 160.0;
+constexpr double kToolbarHeight = 100.0;
 
 }  // namespace
 
@@ -35,6 +36,7 @@ int VideoRoomView::CreateDetachedView(void* nativeHandle, int width, int height)
     }
     thumbnails_->SlideTo(true, false);
     ScaleWall();
+    toolbar_.RefreshLayoutMenu();
     return 1;
 }
 
@@ -75,6 +77,7 @@ void VideoRoomView::BringWallBack() {
     thumbnails_->SetMode(Video::ThumbnailLayoutMode::Strip, 1);
     DestroyDetachedView();
     ScaleWall();
+    toolbar_.RefreshLayoutMenu();
 }
 
 void VideoRoomView::DestroyDetachedView() {
@@ -91,6 +94,14 @@ void VideoRoomView::SlideThumbnails(bool show, bool animated) {
 }
 
 void VideoRoomView::SetContentScale(float scale) {
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    ScaleWallTo(scale);
+    toolbarHeight_ = UI::Truncate(scale * kToolbarHeight);
+    toolbar_.SetContentScale(scale, toolbarHeight_);
+}
+
+void VideoRoomView::ScaleWallTo(float scale) {
     if (!detached_.load()) thumbnails_->SetTileHeight(UI::Truncate(scale * kTileHeight));
 }
 
@@ -98,7 +109,7 @@ void VideoRoomView::ScaleWall() {
     if (detachedView_ != nullptr) {
         detachedView_->OnContentScaleChanged(detachedView_->GetScale());
     } else {
-        SetContentScale(GetScale());
+        ScaleWallTo(GetScale());
     }
 }
 

@@ -2,6 +2,7 @@
 #include "platform/Configuration.h"
 #include "platform/Logger.h"
 #include "platform/WebRTC.h"
+#include "room/StillFile.h"
 #include "room/VideoMetadataMessage.h"
 #include "room/VideoRoomView.h"
 #include "ui/RoomActive.h"
@@ -181,7 +182,7 @@ void VideoRoomView::ClearSpotlight() {
         return;
     }
     spotlightTile_ = nullptr;
-    activeSpeakerId_.clear();
+    SetActiveSpeaker({});
     LeaveMainTile();
 }
 
@@ -237,14 +238,20 @@ Video::VideoFrame* VideoRoomView::FindTile(const std::string& streamId) const {
 }
 
 void VideoRoomView::SetActiveSpeaker(const std::string& streamId) {
-    const std::scoped_lock lock(remoteLock_);
+    const std::scoped_lock lock(speakerMutex_);
     activeSpeakerId_ = streamId;
+}
+
+std::string VideoRoomView::GetActiveSpeaker() const {
+    const std::scoped_lock lock(speakerMutex_);
+    return activeSpeakerId_;
 }
 
 void VideoRoomView::SetSpeakerEnabled(bool enabled) {
     {
         const std::scoped_lock lock(remoteLock_);
         speakerEnabled_ = enabled;
+        toolbar_.ShowSpeakerOff(!enabled);
     }
     ApplySpeaker();
 }
@@ -253,6 +260,7 @@ void VideoRoomView::SetSpeakerNone(bool none) {
     {
         const std::scoped_lock lock(remoteLock_);
         speakerNone_ = none;
+        toolbar_.SetSpeakerNone(none);
     }
     ApplySpeaker();
 }
@@ -370,17 +378,28 @@ void VideoRoomView::OnVideoSourceData(const VideoSourceData& data) {
 
 bool VideoRoomView::ExportRemoteFrame(const std::string& streamId) {
     const std::string path = Configuration_GetLocation() + "/exportedRemoteFrame";
-    {
-        const std::scoped_lock remote(remoteLock_);
-        if (Video::VideoFrame* tile = FindRemoteTile(streamId)) {
-            tile->RequestStillExport(path);
-            return true;
-        }
-    }
+    // Called when the room may have ended: it holds on to the host's function alone.
+    const auto tellHost = [path, call = hostCallbacks_.OnStillExported] {
+        if (call != nullptr) call(WrittenStill(path).c_str());
+    };
+    const std::scoped_lock remote(remoteLock_);
     const std::scoped_lock local(localLock_);
-    Video::VideoFrame* tile = FindLocalTile(streamId);
-    if (tile != nullptr) tile->RequestStillExport(path);
+    Video::VideoFrame* tile = FindTile(streamId);
+    if (tile != nullptr) tile->RequestStillExport(path, tellHost);
     return tile != nullptr;
+}
+
+void VideoRoomView::ForgetOwnStream(std::optional<StreamType> except) {
+    const std::scoped_lock remote(remoteLock_);
+    const std::scoped_lock local(localLock_);
+    if (!detached_.load() || spotlightTile_ == nullptr) return;
+    for (const StreamType type : kAliasedTypes) {
+        if (type == except) continue;
+        const std::string id = Connections_GetLocalUserStreamID(type);
+        if (id.empty() || id != spotlightTile_->GetStreamId()) continue;
+        DropClone();
+        return;
+    }
 }
 
 bool VideoRoomView::SetFrameObserver(const std::string& streamId,

@@ -18,15 +18,17 @@ namespace {
 constexpr const char* kNoScalingKey = "DebugDisableVideoRenderScaling";
 constexpr int kOverlayLayer = 0;
 constexpr int kTileLayer = 1;
+constexpr int kNoMainVideo = -1;
 
 }  // namespace
 
 VideoRoomView::VideoRoomView(int id, const HostCallbacks& callbacks)
     : AbstractView(id),
       hostCallbacks_(callbacks),
-      thumbnails_(std::make_shared<Video::VideoThumbnails>(*this)) {
+      thumbnails_(std::make_shared<Video::VideoThumbnails>(*this)),
+      toolbar_(*this, hostCallbacks_) {
     roomActive.store(true);
-    SetContentScale(GetScale());
+    ScaleWall();
 }
 
 VideoRoomView::~VideoRoomView() {
@@ -37,6 +39,7 @@ VideoRoomView::~VideoRoomView() {
 void VideoRoomView::Configure(const RoomIdentity& identity) {
     const std::scoped_lock lock(remoteLock_);
     identity_ = identity;
+    toolbar_.SetTitle(identity.roomName);
 }
 
 void VideoRoomView::Tick() {
@@ -45,8 +48,11 @@ void VideoRoomView::Tick() {
     if (!remote.owns_lock()) return;
     const std::scoped_lock local(localLock_);
     if (!roomActive.load() || closing_.load() || !IsInitialised()) return;
+    if (trackCheckDue_.exchange(false)) CheckTrackState();
     ProcessInput();
-    if (MayDraw()) Render();
+    if (!MayDraw()) return;
+    microphone_.Update();
+    Render();
 }
 
 void VideoRoomView::ProcessInput() {
@@ -56,7 +62,12 @@ void VideoRoomView::ProcessInput() {
     while (!closing_.load() && SDL_PollEvent(&event) != 0) HandleEvent(event, pointer, wheel);
     if (closing_.load()) return;
     if (pointer.x == 0 && pointer.y == 0) pointer = lastPointer_;
-    if (HasWall()) thumbnails_->Update(pointer, wheel);
+    if (HasWall()) {
+        thumbnails_->Update(pointer, wheel);
+    } else {
+        SetCursor(0, kTileLayer);
+    }
+    UpdatePointer(pointer);
     if (hostCallbacks_.SetCursor != nullptr) hostCallbacks_.SetCursor(GetCursor());
 }
 
@@ -71,26 +82,25 @@ void VideoRoomView::HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_
 }
 
 void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) {
-    if (event.type != SDL_MOUSEMOTION) return;
-    // (-1, -1) says that the pointer left the window.
-    if (event.motion.x == -1 && event.motion.y == -1) return;
-    lastPointer_ = {event.motion.x, event.motion.y};
-    pointer = lastPointer_;
+    switch (event.type) {
+        case SDL_KEYDOWN: microphone_.OnKeyDown(event.key.keysym.sym); break;
+        case SDL_KEYUP: microphone_.OnKeyUp(event.key.keysym.sym); break;
+        case SDL_MOUSEMOTION:
+            // (-1, -1) says that the pointer left the window.
+            if (event.motion.x == -1 && event.motion.y == -1) break;
+            lastPointer_ = {event.motion.x, event.motion.y};
+            pointer = lastPointer_;
+            break;
+        case SDL_MOUSEBUTTONDOWN: toolbar_.OnPress(); break;
+        case kRenderColorSpaceChangedEvent: UpdateHdrOptions(); break;
+        default: break;
+    }
 }
 
-void VideoRoomView::SetMicNone(bool none) {
-    const std::scoped_lock lock(localLock_);
-    if (localCameraTile_ != nullptr && !localCameraTile_->muted) localCameraTile_->muted = none;
-}
-
-void VideoRoomView::SetMicEnabled(bool enabled) {
-    const std::scoped_lock lock(remoteLock_);
-    microphone_.SetMicState(enabled);
-}
-
-bool VideoRoomView::IsMicEnabled() const {
-    const std::scoped_lock lock(remoteLock_);
-    return microphone_.IsMicEnabled();
+void VideoRoomView::UpdatePointer(SDL_Point pointer) {
+    if (pointer.x == 0 && pointer.y == 0) pointer = lastPointer_;
+    toolbar_.OnHover(pointer);
+    SetCursor(0, kOverlayLayer);
 }
 
 void VideoRoomView::SetCursor(int cursor, int layer) {
@@ -113,15 +123,18 @@ void VideoRoomView::Render() {
     ChooseMainTile();
     if (mainTile_ != nullptr) RenderMainTile(*mainTile_);
     RenderWall();
+    RenderControls();
     const bool mainTileLeft = std::exchange(mainTileLeft_, false);
     if (mainTileLeft || mainTile_ != previousMain) OnMainVideoChanged();
+    toolbar_.RenderStreamMenus(renderer);
     static const std::string kNoStream;
     adaptation_.SetMainStream(mainTile_ != nullptr ? mainTile_->GetStreamId() : kNoStream);
     SDL_RenderPresent(renderer);
 }
 
 void VideoRoomView::ChooseMainTile() {
-    Video::VideoFrame* speaker = activeSpeakerId_.empty() ? nullptr : FindRemoteTile(activeSpeakerId_);
+    const std::string speakerId = GetActiveSpeaker();
+    Video::VideoFrame* speaker = speakerId.empty() ? nullptr : FindRemoteTile(speakerId);
     if (detached_.load()) {
         ChooseDetachedMainTile(speaker);
     } else {
@@ -144,6 +157,13 @@ void VideoRoomView::RenderWall() {
     }
 }
 
+void VideoRoomView::RenderControls() {
+    SDL_Renderer* renderer = GetRenderer();
+    toolbar_.RenderBar(renderer, GetHeight() - toolbarHeight_,
+                       mainTile_ != nullptr ? mainTile_->rect.w : kNoMainVideo);
+    toolbar_.RenderMenus(renderer);
+}
+
 bool VideoRoomView::IsMainVideo(const Video::VideoFrame& tile) const {
     if (&tile == localCameraTile_) return false;
     const Video::VideoFrame* main = spotlightTile_ != nullptr ? spotlightTile_ : mainTile_;
@@ -164,15 +184,17 @@ void VideoRoomView::RenderMainTile(Video::VideoFrame& tile) {
 }
 
 void VideoRoomView::OnMainVideoChanged() {
+    toolbar_.OnMainVideoChanged();
     if (hostCallbacks_.OnMainVideoChanged != nullptr) hostCallbacks_.OnMainVideoChanged();
 }
 
-void VideoRoomView::OnResized(int /*width*/, int /*height*/) {
+void VideoRoomView::OnResized(int width, int /*height*/) {
     // The picture follows the host's resize at once, not at the next tick, unless a media thread has the
     // room.
     const std::unique_lock remote(remoteLock_, std::try_to_lock);
     if (!remote.owns_lock()) return;
     const std::scoped_lock local(localLock_);
+    toolbar_.SetWidth(width);
     if (MayDraw()) Render();
 }
 
@@ -195,6 +217,7 @@ void VideoRoomView::ReadRenderScalingSetting() {
 
 void VideoRoomView::Shutdown() {
     adaptation_.Stop();
+    StopListening();
     std::vector<std::unique_ptr<Video::VideoFrame>> tiles;
     {
         const std::scoped_lock remote(remoteLock_);
@@ -213,6 +236,7 @@ void VideoRoomView::Shutdown() {
 void VideoRoomView::Abandon() {
     if (!closing_.load()) {
         adaptation_.Stop();
+        StopListening();
         // It may have been lent after a lost connection, and the camera goes on while the room does not.
         if (const auto sink = GetLocalCameraSink()) {
             MediaManager_UnregisterCallback(GetLocalStreamId(), sink.get());
@@ -221,15 +245,22 @@ void VideoRoomView::Abandon() {
     const std::scoped_lock remote(remoteLock_);
     const std::scoped_lock local(localLock_);
     closing_.store(true);
+    toolbar_.Clear();
     DropClone();
     ReleaseTileGraphics();
     DestroyDetachedView();
     CleanupWindow();
 }
 
+void VideoRoomView::StopListening() {
+    microphone_.Shutdown();
+    toolbar_.StopListening();
+}
+
 std::vector<std::unique_ptr<Video::VideoFrame>> VideoRoomView::EndTiles() {
     ReleaseTileGraphics();
     DropClone();
+    toolbar_.Clear();
     BuryDepartedTiles();
     DestroyDetachedView();
     detached_.store(false);

@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -21,8 +22,10 @@
 #include "platform/HostCallbacks.h"
 #include "platform/VideoFrameBuffer.h"
 #include "platform/VideoSourceData.h"
+#include "room/RoomToolbar.h"
 #include "room/VideoAdaptation.h"
 #include "ui/AbstractView.h"
+#include "ui/LockOrder.h"
 #include "video/HdrMetadata.h"
 #include "video/ThumbnailsView.h"
 #include "video/TileOwner.h"
@@ -53,6 +56,7 @@ public:
     void Render() override;
     void OnResized(int width, int height) override;
     void OnContentScaleChanged(float scale) override { SetContentScale(scale); }
+    void OnRenderTargetChanged() override { UpdateHdrOptions(); }
 
     // Sizes the room's controls; the wall's while it stands in the room.
     virtual void SetContentScale(float scale);
@@ -76,6 +80,8 @@ public:
     [[nodiscard]] virtual int GetCursor() const;
 
     void Configure(const RoomIdentity& identity);
+    // Makes the bar with its menus and lets the microphone follow its button. After Init, host thread.
+    void BuildControls();
     // Host thread.
     [[nodiscard]] const RoomIdentity& GetIdentity() const { return identity_; }
 
@@ -106,6 +112,7 @@ public:
     [[nodiscard]] bool IsDetached() const override { return detached_.load(); }
     void SetActiveSpeaker(const std::string& streamId);
     void SetSpeakerEnabled(bool enabled);
+    [[nodiscard]] bool IsSpeakerEnabled() const;
     // There is no device to hear the room with, or to speak with.
     void SetSpeakerNone(bool none);
     void SetMicNone(bool none);
@@ -115,10 +122,38 @@ public:
     void SetMicEnabled(bool enabled);
     // Any thread.
     [[nodiscard]] bool IsMicEnabled() const;
-    void SetVideoEnabled(bool enabled) { videoEnabled_.store(enabled); }
+    // The wish for the own picture, which the bar's button carries out.
+    void SetVideoEnabled(bool enabled);
     [[nodiscard]] bool IsVideoEnabled() const { return videoEnabled_.load(); }
-    void SetFullscreenEnabled(bool enabled) { fullscreen_ = enabled; }
+    void SetFullscreenEnabled(bool enabled);
     [[nodiscard]] bool IsFullscreenEnabled() const { return fullscreen_; }
+
+    // What the bar's buttons and menus do. In a tick or on the host thread.
+    void SwitchMicrophone(bool on);
+    void SwitchCamera(bool on);
+    void SwitchSpeaker(bool on);
+    // An own stream is to end: it leaves the main video of a room whose wall is detached. except: a kind that
+    // stays.
+    void ForgetOwnStream(std::optional<StreamType> except = std::nullopt);
+    // The next frame of the main video becomes a file.
+    void SaveStill();
+    void RaiseSdrBrightness();
+    void LowerSdrBrightness();
+    void ResetSdrBrightness();
+    void ShowOwnConnection();
+    void LeaveRoom();
+
+    // The host's commands on the bar. Any thread.
+    void SetTitle(const std::string& title);
+    void UntoggleOptionsButton(bool click);
+    void UntoggleAudioMixer();
+    void SetSidebarNotification(bool shown);
+    void SetDrawTool(bool on);
+    // Once a second: the next tick files a report when a button and the track that it switches disagree.
+    void RequestTrackCheck() { trackCheckDue_.store(true); }
+    [[nodiscard]] int GetToolbarHeight() const { return toolbarHeight_; }
+    // In a tick or on the host thread.
+    [[nodiscard]] RoomToolbar& GetToolbar() { return toolbar_; }
 
     // A message of a remote participant. Any thread, also after Shutdown.
     void OnDataChannelMessage(const DataChannelMessage& message);
@@ -176,16 +211,15 @@ protected:
     void BuryDepartedTiles();
     [[nodiscard]] bool MayDraw() const { return !closing_.load() && CanDraw(); }
 
-    mutable std::recursive_mutex remoteLock_;
-    // guards: remoteTiles_, the choice of the main video, identity_, microphone_, the speaker's switches
+    mutable UI::OrderedMutex<std::recursive_mutex, UI::LockRank::Remote> remoteLock_;
+    // guards: remoteTiles_, the choice of the main video, identity_, toolbar_, the speaker's switches
     TileMap remoteTiles_;
-    std::string activeSpeakerId_;
     Video::VideoFrame* mainTile_ = nullptr;
     Video::VideoFrame* spotlightTile_ = nullptr;
     // The main video went since the last drawing, which the next one tells the host.
     bool mainTileLeft_ = false;
 
-    mutable std::recursive_mutex localLock_;
+    mutable UI::OrderedMutex<std::recursive_mutex, UI::LockRank::Local> localLock_;
     // guards: localTiles_, localStreamAliases_, localTileOrder_, localCameraTile_, localStreamId_
     TileMap localTiles_;
     std::map<std::string, std::string> localStreamAliases_;
@@ -199,10 +233,21 @@ protected:
 private:
     void HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_Point& wheel);
     void HandleViewEvent(const SDL_Event& event, SDL_Point& pointer);
+    void UpdatePointer(SDL_Point pointer);
     [[nodiscard]] bool HasWall() const { return !detached_.load() && thumbnails_->IsShown(); }
     void ChooseMainTile();
     void ChooseDetachedMainTile(Video::VideoFrame* speaker);
     void RenderWall();
+    void RenderControls();
+    // Adds the entry for HDR output to the options, or takes it away, when the output has changed.
+    void UpdateHdrOptions();
+    void CheckTrackState();
+    // In nits.
+    void ChangeSdrBrightness(float step);
+    [[nodiscard]] std::string GetActiveSpeaker() const;
+    // Ends what comes from the configuration, the room and the programs; with no lock held, since each waits
+    // for a call in progress.
+    void StopListening();
 
     // Menus of the tiles.
     void AddRemoteControls(Video::VideoFrame& tile);
@@ -238,6 +283,7 @@ private:
     void DestroyDetachedView();
     // Gives the wall the scale of the window in which it stands.
     void ScaleWall();
+    void ScaleWallTo(float scale);
     void OnMainVideoChanged();
     void ApplySpeaker();
     // Under remoteLock, so that no renderer goes between the tile's leaving and its release.
@@ -255,6 +301,7 @@ private:
     RoomIdentity identity_;
     std::shared_ptr<Video::VideoThumbnails> thumbnails_;
     UI::MicrophoneController microphone_;
+    RoomToolbar toolbar_;
     VideoAdaptation adaptation_;
     Video::HdrMetadataSender hdrMetadata_;
     // Outside until the host has moved it.
@@ -273,10 +320,22 @@ private:
     // Height of the wall above the main video, as of the present drawing. Tiles ask for the main video's
     // place with their lock held, under which the wall's must not be taken.
     int stripHeight_ = 0;
+    // Until the first scale is set.
+    int toolbarHeight_ = 85;
     int overlayCursor_ = 0;
     int tileCursor_ = 0;
+    std::atomic<bool> trackCheckDue_{false};
 
-    std::mutex departedMutex_;
+    UI::OrderedMutex<std::recursive_mutex, UI::LockRank::View> viewMutex_;
+    // guards: renderColorSpaceSeen_
+    int renderColorSpaceSeen_ = -1;
+
+    // Of its own, since the speaker is asked for ahead of a tick, which waits for nothing.
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> speakerMutex_;
+    // guards: activeSpeakerId_
+    std::string activeSpeakerId_;
+
+    UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> departedMutex_;
     // guards: departedTiles_
     std::vector<std::unique_ptr<Video::VideoFrame>> departedTiles_;
 };

@@ -75,6 +75,7 @@ public:
     void Unpin() { pinned_ = false; }
     // While hidden, neither the pointer nor KeepAlive shows the bar, and SetVisible(false) hides it at once.
     void SetHidden(bool hidden) { hidden_ = hidden; }
+    [[nodiscard]] bool IsHidden() const { return hidden_; }
     // Something else under the pointer needs the bar.
     void KeepAlive();
     void SetTitle(const std::string& title);

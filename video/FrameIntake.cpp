@@ -1,5 +1,7 @@
 #include "video/FrameIntake.h"
 
+#include <utility>
+
 #include "platform/Logger.h"
 #include "platform/WebRTC.h"
 
@@ -16,20 +18,23 @@ void FrameIntake::OnFrame(const Frame& frame) {
     }
     if (exportPending_.exchange(false)) {
         std::string path;
+        std::function<void()> whenWritten;
         {
             const std::scoped_lock lock(exportMutex_);
             path = exportPath_;
+            whenWritten = whenWritten_;
         }
-        WebRTC_ExportStillImageFromVideoFrameBuffer(path, frame);
+        if (WebRTC_ExportStillImageFromVideoFrameBuffer(path, frame) && whenWritten) whenWritten();
     }
     if (!videoEnabled_.load()) return;
     queue_.TryPush(frame);
 }
 
-void FrameIntake::RequestStillExport(const std::string& path) {
+void FrameIntake::RequestStillExport(const std::string& path, std::function<void()> whenWritten) {
     {
         const std::scoped_lock lock(exportMutex_);
         exportPath_ = path;
+        whenWritten_ = std::move(whenWritten);
     }
     exportPending_.store(true);
 }

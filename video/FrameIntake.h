@@ -5,12 +5,14 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 
 #include "platform/VideoFrameBuffer.h"
+#include "ui/LockOrder.h"
 #include "video/BoundedQueue.h"
 
 namespace Corvanta::Video {
@@ -24,8 +26,9 @@ public:
     // Close, is dropped with a log line.
     void OnFrame(const Frame& frame);
 
-    // The next frame is written to the path. Any thread.
-    void RequestStillExport(const std::string& path);
+    // The next frame is written to the path, which the engine completes by its format. whenWritten: called on
+    // the media thread once the file is there; not when it could not be written. Any thread.
+    void RequestStillExport(const std::string& path, std::function<void()> whenWritten);
 
     // Off drops incoming frames. Any thread; a frame may slip through at the moment of a change.
     void SetVideoEnabled(bool enabled) { videoEnabled_.store(enabled); }
@@ -50,9 +53,10 @@ private:
     std::atomic<bool> closed_{false};
     std::atomic<bool> lateFrameReported_{false};
 
-    std::mutex exportMutex_;
-    // guards: exportPath_
+    UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> exportMutex_;
+    // guards: exportPath_, whenWritten_
     std::string exportPath_ = "videoFrame";
+    std::function<void()> whenWritten_;
 };
 
 }  // namespace Corvanta::Video

@@ -17,6 +17,7 @@
 #include "platform/VideoSourceData.h"
 #include "ui/Button.h"
 #include "ui/GraphicElementInterface.h"
+#include "ui/LockOrder.h"
 #include "ui/Menu.h"
 #include "ui/ToggleButton.h"
 #include "video/FrameIntake.h"
@@ -111,7 +112,9 @@ public:
     [[nodiscard]] bool IsAtRest() const;
 
     // The next frame is written to the path. Any thread.
-    void RequestStillExport(const std::string& path) { intake_->RequestStillExport(path); }
+    void RequestStillExport(const std::string& path, std::function<void()> whenWritten = {}) {
+        intake_->RequestStillExport(path, std::move(whenWritten));
+    }
     void SetFrameObserver(std::unique_ptr<FrameObserver> observer);
     void ClearFrameObserver() { SetFrameObserver(nullptr); }
     // Description of the stream's source. Any thread.
@@ -206,7 +209,7 @@ private:
     // Never null.
     std::unique_ptr<Connectivity::ThumbnailConnectivityPanel> panel_;
 
-    mutable std::mutex tileMutex_;
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::Tile> tileMutex_;
     // guards: everything from here to the worker
     TilePicture picture_;
     TileOverlays overlays_;

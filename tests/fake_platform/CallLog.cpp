@@ -102,6 +102,12 @@ std::vector<Call> CallLog::All() const {
     return calls_;
 }
 
+std::vector<Call> CallLog::OfThisThread() const {
+    std::vector<Call> calls = All();
+    std::erase_if(calls, [](const Call& call) { return call.thread != std::this_thread::get_id(); });
+    return calls;
+}
+
 std::vector<std::string> CallLog::Names() const {
     const std::lock_guard lock(mutex_);
     std::vector<std::string> names;

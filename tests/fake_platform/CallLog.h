@@ -74,6 +74,8 @@ public:
     void Add(const Call& call);
 
     [[nodiscard]] std::vector<Call> All() const;
+    // What the calling thread itself has called: a local tile's panel asks its questions on one of its own.
+    [[nodiscard]] std::vector<Call> OfThisThread() const;
     [[nodiscard]] std::vector<std::string> Names() const;
     [[nodiscard]] std::vector<Call> Of(std::string_view name) const;
     [[nodiscard]] size_t Count(std::string_view name) const;

@@ -66,7 +66,7 @@ TEST_F(MediaTest, KnowsALocalStreamByItsUsersIdAndNotByItsSource) {
         EXPECT_THAT(call.arguments, ElementsAre("0"));
     }
     // The adapter's own question is the last.
-    EXPECT_EQ(Fake().CallNames().back(), "Connections_GetLocalUserStreamID");
+    EXPECT_EQ(Calls().OfThisThread().back().name, "Connections_GetLocalUserStreamID");
 }
 
 TEST_F(MediaTest, AsksForTheUsersIdOfTheStreamsType) {

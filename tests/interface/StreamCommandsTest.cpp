@@ -121,11 +121,13 @@ TEST_F(StreamCommandsTest, SetsTheVolumeOfOneStream) {
 
 TEST_F(StreamCommandsTest, SetsTheVolumeOfAllParticipantsAndOfAllStreams) {
     SDLInterface_VideoRoomSetParticipantsVolume(0.5F);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackModifier", {"0", ToText(0.5)}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackModifier", {"0", ToText(0.5)}}}));
     Calls().Clear();
     SDLInterface_VideoRoomSetStreamsVolume(0.25F);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackModifier", {"1", ToText(0.25)}},
-                                                {"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.25)}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackModifier", {"1", ToText(0.25)}},
+                                 {"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.25)}}}));
 }
 
 TEST_F(StreamCommandsTest, FeedsAFurtherSinkByTheNameUnderWhichOthersKnowTheStream) {

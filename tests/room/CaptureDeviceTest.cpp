@@ -22,7 +22,7 @@ protected:
     [[nodiscard]] std::vector<std::string> Steps() {
         const std::string sink = ToText(static_cast<const void*>(view->GetLocalCameraSink().get()));
         std::vector<std::string> steps;
-        for (const Call& call : Calls().All()) {
+        for (const Call& call : Calls().OfThisThread()) {
             const bool on = call.name == "MediaManager_RegisterCallback";
             if (!on && call.name != "MediaManager_UnregisterCallback") continue;
             if (call.arguments[1] != sink) continue;
@@ -38,7 +38,7 @@ using Strings = std::vector<std::string>;
 TEST_F(CaptureDeviceTest, WithoutACameraNothingHappens) {
     Run(2, "second");
     view->OnCaptureChanged(2);
-    EXPECT_TRUE(Calls().All().empty());
+    EXPECT_TRUE(Calls().OfThisThread().empty());
     EXPECT_EQ(view->GetCaptureIndex(), -1);
     EXPECT_EQ(view->GetLocalStreamId(), "");
 }

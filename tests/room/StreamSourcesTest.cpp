@@ -107,7 +107,7 @@ TEST_F(StreamSourcesTest, RemovingAnUnknownStreamOnlyTellsTheAdaptation) {
     AddCamera(kWhite);
     Calls().Clear();
     view->RemoveRemoteVideoSource("nobody");
-    EXPECT_EQ(Calls().All(),
+    EXPECT_EQ(Calls().OfThisThread(),
               (std::vector<Call>{{"AdaptiveVideoSourceManager_OnRemoteStreamRemoved", {"nobody"}}}));
     EXPECT_EQ(Fake().LogsOf(2).back(), "Removing remote video source with id: nobody");
 }
@@ -305,8 +305,9 @@ TEST_F(StreamSourcesTest, AVolumeReachesTheStreamItIsFor) {
     view->SetStreamVolume("one", 0.25, false);
     view->SetStreamVolume("me", 0.5, false);
     view->SetStreamVolume("nobody", 0.75, false);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackVolume", {"one", ToText(0.25)}},
-                                                {"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.5)}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackVolume", {"one", ToText(0.25)}},
+                                 {"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.5)}}}));
 }
 
 TEST_F(StreamSourcesTest, ALostRemoteConnectionMarksThatTileOnly) {

@@ -60,7 +60,8 @@ TEST_F(StreamVolumesTest, TheVolumeOfOnesOwnStreamShowsToo) {
     Calls().Clear();
     view->SetStreamVolume("my-file", 0.5, false);
     EXPECT_EQ(BadgesOf(*TileOf("my-file")), 1U);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.5)}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.5)}}}));
 }
 
 TEST_F(StreamVolumesTest, AStreamWithoutAMixerShowsNothing) {
@@ -78,7 +79,7 @@ TEST_F(StreamVolumesTest, AnUnknownStreamChangesNothing) {
         view->SetStreamVolume(id, 0.5, false);
         view->SetStreamVolume(id, 0.5, true);
     }
-    EXPECT_TRUE(Calls().All().empty());
+    EXPECT_TRUE(Calls().OfThisThread().empty());
     EXPECT_EQ(BadgesOf(tile), 0U);
 }
 
@@ -155,9 +156,10 @@ TEST_F(StreamVolumesTest, WithoutADeviceNothingIsHeardWhateverTheSpeakerSays) {
 TEST_F(StreamVolumesTest, RoomWideVolumesGoToTheirGroups) {
     view->SetParticipantsVolume(0.25);
     view->SetStreamsVolume(0.75);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackModifier", {"0", ToText(0.25)}},
-                                                {"WebRTC_SetRemoteAudioTrackModifier", {"1", ToText(0.75)}},
-                                                {"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.75)}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetRemoteAudioTrackModifier", {"0", ToText(0.25)}},
+                                 {"WebRTC_SetRemoteAudioTrackModifier", {"1", ToText(0.75)}},
+                                 {"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.75)}}}));
 }
 
 // What the host asks for by the stream's id

@@ -272,12 +272,14 @@ TEST_F(TileMenusTest, SpotlightMakesTheTileTheMainVideoAndNeverEndsIt) {
 TEST_F(TileMenusTest, SoundSwitchesARemoteTrackAndShowsThatItIsOff) {
     Video::VideoFrame& tile = AddRemoteTile("one");
     Click(tile, 1);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetEnabledRemoteAudioTrack", {"one", "false"}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetEnabledRemoteAudioTrack", {"one", "false"}}}));
     EXPECT_FALSE(tile.audioEnabled);
     EXPECT_TRUE(tile.HasBadge("icons/noaudio.png"));
     Calls().Clear();
     Click(tile, 1);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetEnabledRemoteAudioTrack", {"one", "true"}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetEnabledRemoteAudioTrack", {"one", "true"}}}));
     EXPECT_TRUE(tile.audioEnabled);
     EXPECT_FALSE(tile.HasBadge("icons/noaudio.png"));
 }
@@ -292,7 +294,7 @@ TEST_F(TileMenusTest, SoundIsOnlyRememberedWhileTheRoomCannotBeHeard) {
         EXPECT_TRUE(tile.HasBadge("icons/noaudio.png"));
         Click(tile, 1);
         EXPECT_TRUE(tile.audioEnabled);
-        EXPECT_TRUE(Calls().All().empty());
+        EXPECT_TRUE(Calls().OfThisThread().empty());
         none ? view->SetSpeakerNone(false) : view->SetSpeakerEnabled(true);
     }
 }
@@ -300,12 +302,14 @@ TEST_F(TileMenusTest, SoundIsOnlyRememberedWhileTheRoomCannotBeHeard) {
 TEST_F(TileMenusTest, SoundOfOnesOwnStreamIsWhatOneHearsOfIt) {
     Video::VideoFrame& tile = AddLocalTile(StreamType::File);
     Click(tile, 1);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.0)}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(0.0)}}}));
     EXPECT_FALSE(tile.audioEnabled);
     EXPECT_TRUE(tile.HasBadge("icons/noaudio.png"));
     Calls().Clear();
     Click(tile, 1);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(1.0)}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(1.0)}}}));
     EXPECT_TRUE(tile.audioEnabled);
     EXPECT_FALSE(tile.HasBadge("icons/noaudio.png"));
 }
@@ -315,10 +319,11 @@ TEST_F(TileMenusTest, SoundOfOnesOwnStreamComesBackAlsoWhileTheRoomIsSilent) {
     view->SetSpeakerEnabled(false);
     Calls().Clear();
     Click(tile, 1);
-    EXPECT_TRUE(Calls().All().empty());
+    EXPECT_TRUE(Calls().OfThisThread().empty());
     EXPECT_FALSE(tile.audioEnabled);
     Click(tile, 1);
-    EXPECT_EQ(Calls().All(), (std::vector<Call>{{"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(1.0)}}}));
+    EXPECT_EQ(Calls().OfThisThread(),
+              (std::vector<Call>{{"WebRTC_SetLocalStreamsLocalAudioVolume", {ToText(1.0)}}}));
 }
 
 TEST_F(TileMenusTest, VideoSwitchesTheTrackAndStaysOffWhileTheTileIsNotShown) {

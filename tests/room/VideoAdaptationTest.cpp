@@ -32,7 +32,7 @@ protected:
 
 TEST_F(VideoAdaptationTest, StartsForTheLocalCameraWithTheInitialNumbers) {
     adaptation.Start();
-    EXPECT_EQ(Calls().All(),
+    EXPECT_EQ(Calls().OfThisThread(),
               (std::vector<Call>{{"WebRTC_GetLocalCameraTargetBitrate", {}},
                                  {"Connections_GetLocalUserStreamID", {"0"}},
                                  {"AdaptiveVideoSourceManager_Create", {"me", "1", "240", "786432", "true"}},
@@ -87,7 +87,7 @@ TEST_F(VideoAdaptationTest, PassesOnWhatTheRoomSees) {
     adaptation.OnDataChannelMessage({"one", "text"});
     adaptation.OnRemoteStreamRemoved("two");
     adaptation.SetMainStream("three");
-    EXPECT_EQ(Calls().All(),
+    EXPECT_EQ(Calls().OfThisThread(),
               (std::vector<Call>{{"AdaptiveVideoSourceManager_OnDataChannelMessage", {"one", "text"}},
                                  {"AdaptiveVideoSourceManager_OnRemoteStreamRemoved", {"two"}},
                                  {"AdaptiveVideoSourceManager_SetMainStream", {"three"}}}));
@@ -98,7 +98,7 @@ TEST_F(VideoAdaptationTest, StopsWithAnEmptyFunctionAndLetsGoOfTheManager) {
     ASSERT_NE(Fake().AdaptiveManager(), nullptr);
     Calls().Clear();
     adaptation.Stop();
-    EXPECT_EQ(Calls().All(),
+    EXPECT_EQ(Calls().OfThisThread(),
               (std::vector<Call>{{"MediaManager_SetLocalVideoFrameAdaptationCallback", {"empty"}}}));
     EXPECT_EQ(Fake().AdaptiveManager(), nullptr);
     adaptation.SetMainStream("one");

@@ -212,7 +212,7 @@ TEST_F(VideoRoomViewTest, AViewWithoutAWindowDrawsNothing) {
     view->Tick();
     view->Render();
     view->OnResized(100, 100);
-    EXPECT_TRUE(Calls().Names().empty());
+    EXPECT_TRUE(Calls().OfThisThread().empty());
 }
 
 TEST_F(VideoRoomViewTest, ATickReturnsAtOnceWhileAMediaThreadAddsAStream) {
@@ -234,7 +234,7 @@ TEST_F(VideoRoomViewTest, ATickDoesNothingWhileNoRoomIsActive) {
     Open();
     roomActive.store(false);
     view->Tick();
-    EXPECT_TRUE(Calls().Names().empty());
+    EXPECT_TRUE(Calls().OfThisThread().empty());
 }
 
 TEST_F(VideoRoomViewTest, ResizingDrawsAtOnce) {

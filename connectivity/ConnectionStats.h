@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <mutex>
 
+#include "ui/LockOrder.h"
+
 namespace Corvanta::Connectivity {
 
 struct ConnectionFigures {
@@ -26,7 +28,7 @@ public:
     [[nodiscard]] ConnectionFigures Get() const;
 
 private:
-    mutable std::mutex mutex_;
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> mutex_;
     // guards: figures_
     ConnectionFigures figures_;
 };

@@ -58,10 +58,6 @@ uint64_t LockWaitsOfThisThread() {
     return waits;
 }
 
-void CheckNoLockHeld(const char* doing) {
-    if (held.count != 0) End(doing, "", " while holding ", NameOf(held.entries[0].rank));
-}
-
 namespace LockOrder {
 
 void CheckTurn(const void* mutex, LockRank rank, bool repeatable) {

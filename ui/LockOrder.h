@@ -30,10 +30,6 @@ inline constexpr bool kLockOrderChecked = false;
 // How often this thread had to wait for a checked mutex because another thread held it.
 [[nodiscard]] uint64_t LockWaitsOfThisThread();
 
-// Ends the process when this thread holds a checked mutex. doing: what would be wrong with that, such as
-// "joining a thread".
-void CheckNoLockHeld(const char* doing);
-
 namespace LockOrder {
 
 // Before a lock that may wait. repeatable: its holder may take it again.

@@ -1,5 +1,7 @@
 #include "video/SingleVideoView.h"
 
+#include <utility>
+
 #include "platform/Logger.h"
 
 namespace Corvanta::Video {
@@ -7,7 +9,7 @@ namespace Corvanta::Video {
 SingleVideoView::SingleVideoView(int id, PictureFit fit) : AbstractView(id), fit_(fit) {}
 
 SingleVideoView::~SingleVideoView() {
-    DestroyFrame();
+    const std::unique_ptr<VideoFrame> gone = TakeFrame();
 }
 
 int SingleVideoView::Init(void* nativeHandle, int width, int height) {
@@ -18,21 +20,22 @@ int SingleVideoView::Init(void* nativeHandle, int width, int height) {
 }
 
 void SingleVideoView::CreateLocalFrame() {
+    std::unique_ptr<VideoFrame> gone;
     const std::scoped_lock lock(drawMutex_);
-    DestroyFrame();
+    gone = TakeFrame();
     frame_ = std::make_unique<VideoFrame>("local", "", "", TileOrigin::Local);
     frame_->SetVideoEnabled(videoEnabled_);
 }
 
-void SingleVideoView::DestroyFrame() {
-    if (frame_ == nullptr) return;
-    frame_->ReleaseGraphics();
-    frame_.reset();
+std::unique_ptr<VideoFrame> SingleVideoView::TakeFrame() {
+    if (frame_ != nullptr) frame_->ReleaseGraphics();
+    return std::move(frame_);
 }
 
 void SingleVideoView::Shutdown() {
+    std::unique_ptr<VideoFrame> gone;
     const std::scoped_lock lock(drawMutex_);
-    DestroyFrame();
+    gone = TakeFrame();
     CleanupWindow();
     active_.store(false);
 }

@@ -10,6 +10,7 @@
 
 #include "platform/VideoFrameBuffer.h"
 #include "ui/AbstractView.h"
+#include "ui/LockOrder.h"
 #include "video/SinglePicture.h"
 #include "video/VideoFrame.h"
 
@@ -48,7 +49,8 @@ public:
     [[nodiscard]] const FrameCallback* GetFrameCallback() const;
 
 private:
-    void DestroyFrame();
+    // Takes the frame out without its textures, to be destroyed where no lock is held: that joins its worker.
+    [[nodiscard]] std::unique_ptr<VideoFrame> TakeFrame();
     void Draw();
 
     std::unique_ptr<VideoFrame> frame_;
@@ -56,7 +58,7 @@ private:
     std::string streamName_;
     bool windowReady_ = false;
     bool videoEnabled_ = true;
-    mutable std::mutex drawMutex_;
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::View> drawMutex_;
     // guards: frame_, and the renderer while it is drawn on
     std::atomic<bool> active_{true};
     const PictureFit fit_;

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "ui/AbstractView.h"
+#include "ui/LockOrder.h"
 #include "video/VideoThumbnails.h"
 
 namespace Corvanta::Video {
@@ -42,7 +43,7 @@ private:
     // False once a function that the wall called has stopped the view.
     [[nodiscard]] bool MayDraw() const;
 
-    mutable std::mutex viewLock_;
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> viewLock_;
     // guards: thumbnails_, eventQueue_. Not held while the wall works: it calls back.
     std::shared_ptr<VideoThumbnails> thumbnails_;
     std::deque<SDL_Event> eventQueue_;

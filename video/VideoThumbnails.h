@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "ui/LockOrder.h"
 #include "ui/VideoScrollbar.h"
 #include "video/OverlayGradient.h"
 #include "video/StripSlide.h"
@@ -120,7 +121,7 @@ private:
     [[nodiscard]] VideoFrame* InPass(size_t index) const;
     void Forget(VideoFrame* tile);
 
-    mutable std::recursive_mutex gridMutex_;
+    mutable UI::OrderedMutex<std::recursive_mutex, UI::LockRank::Grid> gridMutex_;
     // guards: everything below
     WallOwner& view_;
     TileList tiles_;

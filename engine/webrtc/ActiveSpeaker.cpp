@@ -1,18 +1,24 @@
 #include "engine/webrtc/ActiveSpeaker.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace Corvanta::Engine {
 
 namespace {
 
-// Long enough to bridge the gaps between syllables, short enough to follow a change of turns within a second.
-constexpr std::chrono::milliseconds kWindow{700};
-// One report is no window: a click must not take the picture.
-constexpr std::size_t kFewestReports = 3;
-// Mean squares. -40 dB: quieter is room noise. 4 dB: whoever is to take the picture from a speaker must be
-// that much louder.
+using std::chrono::milliseconds;
+
+// How long somebody speaks before the picture is theirs.
+constexpr milliseconds kSpeech{1000};
+// Of two who began together, one is reported first; the louder is to win all the same.
+constexpr milliseconds kTogether{200};
+// The longest pause inside speech; words of one sentence are hardly ever further apart.
+constexpr milliseconds kLongestPause{400};
+// At least this share of the reports of a second of speech is sound. Single clicks, as of a keyboard, are
+// less.
+constexpr std::size_t kPauseShare = 2;
+// Mean squares. -40 dB: quieter is room noise. 4 dB: whoever is to take the picture from somebody who speaks
+// must be that much louder.
 constexpr double kSpeaking = 1e-4;
 constexpr double kTakeOver = 2.5;
 
@@ -20,31 +26,63 @@ constexpr double kTakeOver = 2.5;
 
 ActiveSpeaker::ActiveSpeaker(std::size_t participants) : voices(participants) {}
 
+void ActiveSpeaker::Note(Voice& voice, double meanSquare, Time now) {
+    if (voice.isSpeaking && !Speaks(voice, now)) {
+        voice.isSpeaking = false;
+        voice.reports.clear();
+    }
+    if (meanSquare >= kSpeaking) {
+        // The sound may have begun and ended anywhere within a report, so only what lies between the first
+        // and the last one of a run is sure.
+        voice.certain = voice.isSpeaking ? voice.latest : now;
+        if (!voice.isSpeaking) voice.first = now;
+        voice.latest = now;
+        voice.isSpeaking = true;
+    }
+    if (!voice.isSpeaking) return;
+    voice.reports.push_back({now, meanSquare});
+    while (now - voice.reports.front().time > kSpeech) voice.reports.pop_front();
+}
+
+bool ActiveSpeaker::Speaks(const Voice& voice, Time now) {
+    return voice.isSpeaking && !voice.isGone && now - voice.latest <= kLongestPause;
+}
+
+bool ActiveSpeaker::HasSpoken(const Voice& voice, milliseconds duration) {
+    const auto sounds = static_cast<std::size_t>(
+        std::count_if(voice.reports.begin(), voice.reports.end(),
+                      [](const Report& report) { return report.meanSquare >= kSpeaking; }));
+    return voice.certain - voice.first >= duration && sounds * kPauseShare >= voice.reports.size();
+}
+
 double ActiveSpeaker::Loudness(const Voice& voice) {
-    if (voice.isGone || voice.reports.size() < kFewestReports) return 0;
-    const double sum =
-        std::accumulate(voice.reports.begin(), voice.reports.end(), 0.0,
-                        [](double total, const Report& report) { return total + report.meanSquare; });
-    return sum / static_cast<double>(voice.reports.size());
+    std::vector<double> sounds;
+    for (const Report& report : voice.reports) {
+        if (report.meanSquare >= kSpeaking) sounds.push_back(report.meanSquare);
+    }
+    if (sounds.empty()) return 0;
+    const auto middle = sounds.begin() + static_cast<std::ptrdiff_t>(sounds.size() / 2);
+    std::nth_element(sounds.begin(), middle, sounds.end());
+    return *middle;
 }
 
 void ActiveSpeaker::ReportLoudness(std::size_t participant, double meanSquare, Time now) {
     const std::lock_guard lock(voicesMutex);
     if (participant >= voices.size()) return;
-    voices[participant].reports.push_back({now, meanSquare});
-    for (Voice& voice : voices) {
-        while (!voice.reports.empty() && now - voice.reports.front().time > kWindow)
-            voice.reports.pop_front();
+    Voice& voice = voices[participant];
+    Note(voice, meanSquare, now);
+    // Only somebody's own sound gives the picture, so the others are compared with, and no more.
+    if (speaker == participant || meanSquare < kSpeaking || !Speaks(voice, now) || !HasSpoken(voice, kSpeech))
+        return;
+    const double loudness = Loudness(voice);
+    for (std::size_t other = 0; other < voices.size(); ++other) {
+        if (other == participant || !Speaks(voices[other], now)) continue;
+        // A noise of somebody else hinders nobody.
+        if (speaker != other && !HasSpoken(voices[other], kSpeech - kTogether)) continue;
+        const double margin = speaker == other ? kTakeOver : 1.0;
+        if (Loudness(voices[other]) * margin > loudness) return;
     }
-
-    const auto loudest = std::max_element(
-        voices.begin(), voices.end(),
-        [](const Voice& left, const Voice& right) { return Loudness(left) < Loudness(right); });
-    const double loudness = Loudness(*loudest);
-    if (loudness < kSpeaking) return;
-    const double present = speaker ? Loudness(voices[*speaker]) : 0;
-    const bool isChallenged = present < kSpeaking || loudness > present * kTakeOver;
-    if (isChallenged) speaker = static_cast<std::size_t>(loudest - voices.begin());
+    speaker = participant;
 }
 
 void ActiveSpeaker::ReportPicture(std::size_t participant) {

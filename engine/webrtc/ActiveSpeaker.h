@@ -1,5 +1,7 @@
-// Decides who speaks, from the loudness of everybody's sound. Reports come on the engine's thread, questions
-// on any; both answer from memory.
+// Decides who speaks, from the loudness of everybody's sound. Somebody takes the picture by a second of
+// speech: pauses as between syllables count as part of it, shorter noises never suffice. Who has the picture
+// keeps it until another does the same and is the loudest of those who speak, by a margin. Reports come on
+// the engine's thread, questions on any; both answer from memory.
 #pragma once
 
 #include <chrono>
@@ -18,7 +20,8 @@ public:
     // Participants are numbered in the order of the room's list.
     explicit ActiveSpeaker(std::size_t participants);
 
-    // Mean square of a piece of a participant's sound, 1.0 for a full-scale square wave.
+    // Mean square of a participant's sound since the report before, 1.0 for a full-scale square wave; 0 for
+    // one who is muted. Some ten reports a second are wanted of everybody.
     void ReportLoudness(std::size_t participant, double meanSquare, Time now);
     // A participant has delivered a picture, or has left.
     void ReportPicture(std::size_t participant);
@@ -34,11 +37,20 @@ private:
         double meanSquare = 0;
     };
     struct Voice {
+        // Since speech began, but no longer than the window.
         std::deque<Report> reports;
+        // Of this run's reports that are loud enough for speech: the first, the last but one, the last.
+        Time first, certain, latest;
+        bool isSpeaking = false;
         bool hasPicture = false;
         bool isGone = false;
     };
 
+    static void Note(Voice& voice, double meanSquare, Time now);
+    // Whether the voice speaks at that moment, and whether its last speech lasted that long.
+    [[nodiscard]] static bool Speaks(const Voice& voice, Time now);
+    [[nodiscard]] static bool HasSpoken(const Voice& voice, std::chrono::milliseconds duration);
+    // Of the speech in the window; what is neither pause nor a loud click in between.
     [[nodiscard]] static double Loudness(const Voice& voice);
 
     mutable std::mutex voicesMutex;  // guards: everything below

@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 #include <QPalette>
 
+#include "host/DarkLook.h"
+#include "host/WindowLayout.h"
 #include "interface/SDLinterface.h"
 
 namespace Corvanta::Host {
@@ -13,7 +15,10 @@ namespace {
 constexpr int kMainWindow = 0;
 constexpr int kMinWidth = 160;
 constexpr int kMinHeight = 90;
-constexpr QColor kBackground(0x12, 0x13, 0x16);
+
+void SetPlace(QWidget& widget, const Place& place) {
+    widget.setGeometry(place.x, place.y, place.width, place.height);
+}
 
 }  // namespace
 
@@ -23,7 +28,7 @@ HostWindow::HostWindow(const QString& title, int width, int height)
     setMinimumSize(kMinWidth, kMinHeight);
     resize(width, height);
     QPalette dark = palette();
-    dark.setColor(QPalette::Window, kBackground);
+    dark.setColor(QPalette::Window, kWindowColour);
     setPalette(dark);
 
     const auto onKey = [this](const QKeySequence& key, auto action) {
@@ -59,7 +64,43 @@ void HostWindow::closeEvent(QCloseEvent* event) {
 
 void HostWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    room_.setGeometry(rect());
+    Arrange();
+}
+
+void HostWindow::SetBar(QWidget* bar) {
+    bar_ = bar;
+    bar_->hide();
+}
+
+void HostWindow::SetPanel(QWidget* panel) {
+    panel_ = panel;
+    panel_->hide();
+}
+
+void HostWindow::ShowBar(bool on) {
+    Show(bar_, on);
+}
+
+void HostWindow::ShowPanel(bool on) {
+    Show(panel_, on);
+}
+
+void HostWindow::Show(QWidget* part, bool on) {
+    if (part == nullptr || part->isHidden() == !on) return;
+    // Else the focus would go to whatever stands next.
+    if (!on && part->isAncestorOf(focusWidget())) room_.setFocus();
+    part->setVisible(on);
+    Arrange();
+}
+
+void HostWindow::Arrange() {
+    const bool hasBar = bar_ != nullptr && !bar_->isHidden();
+    const bool hasPanel = panel_ != nullptr && !panel_->isHidden();
+    const WindowLayout layout =
+        LayOut(width(), height(), {.panel = hasPanel, .barHeight = hasBar ? bar_->sizeHint().height() : 0});
+    SetPlace(room_, layout.room);
+    if (hasBar) SetPlace(*bar_, layout.bar);
+    if (hasPanel) SetPlace(*panel_, layout.panel);
 }
 
 }  // namespace Corvanta::Host

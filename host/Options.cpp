@@ -132,6 +132,13 @@ std::optional<Failure> ReadCamera(Options& options, std::string_view value) {
     return std::nullopt;
 }
 
+std::optional<Failure> ReadShare(Options& options, std::string_view value) {
+    auto parsed = ParseSharedSource(value);
+    if (auto* const failure = std::get_if<Failure>(&parsed)) return std::move(*failure);
+    options.shared.push_back(std::get<SharedSource>(std::move(parsed)));
+    return std::nullopt;
+}
+
 struct ValueOption {
     std::string_view name;
     std::optional<Failure> (*read)(Options&, std::string_view);
@@ -147,6 +154,7 @@ constexpr std::array kValueOptions{
     ValueOption{"--room", ReadRoomName},
     ValueOption{"--detached", ReadDetached},
     ValueOption{"--camera", ReadCamera},
+    ValueOption{"--share", ReadShare},
 };
 
 bool IsUri(std::string_view source) {
@@ -161,10 +169,7 @@ bool IsUri(std::string_view source) {
     return std::ranges::all_of(source.substr(0, colon), schemeLetter);
 }
 
-std::optional<Failure> ResolveSource(std::string& source, const fs::path& baseFolder) {
-    if (std::ranges::count(kGeneratedSources, source) > 0 || IsUri(source)) {
-        return std::nullopt;
-    }
+std::optional<Failure> ResolveFile(std::string& source, const fs::path& baseFolder) {
     const fs::path path = (baseFolder / source).lexically_normal();
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
@@ -179,6 +184,13 @@ std::optional<Failure> ResolveSource(std::string& source, const fs::path& baseFo
     }
     source = path.string();
     return std::nullopt;
+}
+
+std::optional<Failure> ResolveSource(std::string& source, const fs::path& baseFolder) {
+    if (std::ranges::count(kGeneratedSources, source) > 0 || IsUri(source)) {
+        return std::nullopt;
+    }
+    return ResolveFile(source, baseFolder);
 }
 
 }  // namespace
@@ -231,6 +243,12 @@ std::optional<Failure> ResolvePaths(Options& options, const fs::path& baseFolder
             return failure;
         }
     }
+    for (SharedSource& shared : options.shared) {
+        if (shared.type != StreamType::File) continue;
+        if (std::optional<Failure> failure = ResolveFile(shared.source, baseFolder)) {
+            return failure;
+        }
+    }
     if (options.snapshotPath.empty()) {
         return std::nullopt;
     }
@@ -265,12 +283,15 @@ std::string_view HelpText() {
   --scale FACTOR             size of everything in the window (1)
   --room NAME                the room's name
   --detached LAYOUT          starts with the wall in a window of its own: strip, column or grid
+  --share TYPE=SOURCE        streams from the start: screen, file=FILE, url=URI or device=NAME; may be
+                             given several times
   --preview                  starts with the own camera in a window of its own
   --help, --version
 
 In the windows: F7 slides the strip of participants out and in, F8 puts it into a window of its own
 and back, F9 changes that window's layout (there also 1 to 3, or its menu on the right button), F10
-opens and closes the own camera's window. F11 full screen, Esc back from it, Ctrl+Q ends.
+opens and closes the own camera's window. F2 opens and closes the panel of chat, notes and people,
+Ctrl+comma the settings. F11 full screen, Esc back from it, Ctrl+Q ends.
 )";
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/Failure.h"
+#include "host/StreamChoice.h"
 #include "host/WallLayout.h"
 
 namespace Corvanta::Host {
@@ -41,6 +42,7 @@ struct Options {
     std::string roomName = "Room";
     std::optional<WallLayout> detached;  // the wall starts in a window of its own
     std::string camera = "test";         // as a participant's source; empty: none
+    std::vector<SharedSource> shared;    // what is streamed from the start
     bool preview = false;                // the own camera's window is open from the start
 };
 

@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 
 #include "host/HostWindow.h"
+#include "host/RoomControls.h"
 #include "host/WallControls.h"
 #include "interface/SDLinterface.h"
 
@@ -13,12 +14,14 @@ constexpr int kMainWindow = 0;
 
 }  // namespace
 
-std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(HostWindow& window, WallControls& wall,
-                                                                       const std::string& roomName) {
+std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(const RoomParts& parts) {
     // The library reaches the window over a connection of its own: the server must know it by then.
     QGuiApplication::sync();
 
-    std::unique_ptr<RoomSession> session(new RoomSession(window, wall));
+    std::unique_ptr<RoomSession> session(new RoomSession(parts));
+    HostWindow& window = parts.window;
+    const std::string& roomName = parts.roomName;
+    SDLinterface_VideoRoomSetConnectionDroppedCallback(RoomCallbacks::OnConnectionDropped);
     const HostCallbacks callbacks = RoomCallbacks::Table();
     SDLinterface_SetHostCallbacks(&callbacks);
     session->told_ = window.Room().Metrics();
@@ -29,24 +32,31 @@ std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(HostWindo
         -1) {
         return Failure{"the room cannot be entered, the log says why"};
     }
+    parts.controls.TellEntered();
     return session;
 }
 
-RoomSession::RoomSession(HostWindow& window, WallControls& wall)
-    : window_(window), wall_(wall), callbacks_(window, wall) {
+RoomSession::RoomSession(const RoomParts& parts)
+    : window_(parts.window), wall_(parts.wall), callbacks_(parts) {
     SDLinterface_GlobalInit();
 }
 
 RoomSession::~RoomSession() {
     SDLinterface_GlobalQuit();
+    SDLinterface_VideoRoomSetConnectionDroppedCallback(nullptr);
 }
 
 void RoomSession::Tick() {
+    SDL_WPFVideoRoomCheckInputAndRender();
+    // After the tick has taken the input that waited, as letting window events pass or not discards it.
+    const auto now = ResizePause::Clock::now();
     const SurfaceMetrics metrics = window_.Room().Metrics();
     if (metrics != told_) {
+        if (resizing_.Begin(now)) SDLinterface_DisableWindowResizingEvents(true);
         TellMetrics(metrics);
+    } else if (resizing_.TakeEnd(now)) {
+        SDLinterface_DisableWindowResizingEvents(false);
     }
-    SDL_WPFVideoRoomCheckInputAndRender();
     wall_.Tick();
 }
 

@@ -3,34 +3,30 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <variant>
 
 #include "host/Failure.h"
+#include "host/ResizePause.h"
 #include "host/RoomCallbacks.h"
 #include "host/SurfaceMetrics.h"
 
 namespace Corvanta::Host {
 
-class HostWindow;
-class WallControls;
-
 class RoomSession final {
 public:
-    // Starts the library and enters `roomName` on the window's surface, which must be shown already. `window`
-    // and `wall` must outlive the session.
-    [[nodiscard]] static std::variant<std::unique_ptr<RoomSession>, Failure> Enter(
-        HostWindow& window, WallControls& wall, const std::string& roomName);
+    // Starts the library and enters the room of that name on the window's surface, which must be shown
+    // already. The parts must outlive the session.
+    [[nodiscard]] static std::variant<std::unique_ptr<RoomSession>, Failure> Enter(const RoomParts& parts);
 
     ~RoomSession();
     RoomSession(const RoomSession&) = delete;
     RoomSession& operator=(const RoomSession&) = delete;
 
-    // Tells the library what changed about the surface since the last tick, then ticks each window once.
+    // Ticks each window once, then tells the library what has changed about the surface.
     void Tick();
 
 private:
-    RoomSession(HostWindow& window, WallControls& wall);
+    explicit RoomSession(const RoomParts& parts);
 
     void TellMetrics(const SurfaceMetrics& metrics);
 
@@ -38,6 +34,7 @@ private:
     WallControls& wall_;
     RoomCallbacks callbacks_;
     SurfaceMetrics told_;
+    ResizePause resizing_;
 };
 
 }  // namespace Corvanta::Host

@@ -16,12 +16,14 @@
 #include <QTimer>
 
 #include "engine/Engine.h"
+#include "host/DarkLook.h"
 #include "host/GeneratedParticipants.h"
 #include "host/HeadlessEnd.h"
 #include "host/HostWindow.h"
 #include "host/Options.h"
 #include "host/PrivateDisplay.h"
 #include "host/QuitOnSignal.h"
+#include "host/RoomControls.h"
 #include "host/RoomLoop.h"
 #include "host/RoomSession.h"
 #include "host/SdlEnvironment.h"
@@ -141,6 +143,13 @@ std::optional<Failure> OpenSideWindows(WallControls& wall, const Options& option
     return std::nullopt;
 }
 
+std::optional<Failure> StartSharing(const Options& options) {
+    for (const SharedSource& shared : options.shared) {
+        if (auto line = Engine::ShareStream(shared.type, shared.source)) return Failure{*std::move(line)};
+    }
+    return std::nullopt;
+}
+
 int ShowRoom(const Options& options) {
     HostWindow window(QString::fromStdString(options.roomName + " - Corvanta"), options.size.width,
                       options.size.height);
@@ -148,12 +157,17 @@ int ShowRoom(const Options& options) {
 
     // Before the session, so that the library lets go of the side windows before they go.
     WallControls wall(window, options.roomName);
-    auto entered = RoomSession::Enter(window, wall, options.roomName);
+    RoomControls controls(window);
+    auto entered = RoomSession::Enter(
+        {.window = window, .wall = wall, .controls = controls, .roomName = options.roomName});
     if (const auto* const failure = std::get_if<Failure>(&entered)) {
         return Report(*failure);
     }
     const auto session = std::get<std::unique_ptr<RoomSession>>(std::move(entered));
     if (const std::optional<Failure> failure = OpenSideWindows(wall, options)) {
+        return Report(*failure);
+    }
+    if (const std::optional<Failure> failure = StartSharing(options)) {
         return Report(*failure);
     }
     const auto loop = std::make_unique<RoomLoop>(*session, window);
@@ -208,6 +222,7 @@ int Run(int argc, char** argv) {
         qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
     }
     QApplication application(argc, argv);
+    ApplyDarkLook();
     quitOnSignal.Watch();
     PrepareSdlEnvironment(isPrivate ? DisplayKind::Private : DisplayKind::OfTheDesktop);
     const int result = ShowRoom(options);

@@ -7,7 +7,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
+
+#include "tests/host/TemporaryFolder.h"
 
 namespace Corvanta::Host {
 namespace {
@@ -32,23 +33,6 @@ std::string FailureOf(std::initializer_list<std::string_view> arguments) {
     const auto* const failure = std::get_if<Failure>(&parsed);
     return (failure != nullptr) ? failure->line : "";
 }
-
-// A folder of its own that goes with the test.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string name = (fs::temp_directory_path() / "corvanta-options-XXXXXX").string();
-        path_ = ::mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { fs::remove_all(path_); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const fs::path& Path() const { return path_; }
-
-private:
-    fs::path path_;
-};
 
 TEST(Options, AskForAnOrdinaryWindowWithoutArguments) {
     const Options options = Parsed({});
@@ -189,10 +173,28 @@ TEST(Options, RefuseASnapshotThatIsNoPng) {
     EXPECT_FALSE(FailureOf({"--snapshot", ""}).empty());
 }
 
+TEST(Options, TakeWhatIsStreamedFromTheStart) {
+    const Options options =
+        Parsed({"--share", "screen", "--share", "file=a=b.mp4", "--share=device=Test picture"});
+    ASSERT_EQ(options.shared.size(), 3U);
+    EXPECT_EQ(options.shared[0].type, StreamType::Screenshare);
+    EXPECT_EQ(options.shared[0].source, "");
+    EXPECT_EQ(options.shared[1].type, StreamType::File);
+    EXPECT_EQ(options.shared[1].source, "a=b.mp4");
+    EXPECT_EQ(options.shared[2].type, StreamType::Device);
+    EXPECT_EQ(options.shared[2].source, "Test picture");
+}
+
+TEST(Options, RefuseToStreamWhatIsNoSource) {
+    for (const std::string_view bad : {"", "file", "file=", "screen=", "url=", "tape=a", "=a"}) {
+        EXPECT_NE(FailureOf({"--share", bad}).find("--share"), std::string::npos) << bad;
+    }
+}
+
 TEST(Options, ListEveryOptionInTheHelp) {
     for (const std::string_view name :
          {"--participant", "--headless", "--snapshot", "--size", "--scale", "--room", "--participants",
-          "--detached", "--preview", "--camera", "--help", "--version"}) {
+          "--detached", "--preview", "--camera", "--share", "--help", "--version"}) {
         EXPECT_NE(HelpText().find(name), std::string_view::npos) << name;
     }
 }
@@ -221,6 +223,20 @@ TEST(ResolvedPaths, StandOnThatFolderForTheCameraToo) {
     EXPECT_EQ(none.camera, "");
     Options itself = Parsed({"--camera", "./none"});
     EXPECT_TRUE(ResolvePaths(itself, folder.Path())) << "a file of that name";
+}
+
+TEST(ResolvedPaths, StandOnThatFolderForAFileThatIsStreamed) {
+    const TemporaryFolder folder;
+    std::ofstream(folder.Path() / "test").put(' ');
+    Options options = Parsed({"--share", "file=test", "--share", "url=test", "--share", "screen"});
+    EXPECT_FALSE(ResolvePaths(options, folder.Path()));
+    EXPECT_EQ(options.shared[0].source, (folder.Path() / "test").string());
+    EXPECT_EQ(options.shared[1].source, "test");
+    EXPECT_EQ(options.shared[2].source, "");
+    options = Parsed({"--share", "file=missing.mp4"});
+    const auto failure = ResolvePaths(options, folder.Path());
+    ASSERT_TRUE(failure);
+    EXPECT_NE(failure->line.find("missing.mp4"), std::string::npos);
 }
 
 TEST(ResolvedPaths, LeaveGeneratedSourcesAndUrisAlone) {

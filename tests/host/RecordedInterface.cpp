@@ -63,3 +63,45 @@ int SDLinterface_TextInputEnabled(bool enabled) {
 void SDLinterface_VideoRoomSetFullscreenEnabled(bool enabled) {
     Record("full screen", enabled);
 }
+
+void SDLInterface_VideoRoomUntoggleAudioMixer(void) {
+    Record("untoggle mixer");
+}
+
+void SDLinterface_VideoRoomUntoggleOptionsButton(bool click) {
+    Record("untoggle options", click);
+}
+
+void SDLInterface_VideoRoomSetShowSidebarNotification(bool show) {
+    Record("notification", show);
+}
+
+void SDLInterface_VideoRoomSetParticipantVolume(const char* streamId, float volume) {
+    Record("volume", streamId, volume);
+}
+
+void SDLInterface_VideoRoomSetParticipantsVolume(float volume) {
+    Record("participants volume", volume);
+}
+
+void SDLInterface_VideoRoomSetStreamsVolume(float volume) {
+    Record("streams volume", volume);
+}
+
+bool SDLinterface_VideoRoomAudioDeviceUpdate(bool renegotiate) {
+    Record("sound devices", renegotiate);
+    return true;
+}
+
+bool SDLinterface_VideoRoomTriggerDeviceRenegociation(void* deviceName, void*, void*, void*) {
+    Record("camera", deviceName == nullptr ? "configured" : static_cast<const char*>(deviceName));
+    return true;
+}
+
+bool SDLinterface_VideoRoomGetMicEnabled(void) {
+    return true;
+}
+
+bool SDLinterface_VideoRoomGetVideoEnabled(void) {
+    return false;
+}

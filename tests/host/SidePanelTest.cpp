@@ -1,0 +1,149 @@
+#include "host/SidePanel.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/host/RecordedEngine.h"
+
+namespace Corvanta::Host {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class SidePanelTest : public ::testing::Test {
+protected:
+    SidePanelTest() {
+        ResetEngine();
+        Answers().participants = {{"p1", "Ada", 1.0, 0.5, true}, {"p2", "Bo", 1.0, 0.0, false}};
+        Answers().settings["Room.Notes"] = "Ask about the cut";
+        panel_ = std::make_unique<SidePanel>(
+            nullptr, SidePanel::Wishes{
+                         .close = [this] { wishes_.emplace_back("close"); },
+                         .openSettings = [this] { wishes_.emplace_back("settings"); },
+                         .remove = [this](const std::string& id,
+                                          const std::string& name) { wishes_.push_back(id + " " + name); },
+                         .tellJoined = [this] { ++joined_; }});
+        panel_->resize(300, 480);
+    }
+
+    void Open(int page) {
+        panel_->findChild<QTabWidget*>()->setCurrentIndex(page);
+        panel_->show();
+        panel_->FocusPage();
+    }
+    QPushButton* Button(const QString& name) {
+        for (QPushButton* const button : panel_->findChildren<QPushButton*>()) {
+            if (button->accessibleName() == name || button->text() == name) return button;
+        }
+        return nullptr;
+    }
+    bool Says(const QString& text) {
+        for (const QLabel* const label : panel_->findChildren<QLabel*>()) {
+            if (label->text() == text) return true;
+        }
+        return false;
+    }
+
+    std::vector<std::string> wishes_;
+    int joined_ = 0;
+    std::unique_ptr<SidePanel> panel_;
+};
+
+TEST_F(SidePanelTest, KeepsTheOwnLinesOfTheChat) {
+    Open(0);
+    auto* const field = panel_->findChild<QLineEdit*>();
+    QTest::keyClicks(field, "Hello");
+    QTest::keyClick(field, Qt::Key_Return);
+    QTest::keyClicks(field, "  ");
+    QTest::keyClick(field, Qt::Key_Return);
+    panel_->hide();
+    panel_->show();
+    const auto* const lines = panel_->findChild<QListWidget*>();
+    ASSERT_EQ(lines->count(), 1);
+    EXPECT_EQ(lines->item(0)->text(), "You: Hello");
+}
+
+TEST_F(SidePanelTest, KeepsTheNotesInTheSettings) {
+    Open(1);
+    auto* const notes = panel_->findChild<QPlainTextEdit*>();
+    EXPECT_EQ(notes->toPlainText(), "Ask about the cut");
+    notes->setPlainText("Two\nlines");
+    EXPECT_TRUE(QTest::qWaitFor([] { return Answers().settings["Room.Notes"] == "Two\nlines"; }));
+    static_cast<void>(TakeEngineCalls());
+    notes->setPlainText("At the very end");
+    panel_.reset();
+    EXPECT_THAT(TakeEngineCalls(), ElementsAre("set Room.Notes At the very end"));
+}
+
+TEST_F(SidePanelTest, WritesNoNotesThatNobodyChanged) {
+    Open(1);
+    panel_.reset();
+    EXPECT_THAT(TakeEngineCalls(), IsEmpty());
+}
+
+TEST_F(SidePanelTest, ListsThePeopleAndMarksWhoSpeaks) {
+    Open(2);
+    EXPECT_TRUE(Says("Ada (speaking)"));
+    EXPECT_TRUE(Says("Bo"));
+    Answers().participants = {{"p2", "Bo", 1.0, 0.0, true}};
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Says("Bo (speaking)") && Button("Remove Ada") == nullptr; }));
+}
+
+TEST_F(SidePanelTest, AsksToRemoveThatPerson) {
+    Open(2);
+    Button("Remove Bo")->click();
+    EXPECT_THAT(wishes_, ElementsAre("p2 Bo"));
+}
+
+TEST_F(SidePanelTest, TellsOfArrivalsWhileItIsHidden) {
+    QTest::qWait(700);
+    EXPECT_EQ(joined_, 0) << "those who were there have not come";
+    Answers().participants.push_back({"p3", "Cy", 1.0, 0.0, false});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return joined_ == 1; }));
+    Answers().participants.erase(Answers().participants.begin());
+    QTest::qWait(700);
+    EXPECT_EQ(joined_, 1);
+    Open(0);
+    Answers().participants.push_back({"p4", "Di", 1.0, 0.0, false});
+    QTest::qWait(300);
+    panel_->hide();
+    QTest::qWait(700);
+    EXPECT_EQ(joined_, 1);
+}
+
+TEST_F(SidePanelTest, SaysWhatIsOnAndTheKeyToTalk) {
+    panel_->SetState({.microphone = true, .camera = false, .sound = true}, "Space");
+    EXPECT_TRUE(Says("Microphone on, camera off, sound on. Hold Space to talk"));
+    panel_->SetState({.microphone = false, .camera = false, .sound = true}, "");
+    EXPECT_TRUE(Says("Microphone off, camera off, sound on"));
+}
+
+TEST_F(SidePanelTest, AsksForSettingsAndToBeClosed) {
+    Open(0);
+    Button("&Settings...")->click();
+    Button("C&lose")->click();
+    EXPECT_THAT(wishes_, ElementsAre("settings", "close"));
+    EXPECT_TRUE(panel_->isVisible());
+}
+
+TEST_F(SidePanelTest, FitsANarrowWindow) {
+    EXPECT_LE(panel_->minimumSizeHint().width(), 256);
+    EXPECT_LE(panel_->minimumSizeHint().height(), 480);
+}
+
+}  // namespace
+}  // namespace Corvanta::Host

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <fstream>
 #include <mutex>
 #include <stop_token>
@@ -16,6 +17,7 @@
 
 #include "engine/common/CallTracker.h"
 #include "platform/Common.h"
+#include "platform/Configuration.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Integrations {
@@ -24,16 +26,37 @@ namespace {
 
 constexpr std::chrono::seconds kScanInterval{2};
 
-// Names as /proc/<id>/comm gives them, the first 15 bytes of the program's file name.
-constexpr std::array kApplications{
-    std::pair<std::string_view, MonitoredApplication>{"resolve", MonitoredApplication::DaVinciResolve},
-    std::pair<std::string_view, MonitoredApplication>{"flame", MonitoredApplication::AutodeskFlame},
+// What /proc/<id>/comm gives of a program's file name.
+constexpr std::size_t kNameLength = 15;
+
+struct Application {
+    MonitoredApplication number;
+    // A configuration key, and the name where it says nothing.
+    const char* key;
+    const char* name;
 };
+constexpr std::array kApplications{
+    Application{MonitoredApplication::DaVinciResolve, "ProcessMonitor.DaVinciResolve", "resolve"},
+    Application{MonitoredApplication::AutodeskFlame, "ProcessMonitor.AutodeskFlame", "flame"},
+};
+
+// The process names that are looked for, in the order of the table.
+std::array<std::string, kApplications.size()> WantedNames() {
+    std::array<std::string, kApplications.size()> names;
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        std::array<char, kNameLength + 1> text{};
+        Configuration_GetPropertyString(kApplications[index].key, text.data(),
+                                        static_cast<int32_t>(text.size()));
+        names[index] = text[0] != '\0' ? text.data() : kApplications[index].name;
+    }
+    return names;
+}
 
 std::map<int32_t, int32_t> Scan() {
     std::map<int32_t, int32_t> running;
     DIR* folder = ::opendir("/proc");
     if (folder == nullptr) return running;
+    const auto wanted = WantedNames();
     while (const dirent* entry = ::readdir(folder)) {
         const std::string_view name(entry->d_name);
         int32_t id = 0;
@@ -42,8 +65,9 @@ std::map<int32_t, int32_t> Scan() {
         std::ifstream stream("/proc/" + std::string(name) + "/comm");
         std::string program;
         std::getline(stream, program);
-        for (const auto& [known, application] : kApplications) {
-            if (program == known) running.emplace(static_cast<int32_t>(application), id);
+        for (std::size_t index = 0; index < wanted.size(); ++index) {
+            if (program == wanted[index])
+                running.emplace(static_cast<int32_t>(kApplications[index].number), id);
         }
     }
     ::closedir(folder);

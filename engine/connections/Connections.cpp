@@ -94,6 +94,7 @@ void Connections_ConfigureStream(
 
 void Connections_MuteParticipant(const std::string& streamId) {
     const auto room = Room::Current();
+    if (room && streamId == kLocalCameraId) room->ReportMuted();
     const auto participant = room ? room->Find(streamId) : nullptr;
     if (!participant) return;
     participant->muted = true;

@@ -6,6 +6,7 @@
 
 #include "engine/common/CallTracker.h"
 #include "engine/connections/ConnectionCallbacks.h"
+#include "engine/connections/RoomStatus.h"
 #include "engine/connections/TrackSettings.h"
 #include "engine/mediamanager/MediaCallbacks.h"
 #include "engine/webrtc/SourceCheck.h"
@@ -133,6 +134,7 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       epoch(std::chrono::steady_clock::now()),
       speaker(options.participants.size()),
       service(UserRoomService()),
+      sound(loop),
       camera(settings.camera.empty()
                  ? nullptr
                  : std::make_shared<RoomCamera>(loop, CameraSource(settings, localName, epoch))) {
@@ -147,6 +149,8 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
 Room::~Room() = default;
 
 void Room::Run() {
+    loop.Post([] { TellRoomStatus(kRoomOpen); });
+    loop.Post([this] { sound.Open(); });
     if (camera) {
         loop.Post([this] { OpenCamera(); });
         loop.Post([this] { OfferCamera(); });
@@ -160,6 +164,8 @@ void Room::Run() {
     loop.Run();
     reports->Stop();
     service.Stop();
+    sound.Close();
+    TellRoomStatus(kRoomClosed);
     if (camera) camera->End();
     for (const auto& participant : participants) {
         if (participant->playback) participant->playback->Close();
@@ -213,7 +219,7 @@ void Room::OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, con
                                   });
                               }};
     participant->playback =
-        std::make_shared<Playback>(loop, std::move(source), settings.soundOutput, std::move(events));
+        std::make_shared<Playback>(loop, std::move(source), sound.Mixer(), std::move(events));
     participant->playback->Open();
     ApplyVolume(participant);
 }
@@ -310,6 +316,18 @@ void Room::ApplyVolume(const std::shared_ptr<RoomParticipant>& participant) {
 
 void Room::ApplyVolumes() {
     for (const auto& participant : participants) ApplyVolume(participant);
+}
+
+void Room::OpenSoundDevices() {
+    loop.Post([this] { sound.Open(); });
+}
+
+void Room::ApplyMicrophone() {
+    loop.Post([this] { sound.FollowMicrophone(); });
+}
+
+void Room::ReportMuted() {
+    loop.Post(TellMutedRemotely);
 }
 
 void Room::Restart(const std::shared_ptr<RoomParticipant>& participant, bool immediately) {

@@ -19,6 +19,7 @@
 #include "engine/connections/RoomParticipant.h"
 #include "engine/roomservice/RoomService.h"
 #include "engine/webrtc/ActiveSpeaker.h"
+#include "engine/webrtc/RoomSound.h"
 
 namespace Corvanta::Engine {
 
@@ -53,6 +54,13 @@ public:
     void ApplyVolume(const std::shared_ptr<RoomParticipant>& participant);
     void ApplyVolumes();
     void Restart(const std::shared_ptr<RoomParticipant>& participant, bool immediately);
+    // Opens the speaker and the microphone that the settings name.
+    void OpenSoundDevices();
+    // Takes over whether the own microphone is enabled.
+    void ApplyMicrophone();
+    // Tells the listeners of the room's status that another one has muted the user.
+    void ReportMuted();
+    [[nodiscard]] const RoomSound& Sound() const { return sound; }
 
 private:
     void Run();
@@ -73,6 +81,7 @@ private:
     std::unique_ptr<ParticipantReports> reports;
     std::atomic<bool> isClosing = false;
     EngineLoop loop;
+    RoomSound sound;
     // Null where no camera is configured.
     const std::shared_ptr<RoomCamera> camera;
 };

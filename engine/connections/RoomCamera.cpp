@@ -20,7 +20,7 @@ void RoomCamera::Open(std::function<void()> whenEnded) {
         .withoutPicture = [] {},
         .connection = [](bool) {},
         .ended = std::move(whenEnded)};
-    playback = std::make_shared<Playback>(loop, source, SoundOutput::Silent, std::move(events));
+    playback = std::make_shared<Playback>(loop, source, nullptr, std::move(events));
     playback->Open();
     isOpen = true;
 }

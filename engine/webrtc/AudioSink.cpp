@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "platform/Logger.h"
 
@@ -11,15 +12,34 @@ namespace {
 
 constexpr guint64 kLevelInterval = 100 * GST_MSECOND;
 
+// On the clock of the sink's pipeline; none where that is not the mixer's.
+GstClockTime DueTime(GstAppSink* sink, GstSample* sample) {
+    const GstOwned<GstClock> clock(gst_element_get_clock(GST_ELEMENT(sink)));
+    const GstOwned<GstClock> mixing(gst_system_clock_obtain());
+    if (clock != mixing) return GST_CLOCK_TIME_NONE;
+    const GstClockTime running = gst_segment_to_running_time(gst_sample_get_segment(sample), GST_FORMAT_TIME,
+                                                             GST_BUFFER_PTS(gst_sample_get_buffer(sample)));
+    if (!GST_CLOCK_TIME_IS_VALID(running)) return GST_CLOCK_TIME_NONE;
+    const GstClockTime heard = gst_element_get_base_time(GST_ELEMENT(sink)) + running +
+                               gst_base_sink_get_latency(GST_BASE_SINK(sink));
+    const GstClockTimeDiff lead = -gst_base_sink_get_ts_offset(GST_BASE_SINK(sink));
+    return heard > static_cast<GstClockTime>(lead) ? heard - static_cast<GstClockTime>(lead) : 0;
+}
+
 }  // namespace
 
-GstElement* AudioSink::MakeBin(SoundOutput output, double gain) {
-    const bool isAudible = output == SoundOutput::Device && HasSoundDevice();
+AudioSink::AudioSink(std::shared_ptr<SoundMixer> roomMixer) : mixer(std::move(roomMixer)) {}
+
+GstElement* AudioSink::MakeBin(double gain) {
     // Loudness is measured before the volume: who speaks does not depend on whom this listener has turned
     // down.
-    const std::string description =
-        "audioconvert ! audioresample ! level name=loudness ! volume name=gain ! audioconvert ! " +
-        std::string(isAudible ? "autoaudiosink name=device" : "fakesink name=device sync=true");
+    std::string description = "audioconvert ! audioresample ! ";
+    if (mixer) {
+        description += TakeText(gst_caps_to_string(SoundMixer::Format().get()));
+        description += " ! level name=loudness ! appsink name=end";
+    } else {
+        description += "level name=loudness ! fakesink name=end";
+    }
     GError* error = nullptr;
     GstElement* bin = gst_parse_bin_from_description_full(description.c_str(), TRUE, nullptr,
                                                           GST_PARSE_FLAG_FATAL_ERRORS, &error);
@@ -30,18 +50,39 @@ GstElement* AudioSink::MakeBin(SoundOutput output, double gain) {
     }
     const GstOwned<GstElement> level(gst_bin_get_by_name(GST_BIN(bin), "loudness"));
     g_object_set(level.get(), "interval", kLevelInterval, "post-messages", TRUE, nullptr);
-    {
-        const std::lock_guard lock(elementsMutex);
-        volume.reset(gst_bin_get_by_name(GST_BIN(bin), "gain"));
-        device.reset(gst_bin_get_by_name(GST_BIN(bin), "device"));
-    }
-    SetGain(gain);
+    const GstOwned<GstElement> end(gst_bin_get_by_name(GST_BIN(bin), "end"));
+    g_object_set(end.get(), "sync", TRUE, nullptr);
+    if (!mixer) return bin;
+    // Ahead by as much as the mixing takes, so that the sound is heard when its picture is seen.
+    g_object_set(end.get(), "wait-on-eos", FALSE, "ts-offset", static_cast<gint64>(-mixer->Latency().count()),
+                 nullptr);
+    GstAppSinkCallbacks callbacks{};
+    callbacks.new_sample = [](GstAppSink* sink, gpointer self) {
+        return static_cast<AudioSink*>(self)->OnSample(sink);
+    };
+    gst_app_sink_set_callbacks(GST_APP_SINK(end.get()), &callbacks, this, nullptr);
+    auto heard = mixer->MakeInput(gain);
+    const std::lock_guard lock(inputMutex);
+    input.swap(heard);
     return bin;
 }
 
+std::shared_ptr<SoundMixer::Input> AudioSink::CurrentInput() {
+    const std::lock_guard lock(inputMutex);
+    return input;
+}
+
+GstFlowReturn AudioSink::OnSample(GstAppSink* sink) {
+    const GstOwned<GstSample> sample(gst_app_sink_pull_sample(sink));
+    if (!sample) return GST_FLOW_EOS;
+    if (const auto current = CurrentInput()) {
+        current->Push(gst_sample_get_buffer(sample.get()), DueTime(sink, sample.get()));
+    }
+    return GST_FLOW_OK;
+}
+
 void AudioSink::SetGain(double gain) {
-    const std::lock_guard lock(elementsMutex);
-    if (volume) g_object_set(volume.get(), "volume", gain, nullptr);
+    if (const auto current = CurrentInput()) current->SetGain(gain);
 }
 
 std::optional<double> AudioSink::ReadLoudness(GstMessage* message) {
@@ -59,35 +100,10 @@ std::optional<double> AudioSink::ReadLoudness(GstMessage* message) {
     return sum / channels->n_values;
 }
 
-bool AudioSink::IsDevice(GstObject* sender) {
-    const std::lock_guard lock(elementsMutex);
-    return device && sender != nullptr &&
-           (sender == GST_OBJECT(device.get()) ||
-            gst_object_has_as_ancestor(sender, GST_OBJECT(device.get())) != FALSE);
-}
-
 void AudioSink::Forget() {
-    const std::lock_guard lock(elementsMutex);
-    volume.reset();
-    device.reset();
-}
-
-bool HasSoundDevice() {
-    static const bool hasDevice = [] {
-        // Asking the monitor is quiet, where opening devices to see whether they work makes their drivers
-        // talk.
-        GstDeviceMonitor* monitor = gst_device_monitor_new();
-        gst_device_monitor_add_filter(monitor, "Audio/Sink", nullptr);
-        GList* devices =
-            gst_device_monitor_start(monitor) != FALSE ? gst_device_monitor_get_devices(monitor) : nullptr;
-        const bool found = devices != nullptr;
-        g_list_free_full(devices, gst_object_unref);
-        gst_device_monitor_stop(monitor);
-        gst_object_unref(monitor);
-        if (!found) LOG(kLogInformation, "This machine has no sound device: the room is silent");
-        return found;
-    }();
-    return hasDevice;
+    std::shared_ptr<SoundMixer::Input> gone;
+    const std::lock_guard lock(inputMutex);
+    gone.swap(input);
 }
 
 }  // namespace Corvanta::Engine

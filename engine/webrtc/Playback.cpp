@@ -64,16 +64,16 @@ bool SaysRotated(GstEvent* event) {
 
 }  // namespace
 
-Playback::Playback(EngineLoop& engineLoop, PlaybackSource playedSource, SoundOutput soundOutput,
+Playback::Playback(EngineLoop& engineLoop, PlaybackSource playedSource, std::shared_ptr<SoundMixer> mixer,
                    PlaybackEvents handlers)
     : loop(engineLoop),
       source(std::move(playedSource)),
       events(std::move(handlers)),
-      output(soundOutput),
       videoSink(source.name, containerColor, [this](const std::shared_ptr<const MappedPicture>& picture) {
           if (!hasDelivered.exchange(true)) PostHere([](Playback& self) { self.OnFirstPicture(); });
           events.picture(picture);
-      }) {}
+      }),
+      audioSink(std::move(mixer)) {}
 
 Playback::~Playback() {
     Close();
@@ -96,8 +96,6 @@ void Playback::PostHereAfter(milliseconds delay, std::function<void(Playback&)> 
 
 void Playback::Open() {
     Close();
-    // Asked here once, since asking on a streaming thread would stop the stream meanwhile.
-    if (output == SoundOutput::Device && !HasSoundDevice()) output = SoundOutput::Silent;
     stage = Stage::Opening;
     pipeline.reset(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
     const GstOwned<GstBus> bus(gst_element_get_bus(pipeline.get()));
@@ -137,7 +135,7 @@ void Playback::OnSilence() {
 bool Playback::BuildClip() {
     clip = std::make_unique<ClipSource>(source.makeScene());
     GstElement* video = videoSink.MakeBin(clip->PictureCaps(), false);
-    GstElement* sound = audioSink.MakeBin(output, gain);
+    GstElement* sound = audioSink.MakeBin(gain);
     if (clip->Video() == nullptr || clip->Audio() == nullptr || video == nullptr || sound == nullptr) {
         if (video != nullptr) gst_object_unref(video);
         if (sound != nullptr) gst_object_unref(sound);
@@ -192,7 +190,7 @@ void Playback::OnPadAdded(GstPad* pad) {
     GstElement* bin = nullptr;
     // The first stream of each kind is played; a file may have more.
     if (kind == "video/x-raw" && !hasVideo.exchange(true)) bin = videoSink.MakeBin(caps.get(), isRotated);
-    if (kind == "audio/x-raw" && !hasSound.exchange(true)) bin = audioSink.MakeBin(output, gain);
+    if (kind == "audio/x-raw" && !hasSound.exchange(true)) bin = audioSink.MakeBin(gain);
     if (bin == nullptr) return;
     gst_bin_add(GST_BIN(pipeline.get()), bin);
     if (kind == "video/x-raw") {
@@ -397,12 +395,6 @@ void Playback::OnError(GstMessage* message) {
     gst_message_parse_error(message, &error, &details);
     const GstOwned<GError> owned(error);
     const std::string explanation = TakeText(details);
-    if (audioSink.IsDevice(GST_MESSAGE_SRC(message))) {
-        LOG(kLogWarning, "\"%s\" goes on without sound: %s", source.name.c_str(), error->message);
-        output = SoundOutput::Silent;
-        Open();
-        return;
-    }
     LOG(kLogDebug, "\"%s\": %s", source.name.c_str(), explanation.c_str());
     Fail(error->message);
 }

@@ -9,11 +9,11 @@
 #include <optional>
 #include <string>
 
-#include "engine/Engine.h"
 #include "engine/common/EngineLoop.h"
 #include "engine/webrtc/AudioSink.h"
 #include "engine/webrtc/ClipSource.h"
 #include "engine/webrtc/GstSupport.h"
+#include "engine/webrtc/SoundMixer.h"
 #include "engine/webrtc/VideoSink.h"
 
 namespace Corvanta::Engine {
@@ -44,7 +44,8 @@ struct PlaybackSource {
 
 class Playback final : public std::enable_shared_from_this<Playback> {
 public:
-    Playback(EngineLoop& engineLoop, PlaybackSource playedSource, SoundOutput soundOutput,
+    // Without a mixer it is never heard.
+    Playback(EngineLoop& engineLoop, PlaybackSource playedSource, std::shared_ptr<SoundMixer> mixer,
              PlaybackEvents handlers);
     ~Playback();
     Playback(const Playback&) = delete;
@@ -98,7 +99,6 @@ private:
     EngineLoop& loop;
     const PlaybackSource source;
     const PlaybackEvents events;
-    SoundOutput output;
 
     Stage stage = Stage::Closed;
     // Counts the openings, so that what an earlier one left behind is not taken for news.

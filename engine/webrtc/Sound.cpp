@@ -4,19 +4,15 @@
 #include <cmath>
 #include <utility>
 
-#include "engine/EngineSettings.h"
 #include "engine/connections/Room.h"
 #include "engine/connections/TrackSettings.h"
-#include "engine/webrtc/AudioSink.h"
+#include "engine/webrtc/SoundDevices.h"
 #include "platform/WebRTC.h"
 
 namespace {
 
-using Corvanta::Engine::CurrentOptions;
-using Corvanta::Engine::HasSoundDevice;
 using Corvanta::Engine::Room;
 using Corvanta::Engine::RoomParticipant;
-using Corvanta::Engine::SoundOutput;
 using Corvanta::Engine::TrackSettings;
 
 // Calls `change` with the participant of that id, if there is one, and lets the room take over its volume.
@@ -35,19 +31,21 @@ double ToVolume(double position) {
 
 }  // namespace
 
-// Each clip opens the speaker for itself, and no sound is captured.
-void WebRTC_ADMStart() {}
+void WebRTC_ADMStart() {
+    if (const auto room = Room::Current()) room->OpenSoundDevices();
+}
 
 bool WebRTC_MicIsNone() {
-    return true;
+    return Corvanta::Engine::MicrophoneIsNone();
 }
 
 bool WebRTC_SpeakerIsNone() {
-    return CurrentOptions().soundOutput == SoundOutput::Silent || !HasSoundDevice();
+    return Corvanta::Engine::SpeakerIsNone();
 }
 
 void WebRTC_SetEnabledLocalAudioTrack(bool enabled, int32_t index) {
-    if (index == 0) TrackSettings::Get().localAudioEnabled = enabled;
+    if (index != 0 || TrackSettings::Get().localAudioEnabled.exchange(enabled) == enabled) return;
+    if (const auto room = Room::Current()) room->ApplyMicrophone();
 }
 
 bool WebRTC_IsLocalAudioTrackEnabled(int32_t index) {

@@ -10,8 +10,11 @@
 #include <mutex>
 #include <optional>
 
+#include "engine/configuration/ConfigurationStore.h"
 #include "platform/Common.h"
+#include "platform/Configuration.h"
 #include "tests/engine/Eventually.h"
+#include "tests/engine/TemporaryFolder.h"
 
 namespace Corvanta::Integrations {
 namespace {
@@ -69,6 +72,29 @@ TEST(ProcessMonitor, TellsWhichApplicationsRun) {
     }
     EXPECT_TRUE(Eventually([&] { return listener->Last()->empty(); }));
     monitor->StopMonitoring();
+}
+
+TEST(ProcessMonitor, LooksForTheNamesThatTheConfigurationGives) {
+    const Engine::TemporaryFolder folder;
+    Engine::ConfigurationStore::Get().Open(folder.path);
+    const auto listener = std::make_shared<Listener>();
+    ProcessMonitor* const monitor = ProcessMonitor::GetInstance();
+    Configuration_SetPropertyString("ProcessMonitor.DaVinciResolve", "a-long-name-for-a-program");
+    ASSERT_TRUE(monitor->Subscribe(listener));
+    const NamedProcess usual("resolve");
+    // A process bears 15 bytes of a name.
+    const NamedProcess longer("a-long-name-for-a-program");
+    const std::map<int32_t, int32_t> expected{{0, longer.id}};
+    EXPECT_TRUE(Eventually([&] { return listener->Last() == expected; }));
+
+    const NamedProcess other("my-flame");
+    Configuration_SetPropertyString("ProcessMonitor.AutodeskFlame", "my-flame");
+    Configuration_SetPropertyString("ProcessMonitor.DaVinciResolve", "");
+    const std::map<int32_t, int32_t> changed{{0, usual.id}, {1, other.id}};
+    EXPECT_TRUE(Eventually([&] { return listener->Last() == changed; }));
+    monitor->StopMonitoring();
+    Configuration_SetPropertyString("ProcessMonitor.AutodeskFlame", "");
+    Engine::ConfigurationStore::Get().Flush();
 }
 
 TEST(ProcessMonitor, RefusesWhatItKnowsAndWhatItDoesNotKnow) {

@@ -4,6 +4,8 @@
 #include <gst/audio/audio.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <utility>
 
 #include "engine/webrtc/AudioSink.h"
@@ -32,6 +34,16 @@ GstClockTimeDiff Distance(GstClockTime one, GstClockTime other) {
 GstClockTime Duration(gsize bytes) {
     const gsize frames = bytes / (SoundMixer::kChannels * sizeof(float));
     return gst_util_uint64_scale(frames, GST_SECOND, SoundMixer::kRate);
+}
+
+bool IsSilent(GstBuffer* buffer) {
+    // All bytes are equal when the first is zero and each equals the next.
+    GstMapInfo map;
+    if (gst_buffer_map(buffer, &map, GST_MAP_READ) == FALSE) return false;
+    const bool isSilent =
+        map.size == 0 || (map.data[0] == 0 && std::memcmp(map.data, map.data + 1, map.size - 1) == 0);
+    gst_buffer_unmap(buffer, &map);
+    return isSilent;
 }
 
 }  // namespace
@@ -94,6 +106,10 @@ void SoundMixer::Input::Push(GstBuffer* buffer, GstClockTime due) {
     const bool isSteady = GST_CLOCK_TIME_IS_VALID(next) && Distance(next, time) <= kJitter;
     if (isSteady) time = next;
     next = time + Duration(gst_buffer_get_size(buffer));
+    // Most of a room is silent at most times, and the mixer plays silence where nothing comes.
+    const bool wasPausing = std::exchange(isPausing, gain == 0 || IsSilent(buffer));
+    const bool isContinued = isSteady && !wasPausing;
+    if (isPausing) return;
 
     GstBuffer* const stamped = gst_buffer_copy(buffer);
     GST_BUFFER_PTS(stamped) = time;
@@ -101,7 +117,7 @@ void SoundMixer::Input::Push(GstBuffer* buffer, GstClockTime due) {
     GST_BUFFER_DURATION(stamped) = next - time;
     GST_BUFFER_OFFSET(stamped) = GST_BUFFER_OFFSET_NONE;
     GST_BUFFER_OFFSET_END(stamped) = GST_BUFFER_OFFSET_NONE;
-    if (isSteady) {
+    if (isContinued) {
         GST_BUFFER_FLAG_UNSET(stamped, GST_BUFFER_FLAG_DISCONT);
     } else {
         GST_BUFFER_FLAG_SET(stamped, GST_BUFFER_FLAG_DISCONT);

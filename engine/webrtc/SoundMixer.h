@@ -6,6 +6,7 @@
 #include <gst/gst.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -45,6 +46,7 @@ public:
         GstOwned<GstElement> source, mixer;
         GstOwned<GstPad> pad;
         GstClockTime next = GST_CLOCK_TIME_NONE;
+        bool isPausing = false;
     };
 
     explicit SoundMixer(EngineLoop& engineLoop);

@@ -24,7 +24,7 @@ public:
 
 private:
     void Mark(bool clicking) {
-        const std::lock_guard lock(controller_.stateMutex_);
+        const std::scoped_lock lock(controller_.stateMutex_);
         controller_.clicking_ = clicking;
     }
 
@@ -45,7 +45,7 @@ void MicrophoneController::Init(const HostCallbacks& callbacks, ToggleButton* mi
     }
     bool hasKey = false;
     {
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         hasKey = !pushToTalkKeys_.empty();
     }
     if (hasKey && callbacks_.OnPushToTalkConfigured != nullptr) callbacks_.OnPushToTalkConfigured();
@@ -62,7 +62,7 @@ void MicrophoneController::Shutdown() {
     micButton_ = nullptr;
     bool wasTalking = false;
     {
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         pushToTalkKeys_.clear();
         wasTalking = std::exchange(isPushToTalkActive_, false);
         if (wasTalking) DemandSilence();
@@ -74,14 +74,14 @@ void MicrophoneController::Shutdown() {
 }
 
 bool MicrophoneController::IsPushToTalkActive() const {
-    const std::lock_guard lock(stateMutex_);
+    const std::scoped_lock lock(stateMutex_);
     return isPushToTalkActive_;
 }
 
 void MicrophoneController::SetPushToTalkKey(int32_t code) {
     bool ends = false;
     {
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         pushToTalkKeys_.clear();
         if (code != 0) pushToTalkKeys_.insert(code);
         ends = isPushToTalkActive_;
@@ -99,7 +99,7 @@ void MicrophoneController::OnConfigurationChanged(const std::string& key, const 
 
 void MicrophoneController::OnMutedRemotely() {
     {
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         DemandSilence();
         muteRequested_ = true;
         if (!isPushToTalkActive_) tellHostRequested_ = true;
@@ -112,7 +112,7 @@ void MicrophoneController::Update() {
     bool tellHost = false;
     bool release = false;
     {
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         mute = std::exchange(muteRequested_, false);
         tellHost = std::exchange(tellHostRequested_, false);
         release = std::exchange(releaseRequested_, false);
@@ -127,7 +127,7 @@ void MicrophoneController::OnKeyDown(int code) {
     Update();
     if (micButton_ == nullptr || !micButton_->IsToggled()) return;
     {
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         if (isPushToTalkActive_ || !pushToTalkKeys_.contains(code)) return;
         isPushToTalkActive_ = true;
     }
@@ -138,7 +138,7 @@ void MicrophoneController::OnKeyDown(int code) {
 void MicrophoneController::OnKeyUp(int code) {
     Update();
     {
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         if (!isPushToTalkActive_ || !pushToTalkKeys_.contains(code)) return;
     }
     Release();
@@ -153,7 +153,7 @@ void MicrophoneController::Release() {
     // The key counts as held until the click is over, so that the host is not told of it.
     struct Ending {
         ~Ending() {
-            const std::lock_guard lock(controller.stateMutex_);
+            const std::scoped_lock lock(controller.stateMutex_);
             controller.isPushToTalkActive_ = false;
             controller.releaseRequested_ = false;
         }
@@ -165,7 +165,7 @@ void MicrophoneController::Release() {
 void MicrophoneController::SetMicEnabled(bool enabled) {
     bool tellHost = false;
     {
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         if (enabled && (muteRequested_ || releaseRequested_)) {
             // Asked for while the key's own click runs: it wins over that click. Asked for before the user
             // clicked: the user's click was the later one.
@@ -186,7 +186,7 @@ void MicrophoneController::SwitchTrack(bool enabled) {
     // other wanted something else meanwhile repeats the call, so that the last wish holds.
     while (true) {
         WebRTC_SetEnabledLocalAudioTrack(enabled, 0);
-        const std::lock_guard lock(stateMutex_);
+        const std::scoped_lock lock(stateMutex_);
         if (trackWanted_ == enabled) {
             isMicEnabled_ = enabled;
             return;

@@ -13,6 +13,7 @@
 #include "platform/Configuration.h"
 #include "platform/Connections.h"
 #include "platform/HostCallbacks.h"
+#include "ui/LockOrder.h"
 #include "ui/ToggleButton.h"
 
 namespace Corvanta::UI {
@@ -78,7 +79,7 @@ private:
     bool subscribed_ = false;
 
     // Not held during a click or a call into a sibling library.
-    mutable std::mutex stateMutex_;
+    mutable OrderedMutex<std::mutex, LockRank::Leaf> stateMutex_;
     // Guarded by: stateMutex_, all down to isMicEnabled_.
     // One key or none.
     std::set<int32_t> pushToTalkKeys_;

@@ -7,6 +7,7 @@
 #include <mutex>
 
 #include "platform/Common.h"
+#include "ui/LockOrder.h"
 
 namespace Corvanta::Integrations {
 
@@ -19,7 +20,7 @@ public:
     [[nodiscard]] int32_t IsProcessRunning(int32_t application) const;
 
 private:
-    mutable std::mutex processesMutex_;
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> processesMutex_;
     // Guarded by: processesMutex_. From application number to process id.
     std::map<int32_t, int32_t> processes_;
 };

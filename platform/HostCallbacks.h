@@ -1,8 +1,8 @@
 /* Functions of the host that the room calls. A C record: the order and number of its entries are part of the
    interface that the host binds to. Any entry may be null, and each is tested before a call. Texts are
    zero-terminated UTF-8, valid for the call. Calls come on the thread of the tick; StartScreenShare,
-   StartNativeStream, StartApplicationStream and StartMediaSiloStream on the room's action thread, and
-   OnStillExported on a media thread. */
+   StartNativeStream, StartApplicationStream, StartMediaSiloStream and OnStillExported on the room's action
+   thread. */
 #pragma once
 
 #include <stdbool.h>

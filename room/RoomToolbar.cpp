@@ -146,7 +146,7 @@ void RoomToolbar::BuildOptionsMenu() {
 }
 
 void RoomToolbar::Clear() {
-    actionThread_.Close();
+    actionThread_->Close();
     processListener_.Clear();
     overlays_.Clear();
     for (std::unique_ptr<UI::Menu>* menu : {&layoutMenu_, &optionsMenu_, &davinciMenu_, &flameMenu_}) {
@@ -229,6 +229,15 @@ void RoomToolbar::RenderBar(SDL_Renderer* renderer, int barTop, int mainVideoWid
     moreButton_->SetToggled(optionsMenu_->visible);
     buttonBar_->SetTag(mainVideoWidth);
     buttonBar_->Render(renderer, {0, barTop});
+    // The compact set has no button that opens a menu.
+    if (buttonBar_->IsCompact() && overlays_.AnyVisible()) CloseMenus();
+}
+
+void RoomToolbar::CloseMenus() {
+    for (UI::Menu* menu : {layoutMenu_.get(), optionsMenu_.get(), davinciMenu_.get(), flameMenu_.get()}) {
+        menu->SetVisible(false);
+    }
+    RefreshBar();
 }
 
 void RoomToolbar::RenderMenus(SDL_Renderer* renderer) {

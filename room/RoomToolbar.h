@@ -76,6 +76,8 @@ public:
     // The bar makes room for the drawing tools.
     void SetDrawTool(bool on);
 
+    // What threads that may outlive the room hand actions to.
+    [[nodiscard]] std::weak_ptr<ActionQueue> GetActionThread() const { return actionThread_; }
     [[nodiscard]] UI::ButtonBar* GetButtonBar() const { return buttonBar_.get(); }
     [[nodiscard]] UI::Menu* GetLayoutMenu() const { return layoutMenu_.get(); }
     [[nodiscard]] UI::Menu* GetOptionsMenu() const { return optionsMenu_.get(); }
@@ -99,8 +101,9 @@ private:
     void AddApplicationItem(UI::Menu& menu, const char* iconName, const char* label,
                             HostApplication application, StreamType type);
     void AddOption(const char* iconName, const char* label, void (VideoRoomView::*chosen)());
-    void RunOnActionThread(std::function<void()> action) { actionThread_.Run(std::move(action)); }
+    void RunOnActionThread(std::function<void()> action) { actionThread_->Run(std::move(action)); }
     void ToggleMenu(UI::Menu& menu);
+    void CloseMenus();
     void HideBarNow();
     void ShowBarAlways();
     // A menu has closed: the bar shows its tooltips again, and stays for its usual while.
@@ -129,8 +132,8 @@ private:
 
     UI::StreamMenuController processListener_;
     UI::OverlayMenus overlays_;
-    // Last, so that it ends first.
-    ActionQueue actionThread_;
+    // Last, so that it ends first. Shared with what other threads may still hand over.
+    const std::shared_ptr<ActionQueue> actionThread_ = std::make_shared<ActionQueue>();
 };
 
 }  // namespace Corvanta::Room

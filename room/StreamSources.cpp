@@ -378,9 +378,12 @@ void VideoRoomView::OnVideoSourceData(const VideoSourceData& data) {
 
 bool VideoRoomView::ExportRemoteFrame(const std::string& streamId) {
     const std::string path = Configuration_GetLocation() + "/exportedRemoteFrame";
-    // Called when the room may have ended: it holds on to the host's function alone.
-    const auto tellHost = [path, call = hostCallbacks_.OnStillExported] {
-        if (call != nullptr) call(WrittenStill(path).c_str());
+    // Not on the media thread that has written it: that one may be waited for with the room's locks held, for
+    // which the host's function might wait in turn.
+    const auto tellHost = [path, call = hostCallbacks_.OnStillExported, queue = toolbar_.GetActionThread()] {
+        const auto actions = queue.lock();
+        if (call == nullptr || actions == nullptr) return;
+        actions->Run([path, call] { call(WrittenStill(path).c_str()); });
     };
     const std::scoped_lock remote(remoteLock_);
     const std::scoped_lock local(localLock_);

@@ -2,14 +2,18 @@
 
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "engine/EngineSettings.h"
 #include "engine/configuration/ConfigurationStore.h"
 #include "engine/connections/Room.h"
 #include "engine/logger/Logger.h"
+#include "engine/webrtc/CameraChoice.h"
+#include "engine/webrtc/DeviceList.h"
 #include "engine/webrtc/GstSupport.h"
 #include "engine/webrtc/SourceCheck.h"
 #include "platform/Common.h"
+#include "platform/Configuration.h"
 
 namespace Corvanta::Engine {
 
@@ -50,7 +54,7 @@ std::optional<std::string> Configure(const EngineOptions& options) {
     for (const Participant& participant : options.participants) {
         if (auto problem = CheckSource(participant)) return problem;
     }
-    if (!options.camera.empty()) {
+    if (!options.camera.empty() && options.camera != kDefaultCamera) {
         if (auto problem = CheckSource({"own camera", options.camera})) return problem;
     }
     ConfigurationStore::Get().Open(options.configurationFolder);
@@ -76,8 +80,41 @@ bool WaitForPictures(std::chrono::milliseconds timeout) {
     }
 }
 
+std::vector<std::string> ListDevices(DeviceKind kind) {
+    std::vector<std::string> names = DeviceList::Get().Names(kind);
+    if (kind == DeviceKind::Camera) names.emplace_back(kTestPicture);
+    if (kind == DeviceKind::Microphone) names.emplace_back(kTestTone);
+    return names;
+}
+
+void SetDevicesChangedListener(std::function<void()> listener) {
+    DeviceList::Get().SetListener(std::move(listener));
+}
+
+std::vector<ParticipantInfo> ListParticipants() {
+    const auto room = Room::Current();
+    return room ? room->Participants() : std::vector<ParticipantInfo>();
+}
+
+void RemoveParticipant(const std::string& streamId) {
+    const auto room = Room::Current();
+    const auto participant = room ? room->Find(streamId) : nullptr;
+    if (participant) room->Remove(participant);
+}
+
+std::string ReadSetting(const std::string& key) {
+    const auto value = ConfigurationStore::Get().Find(key);
+    return value ? ToText(*value) : std::string();
+}
+
+void WriteSetting(const std::string& key, const std::string& value) {
+    Configuration_SetPropertyString(key.c_str(), value.c_str());
+}
+
 void Shutdown() {
     Room::CloseCurrent();
+    DeviceList::Get().Stop();
+    ForgetCaptures();
     Integrations::ProcessMonitor::GetInstance()->StopMonitoring();
     ConfigurationStore::Get().Flush();
 }

@@ -37,12 +37,15 @@ enum class EmptyRoom {
     Nobody,
 };
 
+inline constexpr const char* kDefaultCamera = "auto";
+
 struct EngineOptions {
     std::vector<Participant> participants;
     // Who is there when the list is empty.
     EmptyRoom whenEmpty = EmptyRoom::DefaultParticipants;
     // What stands for the local user's default camera, as a participant's source but never heard. It is used
-    // where the setting "Device.Camera" names no other device. Empty: only a camera that the setting names.
+    // where the setting "Device.Camera" names no other device. kDefaultCamera: the machine's first camera,
+    // else the test picture. Empty: only a camera that the setting names.
     std::string camera;
     // Empty: "corvanta" in the user's configuration folder.
     std::filesystem::path configurationFolder;

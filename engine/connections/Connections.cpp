@@ -6,6 +6,7 @@
 
 #include "engine/EngineSettings.h"
 #include "engine/connections/ConnectionCallbacks.h"
+#include "engine/connections/OwnStreamNames.h"
 #include "engine/connections/Room.h"
 #include "engine/connections/TrackSettings.h"
 #include "platform/Logger.h"
@@ -14,11 +15,11 @@ namespace {
 
 using Corvanta::StreamType;
 using Corvanta::Engine::ConnectionCallbacks;
+using Corvanta::Engine::OwnStreamId;
 using Corvanta::Engine::Room;
 using Corvanta::Engine::RoomParticipant;
 using Corvanta::Engine::TrackSettings;
-
-constexpr const char* kLocalCameraId = "local-camera";
+using Corvanta::Engine::TypeOfOwnStream;
 
 std::atomic<int32_t> gLastConnectionIndex = 0;
 
@@ -75,7 +76,7 @@ void Connections_RenegotiateOutboundPeerConnection(bool micEnabled, bool videoEn
     TrackSettings::Get().localVideoEnabled = videoEnabled;
     const auto room = Room::Current();
     // Brings back a camera that was stopped for a change of devices.
-    if (const auto camera = room ? room->Camera() : nullptr) camera->Start();
+    if (room) room->Camera().Start();
 }
 
 void Connections_ConfigureStream(
@@ -94,7 +95,7 @@ void Connections_ConfigureStream(
 
 void Connections_MuteParticipant(const std::string& streamId) {
     const auto room = Room::Current();
-    if (room && streamId == kLocalCameraId) room->ReportMuted();
+    if (room && streamId == OwnStreamId(StreamType::Camera)) room->ReportMuted();
     const auto participant = room ? room->Find(streamId) : nullptr;
     if (!participant) return;
     participant->muted = true;
@@ -110,12 +111,16 @@ void Connections_SetConnectionDroppedCallback(void (*callback)(bool willRetry, b
 }
 
 std::string Connections_GetLocalUserStreamID(StreamType type) {
-    return type == StreamType::Camera ? kLocalCameraId : std::string();
+    if (type == StreamType::Camera) return OwnStreamId(type);
+    const auto room = Room::Current();
+    return room && room->Streams().Find(type) ? OwnStreamId(type) : std::string();
 }
 
-std::string Connections_GetLocalDisplayName(StreamType) {
+std::string Connections_GetLocalDisplayName(StreamType type) {
     const auto room = Room::Current();
-    return room ? room->LocalDisplayName() : std::string();
+    if (!room) return {};
+    const auto stream = room->Streams().Find(type);
+    return stream ? stream->description.displayName : room->LocalDisplayName();
 }
 
 std::string Connections_GetPublisherDisplayName(const std::string& streamId) {
@@ -123,9 +128,12 @@ std::string Connections_GetPublisherDisplayName(const std::string& streamId) {
     return participant ? participant->name : std::string();
 }
 
-// Everybody in the embedded room shows a camera, whatever plays behind it.
-StreamType Connections_GetStreamType(const std::string&) {
-    return StreamType::Camera;
+// Everybody else in the embedded room shows a camera, whatever plays behind it.
+StreamType Connections_GetStreamType(const std::string& streamId) {
+    if (const auto own = TypeOfOwnStream(streamId)) return *own;
+    const auto room = Room::Current();
+    const auto stream = room ? room->Streams().FindSource(streamId) : nullptr;
+    return stream ? stream->description.type : StreamType::Camera;
 }
 
 bool Connections_IsPublisherFromExternalSource(const std::string&) {

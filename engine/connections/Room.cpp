@@ -1,5 +1,7 @@
 #include "engine/connections/Room.h"
 
+#include <algorithm>
+#include <cmath>
 #include <condition_variable>
 #include <mutex>
 #include <utility>
@@ -9,6 +11,8 @@
 #include "engine/connections/RoomStatus.h"
 #include "engine/connections/TrackSettings.h"
 #include "engine/mediamanager/MediaCallbacks.h"
+#include "engine/webrtc/CameraChoice.h"
+#include "engine/webrtc/DeviceCapture.h"
 #include "engine/webrtc/SourceCheck.h"
 #include "platform/Logger.h"
 #include "platform/WebRTC.h"
@@ -17,6 +21,8 @@ namespace Corvanta::Engine {
 
 namespace {
 
+// Where the user has asked for no other.
+constexpr PictureShape kDeviceShape{.width = 1280, .height = 720, .frameRate = 30};
 // How often a source is offered again while the library has no room for it.
 constexpr std::chrono::milliseconds kOfferInterval{50};
 
@@ -55,24 +61,6 @@ SpeakingTurn TurnOf(const std::vector<Participant>& all, std::size_t index) {
         ++turn.count;
     }
     return turn;
-}
-
-// What the own camera shows; a generated person looks like none of the participants.
-PlaybackSource CameraSource(const EngineOptions& options, const std::string& localName,
-                            std::chrono::steady_clock::time_point epoch) {
-    const ResolvedSource resolved = ResolveSource(options.camera);
-    PlaybackSource source{.name = "Own camera", .uri = resolved.uri, .makeScene = {}, .clipEpoch = epoch};
-    const std::string shownName = localName.empty() ? source.name : localName;
-    if (resolved.kind == ResolvedSource::Kind::TestPicture) {
-        source.makeScene = [shownName] { return MakeTestScene(shownName); };
-    } else if (resolved.kind == ResolvedSource::Kind::Person) {
-        const std::size_t others = TurnOf(options.participants, 0).count;
-        // A second turn where there is but one never comes: nobody hears the camera, so it does not speak.
-        source.makeScene = [shownName, others] {
-            return MakePersonScene(shownName, others, {.index = 1, .count = 1}, ClipFormatFor(others + 1));
-        };
-    }
-    return source;
 }
 
 }  // namespace
@@ -135,9 +123,9 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       speaker(options.participants.size()),
       service(UserRoomService()),
       sound(loop),
-      camera(settings.camera.empty()
-                 ? nullptr
-                 : std::make_shared<RoomCamera>(loop, CameraSource(settings, localName, epoch))) {
+      camera(std::make_shared<RoomCamera>(
+          loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing)),
+      streams(loop, sound.Mixer(), isClosing) {
     for (std::size_t index = 0; index < settings.participants.size(); ++index) {
         const std::string name = NameOf(settings.participants[index], index);
         participants.push_back(std::make_shared<RoomParticipant>(
@@ -151,10 +139,7 @@ Room::~Room() = default;
 void Room::Run() {
     loop.Post([] { TellRoomStatus(kRoomOpen); });
     loop.Post([this] { sound.Open(); });
-    if (camera) {
-        loop.Post([this] { OpenCamera(); });
-        loop.Post([this] { OfferCamera(); });
-    }
+    loop.Post([this] { camera->Follow(); });
     for (const auto& participant : participants) {
         loop.Post(
             [this, participant] { OpenPlayback(participant, settings.participants[participant->index]); });
@@ -166,7 +151,8 @@ void Room::Run() {
     service.Stop();
     sound.Close();
     TellRoomStatus(kRoomClosed);
-    if (camera) camera->End();
+    camera->End();
+    streams.Close();
     for (const auto& participant : participants) {
         if (participant->playback) participant->playback->Close();
         participant->sinks.Clear();
@@ -203,6 +189,7 @@ void Room::OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, con
                               },
                           .loudness =
                               [this, self](double meanSquare) {
+                                  self->loudness = std::clamp(std::sqrt(meanSquare), 0.0, 1.0);
                                   speaker.ReportLoudness(self->index, self->Speaks() ? meanSquare : 0.0,
                                                          std::chrono::steady_clock::now());
                               },
@@ -215,7 +202,8 @@ void Room::OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, con
                           .ended =
                               [this, weak] {
                                   loop.Post([this, weak] {
-                                      if (const auto leaving = weak.lock()) Leave(leaving);
+                                      if (const auto leaving = weak.lock())
+                                          Leave(leaving, "the source has ended");
                                   });
                               }};
     participant->playback =
@@ -225,7 +213,7 @@ void Room::OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, con
 }
 
 void Room::Announce(const std::shared_ptr<RoomParticipant>& participant) {
-    if (isClosing) return;
+    if (isClosing || participant->hasLeft) return;
     MediaCallbacks& callbacks = MediaCallbacks::Get();
     const auto sink = callbacks.addRemoteVideoSource.Call(participant->id);
     if (!sink || *sink == nullptr) {
@@ -233,36 +221,57 @@ void Room::Announce(const std::shared_ptr<RoomParticipant>& participant) {
         return;
     }
     participant->sinks.AddOwned(std::unique_ptr<FrameCallback>(*sink));
+    participant->hasEntered = true;
     LOG(kLogInformation, "\"%s\" has entered the room", participant->name.c_str());
     callbacks.videoTrackAdded.Call(participant->id);
     ConnectionCallbacks::Get().participantJoined.Call();
     if (participant->playback) participant->playback->Play();
 }
 
-void Room::Leave(const std::shared_ptr<RoomParticipant>& participant) {
+void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const char* reason) {
     if (isClosing || participant->hasLeft.exchange(true)) return;
-    LOG(kLogInformation, "\"%s\" has left the room: the source has ended", participant->name.c_str());
+    LOG(kLogInformation, "\"%s\" has left the room: %s", participant->name.c_str(), reason);
     speaker.ReportGone(participant->index);
-    participant->playback->Close();
+    if (participant->playback) participant->playback->Close();
     participant->sinks.Clear();
     MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
 }
 
-void Room::OpenCamera() {
-    // Posted, since the playback that says so is closed then.
-    camera->Open([this] { loop.Post([this] { LoseCamera(); }); });
+void Room::Remove(const std::shared_ptr<RoomParticipant>& participant) {
+    loop.Post([this, participant] { Leave(participant, "removed by the local user"); });
 }
 
-void Room::OfferCamera() {
-    if (isClosing || camera->Offer()) return;
-    loop.PostAfter(kOfferInterval, [this] { OfferCamera(); });
-}
-
-void Room::LoseCamera() {
-    if (isClosing || camera->HasEnded()) return;
-    LOG(kLogInformation, "The own camera is gone: the source has ended");
-    camera->End();
-    MediaCallbacks::Get().removeLocalVideoSource.Call(RoomCamera::kSourceId);
+std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {
+    const auto capture = FindCapture(index);
+    if (!capture) return std::nullopt;
+    PlaybackSource source{.name = "Own camera",
+                          .uri = {},
+                          .makeScene = {},
+                          .clipEpoch = epoch,
+                          .makeCapture = {},
+                          .shape = GetCameraProperties().shape};
+    const bool isTestPicture = capture->device == kTestPicture;
+    if (!capture->device.empty() && !isTestPicture) {
+        source.makeCapture = [device = capture->device, shape = source.shape.value_or(kDeviceShape)] {
+            return MakeCameraElement(device, shape);
+        };
+        return source;
+    }
+    const std::string shownName = localName.empty() ? source.name : localName;
+    const ResolvedSource resolved = isTestPicture ? ResolvedSource{ResolvedSource::Kind::TestPicture, {}}
+                                                  : ResolveSource(settings.camera);
+    source.uri = resolved.uri;
+    if (resolved.kind == ResolvedSource::Kind::TestPicture) {
+        source.makeScene = [shownName] { return MakeTestScene(shownName); };
+    } else if (resolved.kind == ResolvedSource::Kind::Person) {
+        // It looks like none of the participants.
+        const std::size_t others = TurnOf(settings.participants, 0).count;
+        // A second turn where there is but one never comes: nobody hears the camera, so it does not speak.
+        source.makeScene = [shownName, others] {
+            return MakePersonScene(shownName, others, {.index = 1, .count = 1}, ClipFormatFor(others + 1));
+        };
+    }
+    return source;
 }
 
 std::shared_ptr<RoomParticipant> Room::Find(const std::string& streamId) const {
@@ -273,13 +282,10 @@ std::shared_ptr<RoomParticipant> Room::Find(const std::string& streamId) const {
 }
 
 std::shared_ptr<SinkList> Room::FindSinks(const std::string& sourceId) const {
-    if (const auto own = Camera(); own && sourceId == RoomCamera::kSourceId) return {own, &own->sinks};
+    if (sourceId == RoomCamera::kSourceId) return {camera, &camera->sinks};
+    if (const auto own = streams.FindSource(sourceId)) return {own, &own->sinks};
     const auto participant = Find(sourceId);
     return participant ? std::shared_ptr<SinkList>(participant, &participant->sinks) : nullptr;
-}
-
-std::shared_ptr<RoomCamera> Room::Camera() const {
-    return camera && !camera->HasEnded() ? camera : nullptr;
 }
 
 std::optional<std::string> Room::SpeakerId() const {
@@ -304,6 +310,20 @@ RoomStatus Room::Status() const {
     return status;
 }
 
+std::vector<ParticipantInfo> Room::Participants() const {
+    const auto speaking = SpeakerId();
+    std::vector<ParticipantInfo> all;
+    for (const auto& participant : participants) {
+        if (participant->hasLeft || !participant->hasEntered) continue;
+        all.push_back({.streamId = participant->id,
+                       .name = participant->name,
+                       .volume = participant->volume,
+                       .loudness = participant->Speaks() ? participant->loudness.load() : 0.0,
+                       .isSpeaking = speaking == participant->id});
+    }
+    return all;
+}
+
 void Room::ApplyVolume(const std::shared_ptr<RoomParticipant>& participant) {
     loop.Post([participant] {
         if (!participant->playback) return;
@@ -316,6 +336,7 @@ void Room::ApplyVolume(const std::shared_ptr<RoomParticipant>& participant) {
 
 void Room::ApplyVolumes() {
     for (const auto& participant : participants) ApplyVolume(participant);
+    streams.ApplyVolume();
 }
 
 void Room::OpenSoundDevices() {

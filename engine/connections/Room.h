@@ -1,4 +1,4 @@
-// The embedded room: participants that play files, URIs and generated clips, and the local user's camera. It
+// The embedded room: participants that play files, URIs and generated clips, and the local user's streams. It
 // announces them to the library on the engine's own thread. One at a time in the process; the functions of
 // Connections, MediaManager and WebRTC reach it through Current.
 #pragma once
@@ -14,6 +14,7 @@
 
 #include "engine/Engine.h"
 #include "engine/common/EngineLoop.h"
+#include "engine/connections/OwnStreams.h"
 #include "engine/connections/ParticipantReports.h"
 #include "engine/connections/RoomCamera.h"
 #include "engine/connections/RoomParticipant.h"
@@ -42,13 +43,17 @@ public:
     // Everything below: any thread, from memory.
 
     [[nodiscard]] std::shared_ptr<RoomParticipant> Find(const std::string& streamId) const;
-    // The sinks of the participant of that stream id, or of the own camera by its source id; or null.
+    // The sinks of the participant of that stream id, or of the local user's stream of that source id; or
+    // null.
     [[nodiscard]] std::shared_ptr<SinkList> FindSinks(const std::string& sourceId) const;
-    // Null when the local user has none.
-    [[nodiscard]] std::shared_ptr<RoomCamera> Camera() const;
+    [[nodiscard]] RoomCamera& Camera() const { return *camera; }
+    [[nodiscard]] OwnStreams& Streams() { return streams; }
     [[nodiscard]] const std::string& LocalDisplayName() const { return localName; }
     [[nodiscard]] std::optional<std::string> SpeakerId() const;
     [[nodiscard]] RoomStatus Status() const;
+    [[nodiscard]] std::vector<ParticipantInfo> Participants() const;
+    // The participant leaves for good, some moments later.
+    void Remove(const std::shared_ptr<RoomParticipant>& participant);
 
     // Takes over changed volumes.
     void ApplyVolume(const std::shared_ptr<RoomParticipant>& participant);
@@ -66,10 +71,8 @@ private:
     void Run();
     void OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, const Participant& description);
     void Announce(const std::shared_ptr<RoomParticipant>& participant);
-    void Leave(const std::shared_ptr<RoomParticipant>& participant);
-    void OpenCamera();
-    void OfferCamera();
-    void LoseCamera();
+    void Leave(const std::shared_ptr<RoomParticipant>& participant, const char* reason);
+    [[nodiscard]] std::optional<PlaybackSource> CameraSource(int32_t index) const;
 
     const EngineOptions settings;
     const std::string localName;
@@ -82,8 +85,8 @@ private:
     std::atomic<bool> isClosing = false;
     EngineLoop loop;
     RoomSound sound;
-    // Null where no camera is configured.
     const std::shared_ptr<RoomCamera> camera;
+    OwnStreams streams;
 };
 
 }  // namespace Corvanta::Engine

@@ -1,17 +1,41 @@
 #include "engine/connections/RoomCamera.h"
 
+#include <chrono>
 #include <utility>
 
 #include "engine/connections/TrackSettings.h"
 #include "engine/mediamanager/MediaCallbacks.h"
+#include "engine/webrtc/CameraChoice.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
 
-RoomCamera::RoomCamera(EngineLoop& engineLoop, PlaybackSource playedSource)
-    : loop(engineLoop), source(std::move(playedSource)) {}
+namespace {
 
-void RoomCamera::Open(std::function<void()> whenEnded) {
+// How often the camera is offered again while the library has no room for it.
+constexpr std::chrono::milliseconds kOfferInterval{50};
+
+}  // namespace
+
+RoomCamera::RoomCamera(EngineLoop& engineLoop, SourceMaker sourceMaker, int32_t index,
+                       const std::atomic<bool>& roomIsClosing)
+    : loop(engineLoop),
+      makeSource(std::move(sourceMaker)),
+      isClosing(roomIsClosing),
+      state(index < 0 ? State::Absent : State::Offered),
+      chosen(index),
+      current(index),
+      lost(kNoCapture),
+      openIndex(kNoCapture) {}
+
+void RoomCamera::OpenPlayback(int32_t index) {
+    ClosePlayback();
+    openIndex = index;
+    auto source = makeSource(index);
+    if (!source) {
+        LOG(kLogWarning, "The own camera shows no picture: its device is gone");
+        return;
+    }
     // The camera owns the playback, so the events do not own the camera. A device has no connection of its
     // own that could be lost, and nobody listens to it.
     PlaybackEvents events{
@@ -19,63 +43,149 @@ void RoomCamera::Open(std::function<void()> whenEnded) {
         .loudness = [](double) {},
         .withoutPicture = [] {},
         .connection = [](bool) {},
-        .ended = std::move(whenEnded)};
-    playback = std::make_shared<Playback>(loop, source, nullptr, std::move(events));
+        // Posted, since the playback that says so is closed then.
+        .ended = [this] { loop.Post([self = shared_from_this()] { self->Lose(); }); },
+        .failed = {}};
+    playback = std::make_shared<Playback>(loop, std::move(*source), nullptr, std::move(events));
     playback->Open();
-    isOpen = true;
+}
+
+void RoomCamera::ClosePlayback() {
+    if (playback) playback->Close();
+    playback.reset();
+    openIndex = kNoCapture;
 }
 
 void RoomCamera::Deliver(const std::shared_ptr<const MappedPicture>& picture) {
-    if (!IsRunning() || !TrackSettings::Get().localVideoEnabled) return;
+    if (!delivers || !TrackSettings::Get().localVideoEnabled) return;
     sinks.Deliver([&] { return MakeFrame(picture); });
 }
 
-bool RoomCamera::Offer() {
-    if (state != State::Offered) return true;
+void RoomCamera::Follow() {
+    State wanted = State::Ended;
+    int32_t index = kNoCapture;
+    {
+        const std::lock_guard lock(stateMutex);
+        wanted = state;
+        index = current;
+    }
+    if (wanted == State::Ended || isClosing) return;
+    const bool isOpen = wanted == State::Offered || wanted == State::Running;
+    if (!isOpen) index = kNoCapture;
+    if (index != openIndex) {
+        if (isOpen) {
+            OpenPlayback(index);
+        } else {
+            ClosePlayback();
+        }
+    }
+    if (wanted == State::Running && playback) playback->Play();
+    if (wanted == State::Offered && !std::exchange(isOfferPending, true)) Announce();
+}
+
+void RoomCamera::Announce() {
+    if (isClosing) return;
+    {
+        const std::lock_guard lock(stateMutex);
+        isOfferPending = state == State::Offered;
+    }
+    // Lost before anybody had taken it.
+    if (!isOfferPending) return;
     const auto sink = MediaCallbacks::Get().addLocalVideoSource.Call(StreamType::Camera, kSourceId);
-    if (!sink || *sink == nullptr) return false;
+    if (!sink || *sink == nullptr) {
+        loop.PostAfter(kOfferInterval, [self = shared_from_this()] { self->Announce(); });
+        return;
+    }
+    isOfferPending = false;
     sinks.AddOwned(std::unique_ptr<FrameCallback>(*sink));
-    announcedSink = *sink;
-    state = State::Running;
+    {
+        const std::lock_guard lock(stateMutex);
+        if (state == State::Offered) state = State::Running;
+        announcedSink = *sink;
+        delivers = state == State::Running;
+    }
     LOG(kLogInformation, "The own camera runs");
-    playback->Play();
-    return true;
+    Follow();
 }
 
 void RoomCamera::End() {
-    state = State::Ended;
-    if (playback) playback->Close();
+    {
+        const std::lock_guard lock(stateMutex);
+        state = State::Ended;
+        announcedSink = nullptr;
+        delivers = false;
+    }
+    ClosePlayback();
     sinks.Clear();
-    playback.reset();
-    isOpen = false;
+}
+
+void RoomCamera::Lose() {
+    bool isAnnounced = false;
+    {
+        const std::lock_guard lock(stateMutex);
+        isAnnounced = state == State::Running;
+        if (isClosing || (!isAnnounced && state != State::Offered) || current != openIndex) return;
+        state = State::Absent;
+        lost = current;
+        announcedSink = nullptr;
+        delivers = false;
+    }
+    LOG(kLogInformation, "The own camera is gone: the source has ended");
+    ClosePlayback();
+    sinks.Clear();
+    if (isAnnounced) MediaCallbacks::Get().removeLocalVideoSource.Call(kSourceId);
+}
+
+bool RoomCamera::IsRunning() const {
+    const std::lock_guard lock(stateMutex);
+    return state == State::Running;
+}
+
+bool RoomCamera::IsRunning(int32_t index) const {
+    const std::lock_guard lock(stateMutex);
+    return state == State::Running && index == current;
+}
+
+void RoomCamera::Choose(int32_t index) {
+    const std::lock_guard lock(stateMutex);
+    chosen = index;
 }
 
 void RoomCamera::Stop() {
-    State expected = State::Running;
-    if (!state.compare_exchange_strong(expected, State::Stopped)) return;
-    if (FrameCallback* const sink = announcedSink.exchange(nullptr)) sinks.Remove(sink);
+    FrameCallback* sink = nullptr;
+    {
+        const std::lock_guard lock(stateMutex);
+        if (state != State::Running) return;
+        state = State::Stopped;
+        delivers = false;
+        sink = std::exchange(announcedSink, nullptr);
+    }
+    if (sink != nullptr) sinks.Remove(sink);
     FollowLater();
 }
 
 void RoomCamera::Start() {
-    State expected = State::Stopped;
-    if (!state.compare_exchange_strong(expected, State::Running)) return;
+    {
+        const std::lock_guard lock(stateMutex);
+        if (chosen < 0 || (state != State::Stopped && (state != State::Absent || chosen == lost))) return;
+        state = state == State::Stopped ? State::Running : State::Offered;
+        current = chosen;
+        lost = kNoCapture;
+        delivers = state == State::Running;
+    }
     FollowLater();
+}
+
+void RoomCamera::Reopen() {
+    loop.Post([self = shared_from_this()] {
+        self->ClosePlayback();
+        self->Follow();
+    });
 }
 
 void RoomCamera::FollowLater() {
     // The state is looked at when the task runs: tasks of two threads may come in either order.
     loop.Post([self = shared_from_this()] { self->Follow(); });
-}
-
-void RoomCamera::Follow() {
-    if (!playback || IsRunning() == isOpen) return;
-    isOpen = !isOpen;
-    if (isOpen) {
-        playback->Open();
-    } else {
-        playback->Close();
-    }
 }
 
 }  // namespace Corvanta::Engine

@@ -41,12 +41,16 @@ public:
     std::atomic<bool> videoEnabled = true, videoPublished = true;
     std::atomic<double> volume = 1.0;
     std::atomic<bool> isExternalSource = false;
+    // Of the last piece of sound: the root of its mean square, 0 to 1.
+    std::atomic<double> loudness = 0.0;
 
     // Pictures that sinks have taken; and whether there is any at all, which a listener who has switched the
     // video off must learn too, or nobody would ever be shown.
     std::atomic<std::size_t> pictures = 0;
     std::atomic<bool> hasPicture = false;
     std::atomic<bool> hasNoPicture = false;
+    // Whether the library knows of it; and whether it has gone for good.
+    std::atomic<bool> hasEntered = false;
     std::atomic<bool> hasLeft = false;
 
     // The engine's thread alone.

@@ -19,11 +19,6 @@ std::shared_ptr<SinkList> FindSinks(const std::string& sourceId) {
     return room ? room->FindSinks(sourceId) : nullptr;
 }
 
-std::shared_ptr<RoomCamera> OwnCamera() {
-    const auto room = Room::Current();
-    return room ? room->Camera() : nullptr;
-}
-
 }  // namespace
 
 namespace Corvanta::Engine {
@@ -114,12 +109,16 @@ void MediaManager_UnregisterCallback(const std::string& sourceId, Corvanta::Fram
 }
 
 std::string MediaManager_IsLocalVideoSourceRunning(int32_t captureIndex) {
-    const auto camera = OwnCamera();
-    const bool isRunning = camera && captureIndex == RoomCamera::kCaptureIndex && camera->IsRunning();
-    return isRunning ? RoomCamera::kSourceId : std::string();
+    const auto room = Room::Current();
+    return room && room->Camera().IsRunning(captureIndex) ? RoomCamera::kSourceId : std::string();
 }
 
 void MediaManager_StopLocalVideoSource(const std::string& sourceId) {
-    const auto camera = OwnCamera();
-    if (camera && sourceId == RoomCamera::kSourceId) camera->Stop();
+    const auto room = Room::Current();
+    if (!room) return;
+    if (sourceId == RoomCamera::kSourceId) {
+        room->Camera().Stop();
+    } else {
+        room->Streams().StopSource(sourceId);
+    }
 }

@@ -1,33 +1,49 @@
 // The functions of platform/WebRTC.h that concern what the local user captures.
-#include "engine/EngineSettings.h"
 #include "engine/connections/Room.h"
+#include "engine/webrtc/CameraChoice.h"
 #include "platform/WebRTC.h"
 
 namespace {
 
-using Corvanta::Engine::CurrentOptions;
+using Corvanta::StreamType;
 using Corvanta::Engine::Room;
-using Corvanta::Engine::RoomCamera;
 
-// Enough for a camera's 1280x720 at 30 pictures a second.
-constexpr uint32_t kCameraTargetBitrate = 2'500'000;
-constexpr int32_t kNoCamera = -1;
+bool IsShared(StreamType type) {
+    const auto room = Room::Current();
+    return room && room->Streams().Find(type) != nullptr;
+}
 
 }  // namespace
 
 void WebRTC_StopAllLocalVideoCaptures() {
     const auto room = Room::Current();
-    if (const auto camera = room ? room->Camera() : nullptr) camera->Stop();
+    if (!room) return;
+    room->Camera().Stop();
+    room->Streams().StopAll();
 }
 
-int32_t WebRTC_GetVideoCaptureIndex(void*, void*, void*, void*) {
+// The answer is also the room's next camera: the renegotiation that follows a question brings it.
+int32_t WebRTC_GetVideoCaptureIndex(void* deviceName, void*, void*, void*) {
+    const int32_t index = Corvanta::Engine::CaptureIndexOf(static_cast<const char*>(deviceName));
+    if (const auto room = Room::Current()) room->Camera().Choose(index);
+    return index;
+}
+
+void WebRTC_SetLocalCameraProperties(int32_t width, int32_t height, int32_t frameRate, int32_t bitrate) {
+    const auto before = Corvanta::Engine::GetCameraProperties().shape;
+    Corvanta::Engine::SetCameraProperties(width, height, frameRate, bitrate);
     const auto room = Room::Current();
-    const bool hasCamera = room ? room->Camera() != nullptr : !CurrentOptions().camera.empty();
-    return hasCamera ? RoomCamera::kCaptureIndex : kNoCamera;
+    if (room && Corvanta::Engine::GetCameraProperties().shape != before) room->Camera().Reopen();
 }
-
-void WebRTC_SetLocalCameraProperties(int32_t, int32_t, int32_t, int32_t) {}
 
 uint32_t WebRTC_GetLocalCameraTargetBitrate() {
-    return kCameraTargetBitrate;
+    return Corvanta::Engine::GetCameraProperties().bitrate;
+}
+
+bool WebRTC_IsScreenShareCapturing() {
+    return IsShared(StreamType::Screenshare);
+}
+
+bool WebRTC_IsNativeStreamCapturing(StreamType type) {
+    return IsShared(type);
 }

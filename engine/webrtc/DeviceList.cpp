@@ -102,13 +102,12 @@ std::string DeviceList::UniqueNameLocked(DeviceKind kind, const std::string& nam
 }
 
 bool DeviceList::Refresh() {
-    // Newest first.
     GList* const found = gst_device_monitor_get_devices(monitor.get());
     const std::lock_guard lock(entriesMutex);
     const std::size_t gone = std::erase_if(
         entries, [&](const Entry& entry) { return g_list_find(found, entry.device.get()) == nullptr; });
     bool hasNew = false;
-    for (GList* item = g_list_last(found); item != nullptr; item = item->prev) {
+    for (GList* item = found; item != nullptr; item = item->next) {
         auto* const device = static_cast<GstDevice*>(item->data);
         const bool isKnown = std::any_of(entries.begin(), entries.end(),
                                          [&](const Entry& entry) { return entry.device.get() == device; });

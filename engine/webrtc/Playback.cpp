@@ -106,8 +106,9 @@ void Playback::Open() {
     g_source_set_callback(watch.get(), G_SOURCE_FUNC(onMessage), this, nullptr);
     g_source_attach(watch.get(), loop.Context());
 
-    if (source.uri.empty() ? !BuildClip() : !BuildUri()) {
-        Fail("the machine lacks a part of GStreamer");
+    const bool isBuilt = IsCapture() ? BuildCapture() : source.uri.empty() ? BuildClip() : BuildUri();
+    if (!isBuilt) {
+        Fail(IsCapture() ? "the device is not there" : "the machine lacks a part of GStreamer");
         return;
     }
     const GstStateChangeReturn result = gst_element_set_state(pipeline.get(), GST_STATE_PAUSED);
@@ -134,7 +135,7 @@ void Playback::OnSilence() {
 
 bool Playback::BuildClip() {
     clip = std::make_unique<ClipSource>(source.makeScene());
-    GstElement* video = videoSink.MakeBin(clip->PictureCaps(), false);
+    GstElement* video = videoSink.MakeBin(clip->PictureCaps(), false, source.shape);
     GstElement* sound = audioSink.MakeBin(gain);
     if (clip->Video() == nullptr || clip->Audio() == nullptr || video == nullptr || sound == nullptr) {
         if (video != nullptr) gst_object_unref(video);
@@ -152,11 +153,27 @@ bool Playback::BuildUri() {
     if (!decoder) return false;
     // Decoders on a graphics card leave the pictures there, out of the frame objects' reach.
     g_object_set(decoder.get(), "uri", source.uri.c_str(), "force-sw-decoders", TRUE, nullptr);
+    ConnectDecoder(decoder.get());
+    return gst_bin_add(GST_BIN(pipeline.get()), GST_ELEMENT(gst_object_ref(decoder.get()))) != FALSE;
+}
+
+bool Playback::BuildCapture() {
+    const auto capture = source.makeCapture();
+    // Cameras may give compressed pictures.
+    const auto decoder = MakeElement("decodebin");
+    if (!capture || !decoder) return false;
+    ConnectDecoder(decoder.get());
+    gst_bin_add_many(GST_BIN(pipeline.get()), GST_ELEMENT(gst_object_ref(capture.get())),
+                     GST_ELEMENT(gst_object_ref(decoder.get())), nullptr);
+    return gst_element_link(capture.get(), decoder.get()) != FALSE;
+}
+
+void Playback::ConnectDecoder(GstElement* decoder) {
     // The handlers run while the pipeline does, which Close ends.
-    g_signal_connect(decoder.get(), "pad-added",
+    g_signal_connect(decoder, "pad-added",
                      G_CALLBACK(+[](GstElement*, GstPad* pad, Playback* self) { self->OnPadAdded(pad); }),
                      this);
-    g_signal_connect(decoder.get(), "no-more-pads", G_CALLBACK(+[](GstElement*, Playback* self) {
+    g_signal_connect(decoder, "no-more-pads", G_CALLBACK(+[](GstElement*, Playback* self) {
                          self->PostHere([](Playback& playback) {
                              if (!playback.hasVideo) playback.ReportWithoutPicture("it has no video");
                          });
@@ -167,7 +184,6 @@ bool Playback::BuildUri() {
                          self->OnElementAdded(element);
                      }),
                      this);
-    return gst_bin_add(GST_BIN(pipeline.get()), GST_ELEMENT(gst_object_ref(decoder.get()))) != FALSE;
 }
 
 void Playback::OnElementAdded(GstElement* element) {
@@ -189,7 +205,9 @@ void Playback::OnPadAdded(GstPad* pad) {
     const std::string_view kind(gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)));
     GstElement* bin = nullptr;
     // The first stream of each kind is played; a file may have more.
-    if (kind == "video/x-raw" && !hasVideo.exchange(true)) bin = videoSink.MakeBin(caps.get(), isRotated);
+    if (kind == "video/x-raw" && !hasVideo.exchange(true)) {
+        bin = videoSink.MakeBin(caps.get(), isRotated, source.shape);
+    }
     if (kind == "audio/x-raw" && !hasSound.exchange(true)) bin = audioSink.MakeBin(gain);
     if (bin == nullptr) return;
     gst_bin_add(GST_BIN(pipeline.get()), bin);
@@ -309,9 +327,10 @@ void Playback::OnPrerolled() {
         if (hasVideo && videoSink.IsAtEnd()) ReportWithoutPicture("it ends before its first picture");
         if (reportedWithoutPicture && !hasSound) {
             Close();
+            if (events.failed) events.failed();
             return;
         }
-        isSeekable = !clip && CanSeek();
+        isSeekable = !clip && !IsCapture() && CanSeek();
         // A segment's end is announced instead of ending the stream, so that the next round follows without a
         // gap.
         if (isSeekable && CanLoopSegments() && Seek(GST_SEEK_FLAG_FLUSH | GST_SEEK_FLAG_SEGMENT)) {
@@ -356,9 +375,10 @@ void Playback::OnSegmentDone() {
 
 void Playback::OnEndOfStream() {
     if (!hasDelivered) ReportWithoutPicture("it ends before its first picture");
-    if (!hasDelivered && !hasSound) {
+    if (!hasDelivered && !hasSound && !IsCapture()) {
         Close();
-    } else if (IsNetworkSource() && !isSeekable) {
+        if (events.failed) events.failed();
+    } else if (IsCapture() || (IsNetworkSource() && !isSeekable)) {
         Close();
         events.ended();
     } else {
@@ -408,7 +428,8 @@ void Playback::OnFirstPicture() {
 void Playback::Fail(const std::string& reason) {
     const bool hadPictures = hasDelivered;
     Close();
-    const bool isRetried = hadPictures || IsNetworkSource();
+    // A device that was pulled out may be put in again.
+    const bool isRetried = hadPictures || IsNetworkSource() || (IsCapture() && failures > 0);
     if (hadPictures) {
         if (!std::exchange(interruptionWasLogged, true)) {
             LOG(kLogWarning, "\"%s\" was interrupted (%s) and is opened again: %s", source.name.c_str(),
@@ -417,7 +438,10 @@ void Playback::Fail(const std::string& reason) {
     } else {
         ReportWithoutPicture(reason);
     }
-    if (!isRetried) return;
+    if (!isRetried) {
+        if (events.failed) events.failed();
+        return;
+    }
     ReportConnection(true);
     const auto delay = kFirstRetry * (1U << std::min(failures, 10U));
     ++failures;

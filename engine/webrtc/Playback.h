@@ -1,5 +1,6 @@
-// One participant's media: a pipeline over a file or URI, which plays in real time and in a loop, or over a
-// generated clip. All operations belong to the engine's thread; pictures are handed on on a streaming thread.
+// One source's media: a pipeline over a file or URI, which plays in real time and in a loop, over a generated
+// clip, or over an element that captures. All operations belong to the engine's thread; pictures are handed
+// on on a streaming thread.
 #pragma once
 
 #include <atomic>
@@ -13,7 +14,7 @@
 #include "engine/webrtc/AudioSink.h"
 #include "engine/webrtc/ClipSource.h"
 #include "engine/webrtc/GstSupport.h"
-#include "engine/webrtc/SoundMixer.h"
+#include "engine/webrtc/PictureShape.h"
 #include "engine/webrtc/VideoSink.h"
 
 namespace Corvanta::Engine {
@@ -27,19 +28,25 @@ struct PlaybackEvents {
     std::function<void()> withoutPicture;
     // A network source was lost, or is back.
     std::function<void(bool lost)> connection;
-    // A source that cannot be played again has come to its end.
+    // A source that cannot be played again has come to its end: a stream of a network, or a captured window.
     std::function<void()> ended;
+    // Nothing of the source can be played, and it is not tried again. May be empty.
+    std::function<void()> failed = {};
 };
 
 struct PlaybackSource {
     // For the log: the participant's name.
     std::string name;
-    // A URI; empty for a generated clip.
+    // A URI; empty for the two others.
     std::string uri;
     // Makes the scene of a generated clip.
     std::function<std::unique_ptr<const ClipScene>()> makeScene;
     // The moment at which generated clips are at their beginning.
     std::chrono::steady_clock::time_point clipEpoch;
+    // Makes the element that captures, with one source pad. Null where it cannot.
+    std::function<GstOwned<GstElement>()> makeCapture = {};
+    // How the pictures are to be; empty: as they come.
+    std::optional<PictureShape> shape = {};
 };
 
 class Playback final : public std::enable_shared_from_this<Playback> {
@@ -66,6 +73,8 @@ private:
 
     [[nodiscard]] bool BuildClip();
     [[nodiscard]] bool BuildUri();
+    [[nodiscard]] bool BuildCapture();
+    void ConnectDecoder(GstElement* decoder);
     // On streaming threads.
     void OnPadAdded(GstPad* pad);
     void OnElementAdded(GstElement* element);
@@ -95,6 +104,7 @@ private:
     void PostHere(std::function<void(Playback&)> task);
     void PostHereAfter(std::chrono::milliseconds delay, std::function<void(Playback&)> task);
     [[nodiscard]] bool IsNetworkSource() const;
+    [[nodiscard]] bool IsCapture() const { return source.makeCapture != nullptr; }
 
     EngineLoop& loop;
     const PlaybackSource source;

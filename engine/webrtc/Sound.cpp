@@ -92,6 +92,7 @@ bool WebRTC_GetActiveSpeaker(std::string& streamId) {
 
 void WebRTC_SetLocalStreamsLocalAudioVolume(float volume) {
     TrackSettings::Get().localStreamsVolume = static_cast<float>(ToVolume(volume));
+    if (const auto room = Room::Current()) room->Streams().ApplyVolume();
 }
 
 float WebRTC_GetLocalStreamsLocalAudioVolume() {

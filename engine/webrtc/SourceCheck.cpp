@@ -105,20 +105,6 @@ std::optional<std::string> FindMissingDecoder(const std::string& uri) {
     return missing;
 }
 
-std::optional<std::string> CheckFile(const std::string& who, const std::filesystem::path& path,
-                                     const std::string& uri) {
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) return who + ": the file " + path.string() + " does not exist";
-    if (std::filesystem::is_directory(status)) return who + ": " + path.string() + " is a folder, not a file";
-    if (::access(path.c_str(), R_OK) != 0) return who + ": the file " + path.string() + " may not be read";
-    if (const auto missing = FindMissingDecoder(uri)) {
-        return who + ": the file " + path.string() +
-               " cannot be played, since this is not installed: " + *missing;
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 ResolvedSource ResolveSource(const std::string& source) {
@@ -130,17 +116,38 @@ ResolvedSource ResolveSource(const std::string& source) {
     return {ResolvedSource::Kind::Uri, TakeText(g_filename_to_uri(path.c_str(), nullptr, nullptr))};
 }
 
+std::optional<std::string> CheckFile(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status)) return "The file " + path.string() + " does not exist";
+    if (std::filesystem::is_directory(status)) return path.string() + " is a folder, not a file";
+    if (::access(path.c_str(), R_OK) != 0) return "The file " + path.string() + " may not be read";
+    const std::string uri = TakeText(g_filename_to_uri(path.c_str(), nullptr, nullptr));
+    if (const auto missing = FindMissingDecoder(uri)) {
+        return "The file " + path.string() + " cannot be played, since this is not installed: " + *missing;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> CheckUri(const std::string& uri) {
+    const std::string path = TakeText(g_filename_from_uri(uri.c_str(), nullptr, nullptr));
+    if (!path.empty()) return CheckFile(path);
+    // A network is not asked: whether something answers there can change at any time.
+    const std::string protocol = TakeText(gst_uri_get_protocol(uri.c_str()));
+    if (gst_uri_protocol_is_supported(GST_URI_SRC, protocol.c_str()) != FALSE) return std::nullopt;
+    return "Nothing that is installed can read \"" + protocol + "://\"";
+}
+
 std::optional<std::string> CheckSource(const Participant& participant) {
-    const std::string who = "Participant \"" + participant.name + "\"";
-    if (participant.source.empty()) return who + ": no source is given";
+    const std::string who = "Participant \"" + participant.name + "\": ";
+    if (participant.source.empty()) return who + "no source is given";
     const ResolvedSource resolved = ResolveSource(participant.source);
     if (resolved.kind != ResolvedSource::Kind::Uri) return std::nullopt;
-    const std::string path = TakeText(g_filename_from_uri(resolved.uri.c_str(), nullptr, nullptr));
-    if (!path.empty()) return CheckFile(who, path, resolved.uri);
-    // A network is not asked: whether something answers there can change at any time.
-    const std::string protocol = TakeText(gst_uri_get_protocol(resolved.uri.c_str()));
-    if (gst_uri_protocol_is_supported(GST_URI_SRC, protocol.c_str()) != FALSE) return std::nullopt;
-    return who + ": nothing that is installed can read \"" + protocol + "://\"";
+    auto problem = CheckUri(resolved.uri);
+    if (!problem) return std::nullopt;
+    // Now in the middle of a line.
+    problem->front() = g_ascii_tolower(problem->front());
+    return who + *problem;
 }
 
 std::optional<std::string> CheckInstallation() {

@@ -40,7 +40,8 @@ VideoSink::VideoSink(std::string sourceName, std::shared_ptr<const ContainerColo
       container(std::move(containerColor)),
       callback(std::move(pictureCallback)) {}
 
-GstElement* VideoSink::MakeBin(const GstCaps* streamCaps, bool isRotated) {
+GstElement* VideoSink::MakeBin(const GstCaps* streamCaps, bool isRotated,
+                               const std::optional<PictureShape>& shape) {
     // Left to itself the converter would rather keep an alpha channel, which no frame object shows, than the
     // depth and the matrix.
     const char* format = gst_structure_get_string(gst_caps_get_structure(streamCaps, 0), "format");
@@ -50,9 +51,17 @@ GstElement* VideoSink::MakeBin(const GstCaps* streamCaps, bool isRotated) {
     // The converter passes pictures through that are in one of the formats; it squares oblong pixels. It
     // never changes the colour description, so no matrix is applied but between RGB and YUV formats.
     std::string description = isRotated ? "videoconvertscale ! videoflip video-direction=auto ! " : "";
+    // First, so that no picture is converted that is not shown.
+    if (shape) description += "videorate ! ";
     description += "videoconvertscale ! capsfilter caps=\"video/x-raw,format=(string)";
     description += formats;
-    description += ",pixel-aspect-ratio=1/1\" ! appsink name=pictures";
+    description += ",pixel-aspect-ratio=1/1";
+    if (shape) {
+        description += ",width=" + std::to_string(shape->width);
+        description += ",height=" + std::to_string(shape->height);
+        description += ",framerate=" + std::to_string(shape->frameRate) + "/1";
+    }
+    description += "\" ! appsink name=pictures";
     GError* error = nullptr;
     GstElement* bin = gst_parse_bin_from_description_full(description.c_str(), TRUE, nullptr,
                                                           GST_PARSE_FLAG_FATAL_ERRORS, &error);

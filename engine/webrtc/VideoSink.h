@@ -9,10 +9,12 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "engine/webrtc/GstSupport.h"
 #include "engine/webrtc/MappedPicture.h"
+#include "engine/webrtc/PictureShape.h"
 
 namespace Corvanta::Engine {
 
@@ -38,8 +40,10 @@ public:
 
     // A new bin with one sink pad, floating; null, and a log line, when an element is missing. `streamCaps`
     // are those of the decoded stream. `isRotated`: the stream says that its pictures are to be turned before
-    // they are shown. Called once for each pipeline.
-    [[nodiscard]] GstElement* MakeBin(const GstCaps* streamCaps, bool isRotated);
+    // they are shown. With a shape they are made to fit it, with black bars where they are narrower or
+    // flatter, and dropped or repeated to its rate. Called once for each pipeline.
+    [[nodiscard]] GstElement* MakeBin(const GstCaps* streamCaps, bool isRotated,
+                                      const std::optional<PictureShape>& shape = {});
 
     // Whether the stream has ended and every picture of it was handed on.
     [[nodiscard]] bool IsAtEnd();

@@ -6,6 +6,7 @@
 #include "engine/common/GuardedCallback.h"
 #include "engine/connections/Room.h"
 #include "engine/connections/TrackSettings.h"
+#include "engine/webrtc/CameraChoice.h"
 #include "engine/webrtc/ConnectionStatsFeed.h"
 #include "engine/webrtc/GstSupport.h"
 #include "platform/Logger.h"
@@ -39,6 +40,7 @@ void WebRTC_Init() {
 
 void WebRTC_Terminate() {
     Room::CloseCurrent();
+    Corvanta::Engine::SetCameraProperties(0, 0, 0, 0);
     EngineCallbacks::Get().connectionStats.Set({});
     EngineCallbacks::Get().sourceMetadata.Set({});
 }

@@ -42,7 +42,7 @@ void EndView() {
     gLastMicEnabled.store(view->IsMicEnabled());
     gLastVideoEnabled.store(view->IsVideoEnabled());
     view->Shutdown();
-    ReplaceCurrentView(nullptr);
+    RetireView(ReplaceCurrentView(nullptr));
 }
 
 // The network and media layers go down before the view, so that no frame can arrive at a dying view.
@@ -70,6 +70,7 @@ void StopEverything() {
 using namespace Corvanta::Interface;
 
 void SDLinterface_GlobalInit(void) {
+    const HostScope host;
     StartSdl();
     TTF_Init();
     Corvanta::UI::FontManager::Instance().Init();
@@ -81,6 +82,7 @@ void SDLinterface_GlobalInit(void) {
 }
 
 void SDLinterface_GlobalQuit(void) {
+    const HostScope host;
     if (DeferUntilViewIsLeft(&SDLinterface_GlobalQuit)) return;
     try {
         StopEverything();

@@ -6,6 +6,7 @@
 
 #include "interface/ProcessState.h"
 #include "interface/SDLinterface.h"
+#include "interface/TickState.h"
 #include "platform/MediaManager.h"
 #include "video/SingleVideoView.h"
 
@@ -74,6 +75,7 @@ using namespace Corvanta;
 using namespace Corvanta::Interface;
 
 int SDLinterface_OpenLocalPreview(void* nativeHandle, int width, int height, bool fit) {
+    const HostScope host;
     SDLinterface_CloseLocalPreview();
     auto preview = std::make_unique<LocalPreview>(fit ? Video::PictureFit::Whole : Video::PictureFit::Filled);
     if (!preview->Open(nativeHandle, width, height)) return -1;
@@ -82,9 +84,11 @@ int SDLinterface_OpenLocalPreview(void* nativeHandle, int width, int height, boo
 }
 
 void SDLinterface_TickLocalPreview(void) {
+    const HostScope host;
     if (gLocalPreview != nullptr) gLocalPreview->Tick();
 }
 
 void SDLinterface_CloseLocalPreview(void) {
+    const HostScope host;
     gLocalPreview.reset();
 }

@@ -45,8 +45,9 @@ std::shared_ptr<Room::VideoRoomView> ReplaceCurrentView(std::shared_ptr<Room::Vi
 }
 
 void AbandonView(const std::shared_ptr<Room::VideoRoomView>& view) {
-    if (view == nullptr || DeferUntilViewIsLeft([view] { view->Abandon(); })) return;
+    if (view == nullptr || DeferUntilViewIsLeft([view] { AbandonView(view); })) return;
     view->Abandon();
+    RetireView(view);
 }
 
 void LendSink(std::shared_ptr<FrameCallback> sink) {
@@ -72,12 +73,14 @@ UI::AbstractView* GetViewAt(int index, std::shared_ptr<Room::VideoRoomView>& kee
 }
 
 int GetViewWindowId(int index) {
+    const HostScope host;
     std::shared_ptr<Room::VideoRoomView> keepAlive;
     const UI::AbstractView* view = GetViewAt(index, keepAlive);
     return view == nullptr ? -1 : view->GetSdlWindowId();
 }
 
 std::optional<SDL_Point> GetViewSize(int index) {
+    const HostScope host;
     const auto room = CurrentView();
     if (room == nullptr) return std::nullopt;
     const UI::AbstractView* view = nullptr;

@@ -2,6 +2,7 @@
 #include "interface/Credential.h"
 #include "interface/ProcessState.h"
 #include "interface/SDLinterface.h"
+#include "interface/TickState.h"
 #include "platform/Connections.h"
 #include "platform/Logger.h"
 #include "ui/RoomActive.h"
@@ -18,13 +19,14 @@ using namespace Corvanta::Interface;
 
 int SDLinterface_RecordingViewInit(void* nativeHandle, int width, int height,
                                    const RecordingHostFunctions* functions) {
+    const HostScope host;
     SDLinterface_GlobalInit();
     const auto view = std::make_shared<Recording::RecordingsView>(0);
     AbandonView(CurrentView());
     const int result =
         view->Init(nativeHandle, width, height, functions != nullptr ? *functions : RecordingHostFunctions{});
     // Only now, so that no callback reaches a view that is being made.
-    ReplaceCurrentView(view);
+    RetireView(ReplaceCurrentView(view));
     return result;
 }
 

@@ -53,6 +53,7 @@ using namespace Corvanta::Interface;
 
 int EnterRoom(void* connectionArg0, void* connectionArg1, const char* sessionName, const char* roomName,
               bool flagB, bool isHost, bool flagC, void* connectionArg7, bool flagD) {
+    const HostScope host;
     const std::string cookie = ConnectionCookie();
     const ClientProfile profile;
     gConnectionIndex.store(Connections_InitConnection(
@@ -89,12 +90,14 @@ int EnterRoom(void* connectionArg0, void* connectionArg1, const char* sessionNam
 }
 
 void SDLinterface_SetRoomWindow(void* nativeHandle, int width, int height) {
+    const HostScope host;
     gRoomSetting.nativeHandle = nativeHandle;
     gRoomSetting.width = width;
     gRoomSetting.height = height;
 }
 
 void SDLinterface_SetHostCallbacks(const HostCallbacks* callbacks) {
+    const HostScope host;
     gRoomSetting.callbacks = callbacks != nullptr ? *callbacks : HostCallbacks{};
 }
 

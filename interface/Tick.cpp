@@ -1,6 +1,8 @@
 // The tick that the host calls: timers, what is asked for once a second, and the view's own tick.
 #include <cstdint>
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,6 +12,7 @@
 #include "interface/TickState.h"
 #include "platform/WebRTC.h"
 #include "ui/Clock.h"
+#include "ui/LockOrder.h"
 #include "ui/RoomActive.h"
 
 namespace Corvanta::Interface {
@@ -18,6 +21,12 @@ namespace {
 constexpr int64_t kNsPerMs = 1'000'000;
 constexpr int64_t kPollMs = 1000;
 
+UI::OrderedMutex<std::recursive_mutex, UI::LockRank::Host> gHostMutex;
+// guards: what follows
+int gHostScopes = 0;
+// Never destroyed, as the current view.
+std::vector<std::shared_ptr<Room::VideoRoomView>>& gRetiredViews =
+    *new std::vector<std::shared_ptr<Room::VideoRoomView>>;
 int64_t gLastTickNanos = UI::NowNs();
 int64_t gElapsedSincePollMs = 0;
 // Kept for a debugger's eye: how long the library has been ticked.
@@ -56,12 +65,28 @@ void PollEverySecond() {
 
 }  // namespace
 
+HostScope::HostScope() {
+    gHostMutex.lock();
+    ++gHostScopes;
+}
+
+HostScope::~HostScope() {
+    std::vector<std::shared_ptr<Room::VideoRoomView>> retired;
+    if (--gHostScopes == 0) retired.swap(gRetiredViews);
+    gHostMutex.unlock();
+}
+
+void RetireView(std::shared_ptr<Room::VideoRoomView> view) {
+    gRetiredViews.push_back(std::move(view));
+}
+
 void ResetTickTimers() {
     gLastTickNanos = UI::NowNs();
     gElapsedSincePollMs = 0;
 }
 
 void CallIntoView(const std::function<void()>& body) {
+    const HostScope host;
     {
         const ViewScope scope;
         body();
@@ -93,6 +118,7 @@ void SDL_VideoRoomCheckInputAndRender(void) {
 }
 
 void SDL_WPFVideoRoomCheckInputAndRender(void) {
+    const HostScope host;
     if (!Corvanta::roomActive.load()) {
         SDLinterface_VideoRoomQuit();
         return;

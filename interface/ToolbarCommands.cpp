@@ -1,6 +1,7 @@
 // The host's commands on the room's bar.
 #include "interface/ProcessState.h"
 #include "interface/SDLinterface.h"
+#include "interface/TickState.h"
 
 using namespace Corvanta::Interface;
 
@@ -10,10 +11,12 @@ void SDLInterface_VideoRoomUpdateRoomName(const char* name) {
 }
 
 void SDLinterface_VideoRoomUntoggleOptionsButton(bool click) {
+    const HostScope host;
     if (const auto view = CurrentView()) view->UntoggleOptionsButton(click);
 }
 
 void SDLInterface_VideoRoomUntoggleAudioMixer(void) {
+    const HostScope host;
     if (const auto view = CurrentView()) view->UntoggleAudioMixer();
 }
 

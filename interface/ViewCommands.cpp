@@ -11,14 +11,17 @@ void SDLinterface_VideoRoomResize(int width, int height) {
 }
 
 void SDLinterface_VideoRoomSetViewport(int width, int height) {
+    const HostScope host;
     if (const auto view = CurrentView()) view->SetViewport(width, height);
 }
 
 void SDLinterface_VideoRoomSetContentScaleFactor(float factor) {
+    const HostScope host;
     if (const auto view = CurrentView()) view->SetContentScaleFactor(factor);
 }
 
 void SDLinterface_UpdateWindowScale(int window, float scale) {
+    const HostScope host;
     std::shared_ptr<Room::VideoRoomView> keepAlive;
     if (UI::AbstractView* view = GetViewAt(window, keepAlive)) {
         CallIntoView([&] { view->SetWindowScale(scale); });
@@ -26,10 +29,12 @@ void SDLinterface_UpdateWindowScale(int window, float scale) {
 }
 
 void SDLinterface_VideoRoomSetSDRBrightnessBoost(float nits) {
+    const HostScope host;
     if (const auto view = CurrentView()) view->SetSDRBrightness(nits);
 }
 
 float SDLinterface_VideoRoomGetSDRBrightnessBoost(void) {
+    const HostScope host;
     const auto view = CurrentView();
     return view != nullptr ? view->GetSDRBrightness() : 0.0F;
 }
@@ -44,6 +49,7 @@ void SDLinterface_VideoRoomSetFullscreenEnabled(bool enabled) {
 }
 
 void SDLinterface_VideoRoomSetMicEnabled(bool enabled) {
+    const HostScope host;
     gLastMicEnabled.store(enabled);
     if (const auto view = CurrentView()) view->SetMicEnabled(enabled);
 }
@@ -54,6 +60,7 @@ bool SDLinterface_VideoRoomGetMicEnabled(void) {
 }
 
 void SDLinterface_VideoRoomSetVideoEnabled(bool enabled) {
+    const HostScope host;
     gLastVideoEnabled.store(enabled);
     if (const auto view = CurrentView()) view->SetVideoEnabled(enabled);
 }

@@ -6,6 +6,7 @@
 using namespace Corvanta::Interface;
 
 int SDLinterface_CreateDetachedView(void* nativeHandle, int width, int height) {
+    const HostScope host;
     const auto view = CurrentView();
     // The wall must not lose its window while it draws on it.
     if (view == nullptr || IsViewAtWork()) return -1;
@@ -21,6 +22,7 @@ void SDLinterface_SetDetachedLayout(int mode) {
 }
 
 void SDLinterface_LeaveDetachedLayout(void) {
+    const HostScope host;
     const auto view = CurrentView();
     if (view == nullptr || DeferUntilViewIsLeft([view] { view->LeaveDetachedLayout(); })) return;
     view->LeaveDetachedLayout();

@@ -29,6 +29,7 @@ thread_local constinit uint64_t waits = 0;
 
 [[nodiscard]] const char* NameOf(LockRank rank) {
     switch (rank) {
+        case LockRank::Host: return "Host";
         case LockRank::Remote: return "Remote";
         case LockRank::Local: return "Local";
         case LockRank::View: return "View";

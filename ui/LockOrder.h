@@ -13,6 +13,7 @@ namespace Corvanta::UI {
 // From the outermost to the innermost: a thread that holds one takes only later ones, and never two of the
 // same rank.
 enum class LockRank : int {
+    Host,    // one host function at a time
     Remote,  // a room's remote streams
     Local,   // a room's local streams
     View,    // what a view draws with

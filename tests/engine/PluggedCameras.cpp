@@ -20,7 +20,7 @@ GstElement* MakeCamera(GstDevice* device, const gchar*) {
     // In the format of plain webcams.
     const std::string description =
         "videotestsrc is-live=true pattern=solid-color foreground-color=" + std::to_string(color) +
-        " ! video/x-raw,format=YUY2";
+        " ! capsfilter caps=video/x-raw,format=YUY2";
     return gst_parse_bin_from_description(description.c_str(), TRUE, nullptr);
 }
 

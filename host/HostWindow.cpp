@@ -23,7 +23,10 @@ void SetPlace(QWidget& widget, const Place& place) {
 }  // namespace
 
 HostWindow::HostWindow(const QString& title, int width, int height)
-    : room_(this), input_(room_, kMainWindow), leaveFullscreen_(QKeySequence(Qt::Key_Escape), this) {
+    : frame_(this),
+      room_(&frame_),
+      input_(room_, kMainWindow),
+      leaveFullscreen_(QKeySequence(Qt::Key_Escape), this) {
     setWindowTitle(title);
     setMinimumSize(kMinWidth, kMinHeight);
     resize(width, height);
@@ -98,7 +101,8 @@ void HostWindow::Arrange() {
     const bool hasPanel = panel_ != nullptr && !panel_->isHidden();
     const WindowLayout layout =
         LayOut(width(), height(), {.panel = hasPanel, .barHeight = hasBar ? bar_->sizeHint().height() : 0});
-    SetPlace(room_, layout.room);
+    SetPlace(frame_, layout.room);
+    room_.setGeometry(frame_.rect());
     if (hasBar) SetPlace(*bar_, layout.bar);
     if (hasPanel) SetPlace(*panel_, layout.panel);
 }

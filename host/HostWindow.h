@@ -18,6 +18,8 @@ public:
     HostWindow(const QString& title, int width, int height);
 
     [[nodiscard]] RoomWidget& Room() { return room_; }
+    // What the room fills, a child of this window.
+    [[nodiscard]] QWidget& RoomFrame() { return frame_; }
 
     void SetFullscreen(bool on);
 
@@ -37,6 +39,9 @@ private:
     void Arrange();
     void Show(QWidget* part, bool on);
 
+    // Whoever resizes the room's native window by its handle may put it at its parent's corner as well, so it
+    // has a parent of its own.
+    QWidget frame_;
     RoomWidget room_;
     InputForwarder input_;
     // Enabled in full screen alone: elsewhere Escape is the room's.

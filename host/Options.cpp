@@ -291,7 +291,7 @@ std::string_view HelpText() {
 In the windows: F7 slides the strip of participants out and in, F8 puts it into a window of its own
 and back, F9 changes that window's layout (there also 1 to 3, or its menu on the right button), F10
 opens and closes the own camera's window. F2 opens and closes the panel of chat, notes and people,
-Ctrl+comma the settings. F11 full screen, Esc back from it, Ctrl+Q ends.
+F3 the audio mixer, Ctrl+comma the settings. F11 full screen, Esc back from it, Ctrl+Q ends.
 )";
 }
 

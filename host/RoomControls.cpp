@@ -49,6 +49,7 @@ RoomControls::RoomControls(HostWindow& window)
         QObject::connect(shortcut, &QShortcut::activated, this, [this, action] { (this->*action)(); });
     };
     onKey(Qt::Key_F2, &RoomControls::TogglePanel);
+    onKey(Qt::Key_F3, &RoomControls::ToggleMixer);
     onKey(Qt::CTRL | Qt::Key_Comma, &RoomControls::OpenSettings);
     Engine::SetDevicesChangedListener([this] {
         Later([](RoomControls& controls) {
@@ -131,6 +132,14 @@ void RoomControls::ShowMixer(bool on) {
         mixer_->Open();
     } else {
         mixer_->Close();
+    }
+}
+
+void RoomControls::ToggleMixer() {
+    if (mixer_->isVisible()) {
+        mixer_->close();  // as the person's own, which the room's button hears of
+    } else {
+        mixer_->Open();
     }
 }
 

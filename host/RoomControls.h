@@ -52,6 +52,7 @@ public:
     void ShowPanel(bool on);
     void TogglePanel();
     void ShowMixer(bool on);
+    void ToggleMixer();
     void OpenMixerAt(const std::string& streamId, const std::string& name, double volume);
     void StartStream(StreamType type) { dialogs_.Open(type); }
     void StartApplication(StreamType type, std::int32_t processId) {

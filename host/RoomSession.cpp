@@ -48,19 +48,17 @@ RoomSession::~RoomSession() {
 
 void RoomSession::Tick() {
     SDL_WPFVideoRoomCheckInputAndRender();
-    // After the tick has taken the input that waited, as letting window events pass or not discards it.
-    const auto now = ResizePause::Clock::now();
     const SurfaceMetrics metrics = window_.Room().Metrics();
-    if (metrics != told_) {
-        if (resizing_.Begin(now)) SDLinterface_DisableWindowResizingEvents(true);
-        TellMetrics(metrics);
-    } else if (resizing_.TakeEnd(now)) {
-        SDLinterface_DisableWindowResizingEvents(false);
-    }
+    if (metrics != told_) TellMetrics(metrics);
     wall_.Tick();
 }
 
 void RoomSession::TellMetrics(const SurfaceMetrics& metrics) {
+    // What SDL has seen of the window on its way to this size is dropped. All other waiting input goes with
+    // it, so this comes after a tick, which has taken that; and it ends before the size is told, since the
+    // renderer itself learns of it by such an event.
+    SDLinterface_DisableWindowResizingEvents(true);
+    SDLinterface_DisableWindowResizingEvents(false);
     SDLinterface_VideoRoomResize(metrics.physicalWidth, metrics.physicalHeight);
     SDLinterface_VideoRoomSetContentScaleFactor(kContentScale);
     SDLinterface_VideoRoomSetViewport(metrics.physicalWidth, metrics.physicalHeight);

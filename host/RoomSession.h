@@ -6,7 +6,6 @@
 #include <variant>
 
 #include "host/Failure.h"
-#include "host/ResizePause.h"
 #include "host/RoomCallbacks.h"
 #include "host/SurfaceMetrics.h"
 
@@ -34,7 +33,6 @@ private:
     WallControls& wall_;
     RoomCallbacks callbacks_;
     SurfaceMetrics told_;
-    ResizePause resizing_;
 };
 
 }  // namespace Corvanta::Host

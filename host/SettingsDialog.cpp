@@ -3,6 +3,7 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -61,7 +62,9 @@ SettingsDialog::SettingsDialog(QWidget* parent) : QDialog(parent) {
 void SettingsDialog::AddDevice(QFormLayout& form, const QString& label, Engine::DeviceKind kind,
                                const std::string& key, std::function<void(const std::string&)> onChosen) {
     auto* const box = new QComboBox(this);
+    // A device's long name is cut, rather than widening the dialog.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     form.addRow(label, box);
     devices_.push_back({kind, key, box});
     Fill(devices_.back());
@@ -87,7 +90,9 @@ void SettingsDialog::AddKey(QFormLayout& form) {
     auto* const row = new QHBoxLayout;
     row->addWidget(button, 1);
     row->addWidget(clear);
-    form.addRow(QStringLiteral("&Hold to talk:"), row);
+    auto* const label = new QLabel(QStringLiteral("&Hold to talk:"), this);
+    label->setBuddy(button);
+    form.addRow(label, row);
 }
 
 void SettingsDialog::AddProgram(QFormLayout& form, const QString& label, const std::string& key,

@@ -166,6 +166,16 @@ TEST_F(RoomControlsTest, OpensAndClosesTheMixer) {
     EXPECT_THAT(TakeCalls(), Contains("untoggle mixer"));
 }
 
+TEST_F(RoomControlsTest, OpensAndClosesTheMixerByItsKey) {
+    auto& mixer = Part<AudioMixer>();
+    QTest::keyClick(&window_.Room(), Qt::Key_F3);
+    EXPECT_TRUE(mixer.isVisible());
+    EXPECT_THAT(TakeCalls(), IsEmpty());
+    controls_.ToggleMixer();
+    EXPECT_FALSE(mixer.isVisible());
+    EXPECT_THAT(TakeCalls(), Contains("untoggle mixer"));
+}
+
 TEST_F(RoomControlsTest, StartsStreamsFromAnotherThreadWithoutWaiting) {
     Answers().devices[Engine::DeviceKind::Camera] = {"Test picture"};
     std::jthread([this] { table_.StartNativeStream(3); }).join();
@@ -192,12 +202,13 @@ TEST_F(RoomControlsTest, ShowsWhatIsSharedAndStopsIt) {
     static_cast<void>(Engine::ShareStream(StreamType::File, "clip.mp4"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return bar.isVisible(); }));
     EXPECT_EQ(bar.width(), 640);
-    EXPECT_EQ(window_.Room().geometry(), QRect(0, bar.height(), 640, 480 - bar.height()));
+    EXPECT_EQ(window_.RoomFrame().geometry(), QRect(0, bar.height(), 640, 480 - bar.height()));
     static_cast<void>(TakeEngineCalls());
     bar.findChild<QPushButton*>()->click();
     EXPECT_THAT(TakeEngineCalls(), ElementsAre("stop 4"));
     EXPECT_FALSE(bar.isVisible());
     EXPECT_EQ(window_.Room().geometry(), QRect(0, 0, 640, 480));
+    EXPECT_EQ(window_.RoomFrame().geometry(), QRect(0, 0, 640, 480));
 }
 
 TEST_F(RoomControlsTest, ForgetsAStreamThatEndsByItself) {
@@ -300,7 +311,7 @@ TEST_F(RoomControlsTest, FitsTheNoticeIntoANarrowRoom) {
     for (QObject* const child : window_.children()) {
         const auto* const notice = dynamic_cast<Notice*>(child);
         if (notice != nullptr && notice->isVisible()) {
-            EXPECT_TRUE(window_.Room().geometry().contains(notice->geometry()));
+            EXPECT_TRUE(window_.RoomFrame().geometry().contains(notice->geometry()));
         }
     }
 }

@@ -36,9 +36,10 @@ public:
     static void PassBetweenReadingsMs(int64_t milliseconds);
 };
 
-// What the host's functions do; its own are written into Calls() as "Host_SetCursor" and so on.
+// A host whose functions, but for the reserved ones, are written into Calls() as "Host_SetCursor" and so on.
 struct Host {
     static HostCallbacks Callbacks();
+    // Run once, by the next call.
     static inline std::function<void()> onCursor;
     static inline std::function<void()> onMainVideo;
 };

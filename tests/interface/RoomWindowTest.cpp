@@ -45,10 +45,13 @@ protected:
         }
         return false;
     }
-    // It is higher than this window.
-    static void HideStrip() { SDLinterface_SlideThumbnails(false, false); }
+    // Strip and bar are higher than this window.
+    static void LeaveMainVideoAlone() {
+        SDLinterface_SlideThumbnails(false, false);
+        SDLinterface_VideoRoomSetDrawToolEnabled(true);
+    }
     static void ShowTeal() {
-        HideStrip();
+        LeaveMainVideoAlone();
         Fake().OfferRemoteSource("a");
         SDLinterface_VideoRoomUpdateActiveSpeaker("a");
         Fake().Deliver(
@@ -116,7 +119,7 @@ TEST_F(RoomWindowTest, LeavesTheHostsWindowWhenItEnds) {
 TEST_F(RoomWindowTest, PlaysARecordingOnTheHostsWindow) {
     ASSERT_EQ(SDLinterface_RecordingViewInit(host_->Handle(), kWidth, kHeight, nullptr), 1);
     ASSERT_EQ(SDLinterface_ConnectToRecording(nullptr, nullptr, "title", 1000.0, nullptr), 2);
-    HideStrip();
+    LeaveMainVideoAlone();
     Fake().OfferRemoteSource("a");
     Fake().RecordingCallbacks().activeStreams({"a"});
     SDLinterface_VideoRoomUpdateActiveSpeaker("a");

@@ -23,8 +23,11 @@ namespace {
 constexpr std::chrono::milliseconds kAWhile{200};
 const std::string kCamera = "camera-0";
 
-// Counts the frames that a registered sink gets. To be unregistered, or the room left, before it goes.
+// Counts the frames that a registered sink gets, and unregisters it in time: the room is left after the
+// test's own objects have gone.
 struct CountingSink {
+    ~CountingSink() { MediaManager_UnregisterCallback(kCamera, &callback); }
+
     std::atomic<int> frames = 0;
     FrameCallback callback = [this](const std::shared_ptr<VideoFrameBuffer>&) { ++frames; };
 

@@ -159,7 +159,12 @@ void MicrophoneController::Release() {
         }
         MicrophoneController& controller;
     } const ending{*this};
-    if (micButton_ != nullptr && micButton_->IsToggled() != stateAtPress_) Click();
+    if (micButton_ == nullptr || micButton_->IsToggled() == stateAtPress_) return;
+    Click();
+    if (micButton_ == nullptr || micButton_->IsToggled() == stateAtPress_) return;
+    // The device has gone meanwhile, and with it the button's click. Nobody is to be heard when it is back.
+    micButton_->SetToggled(stateAtPress_);
+    SetMicEnabled(false);
 }
 
 void MicrophoneController::SetMicEnabled(bool enabled) {

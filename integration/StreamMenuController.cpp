@@ -4,7 +4,6 @@
 
 #include "platform/Common.h"
 #include "platform/WebRTC.h"
-#include "ui/MenuLayout.h"
 
 namespace Corvanta::UI {
 namespace {
@@ -27,21 +26,6 @@ void SetToggled(ToggleButton* button, bool toggled) {
 [[nodiscard]] bool HasItem(const Menu& menu, const Button* button) {
     const auto& items = menu.GetItems();
     return std::find(items.begin(), items.end(), button) != items.end();
-}
-
-// Rows may have come and gone since the menu last drew its plate.
-[[nodiscard]] int PlateHeight(const Menu& menu) {
-    const auto& items = menu.GetItems();
-    const auto dividers = std::count_if(items.begin(), items.end(), [](const Button* item) {
-        return dynamic_cast<const Divider*>(item) != nullptr;
-    });
-    return MenuPlateHeight(static_cast<int>(items.size()), static_cast<int>(dividers), menu.GetItemHeight(),
-                           menu.IsScrollable());
-}
-
-// On the toolbar's top edge, ending where the button ends.
-[[nodiscard]] SDL_Point AboveToolbar(const Menu& menu, const SDL_Rect& button, int toolbarTop) {
-    return {button.x + button.w - menu.width, toolbarTop - PlateHeight(menu)};
 }
 
 void AppendTo(Menu& menu, ToggleButton* entry) {
@@ -160,7 +144,7 @@ bool StreamMenuController::PlaceMenu(const Application& application, int toolbar
     if (!IsShown(application.entry)) return false;
     const SDL_Rect& entry = application.entry->rect;
     topLeft = mainMenu_ != nullptr ? SDL_Point{entry.x - application.menu->width, entry.y}
-                                   : AboveToolbar(*application.menu, entry, toolbarTop);
+                                   : PlaceMenuAbove(*application.menu, entry, toolbarTop);
     return true;
 }
 
@@ -175,7 +159,7 @@ void StreamMenuController::Render(SDL_Renderer* renderer, int viewHeight, int to
     const int toolbarTop = viewHeight - toolbarHeight;
     // A hidden menu draws nothing, but its place is known when it opens.
     if (mainMenu_ != nullptr && mainButton_ != nullptr) {
-        mainMenu_->Render(renderer, AboveToolbar(*mainMenu_, mainButton_->rect, toolbarTop));
+        mainMenu_->Render(renderer, PlaceMenuAbove(*mainMenu_, mainButton_->rect, toolbarTop));
     }
     for (const Application* application : {&resolve_, &flame_}) {
         if (application->menu == nullptr) continue;

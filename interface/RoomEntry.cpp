@@ -76,7 +76,13 @@ int EnterRoom(void* connectionArg0, void* connectionArg1, const char* sessionNam
                      .sessionName = OrEmpty(sessionName),
                      .profileId = profile.id->c_str()});
     view->ReadRenderScalingSetting();
-    view->BuildControls();
+    CallIntoView([&] { view->BuildControls(); });
+    // The host may have left again from inside a function that was called there.
+    if (CurrentView() != view) {
+        profile.Release();
+        gConnectionIndex.store(-1);
+        return -1;
+    }
     SDL_SetVideoRoomConection(gConnectionIndex.load());
     Connections_SetDefaultOutboundBitrate(WebRTC_GetLocalCameraTargetBitrate());
     WebRTC_SetEnabledLocalAudioTrack(false, 0);

@@ -11,13 +11,11 @@ void SDLInterface_VideoRoomUpdateRoomName(const char* name) {
 }
 
 void SDLinterface_VideoRoomUntoggleOptionsButton(bool click) {
-    const HostScope host;
-    if (const auto view = CurrentView()) view->UntoggleOptionsButton(click);
+    if (const auto view = CurrentView()) CallIntoView([&] { view->UntoggleOptionsButton(click); });
 }
 
 void SDLInterface_VideoRoomUntoggleAudioMixer(void) {
-    const HostScope host;
-    if (const auto view = CurrentView()) view->UntoggleAudioMixer();
+    if (const auto view = CurrentView()) CallIntoView([&] { view->UntoggleAudioMixer(); });
 }
 
 void SDLInterface_VideoRoomSetShowSidebarNotification(bool shown) {

@@ -49,9 +49,8 @@ void SDLinterface_VideoRoomSetFullscreenEnabled(bool enabled) {
 }
 
 void SDLinterface_VideoRoomSetMicEnabled(bool enabled) {
-    const HostScope host;
     gLastMicEnabled.store(enabled);
-    if (const auto view = CurrentView()) view->SetMicEnabled(enabled);
+    if (const auto view = CurrentView()) CallIntoView([&] { view->SetMicEnabled(enabled); });
 }
 
 bool SDLinterface_VideoRoomGetMicEnabled(void) {
@@ -60,9 +59,8 @@ bool SDLinterface_VideoRoomGetMicEnabled(void) {
 }
 
 void SDLinterface_VideoRoomSetVideoEnabled(bool enabled) {
-    const HostScope host;
     gLastVideoEnabled.store(enabled);
-    if (const auto view = CurrentView()) view->SetVideoEnabled(enabled);
+    if (const auto view = CurrentView()) CallIntoView([&] { view->SetVideoEnabled(enabled); });
 }
 
 bool SDLinterface_VideoRoomGetVideoEnabled(void) {

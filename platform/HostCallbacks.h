@@ -2,6 +2,8 @@
    interface that the host binds to. Any entry may be null, and each is tested before a call. Texts are
    zero-terminated UTF-8, valid for the call. Calls come on the thread of the tick; StartScreenShare,
    StartNativeStream, StartApplicationStream, StartMediaSiloStream and OnStillExported on the room's action
+   thread. A command that presses a button of the bar calls that button's function on its own thread. But for
+   the five the room is locked meanwhile: a function may call the library back, and must wait for no other
    thread. */
 #pragma once
 

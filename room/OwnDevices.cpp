@@ -32,6 +32,8 @@ void VideoRoomView::SwitchSpeaker(bool on) {
 void VideoRoomView::SetMicEnabled(bool enabled) {
     const std::scoped_lock remote(remoteLock_);
     const std::scoped_lock local(localLock_);
+    // A mute from outside came before this.
+    microphone_.Update();
     microphone_.SetMicState(enabled);
     UI::ToggleButton* const button = toolbar_.GetMicButton();
     if (button == nullptr) return;

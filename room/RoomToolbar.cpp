@@ -12,6 +12,8 @@ constexpr int kMenuWidth = 322;
 constexpr uint32_t kMenuColor = 0xFF424242;
 // The options stand that far from the right edge.
 constexpr double kOptionsMargin = 25.0;
+// So that a margin that comes out whole is not cut to the pixel before.
+constexpr double kRoundingRoom = 1e-6;
 
 }  // namespace
 
@@ -76,9 +78,7 @@ void RoomToolbar::BuildBar(const std::string& title) {
     fullscreenButton_ = add(Right, "icons/fullscreen.png", "icons/fullscreen-white.png", "Enter full screen",
                             "Exit full screen", tell(&HostCallbacks::SetFullscreen, true),
                             tell(&HostCallbacks::SetFullscreen, false));
-    moreButton_ = add(
-        Right, "icons/more.png", "icons/more-white.png", "Show more options", "Hide more options",
-        [this] { ToggleMenu(*optionsMenu_); }, [this] { ToggleMenu(*optionsMenu_); });
+    moreButton_ = buttonBar_->SetTextButton("More", [this] { ToggleMenu(*optionsMenu_); });
     for (UI::ToggleButton* button : {micButton_, videoButton_, speakerButton_, optionsButton_}) {
         buttonBar_->AddCompactButton(button);
     }
@@ -94,7 +94,7 @@ void RoomToolbar::BuildBar(const std::string& title) {
     fullscreenButton_->SetToggled(view_.IsFullscreenEnabled());
 }
 
-std::unique_ptr<UI::Menu> RoomToolbar::MakeMenu(UI::ToggleButton* owner) {
+std::unique_ptr<UI::Menu> RoomToolbar::MakeMenu(UI::GraphicElementInterface* owner) {
     auto menu =
         std::make_unique<UI::Menu>(view_.GetRenderer(), UI::MenuDirection::FromBelow, kMenuWidth, kMenuColor);
     menu->SetVisible(false);
@@ -154,9 +154,10 @@ void RoomToolbar::Clear() {
     }
     for (UI::ToggleButton** button :
          {&layoutButton_, &drawToolButton_, &micButton_, &videoButton_, &speakerButton_, &audioMixerButton_,
-          &optionsButton_, &fullscreenButton_, &moreButton_}) {
+          &optionsButton_, &fullscreenButton_}) {
         *button = nullptr;
     }
+    moreButton_ = nullptr;
     layoutEntries_ = {};
     hdrOptionItem_ = nullptr;
     buttonBar_.reset();
@@ -226,8 +227,9 @@ void RoomToolbar::RenderBar(SDL_Renderer* renderer, int barTop, int mainVideoWid
         processListener_.ApplyRunningEntries(running);
     }
     layoutButton_->SetToggled(layoutMenu_->visible);
-    moreButton_->SetToggled(optionsMenu_->visible);
     buttonBar_->SetTag(mainVideoWidth);
+    // Also after a resize that found the room held.
+    buttonBar_->SetWidth(view_.GetWidth());
     buttonBar_->Render(renderer, {0, barTop});
     // The compact set has no button that opens a menu.
     if (buttonBar_->IsCompact() && overlays_.AnyVisible()) CloseMenus();
@@ -243,16 +245,14 @@ void RoomToolbar::CloseMenus() {
 void RoomToolbar::RenderMenus(SDL_Renderer* renderer) {
     if (!IsBuilt()) return;
     const int bottom = view_.GetHeight() - view_.GetToolbarHeight();
-    if (optionsMenu_->visible) {
+    if (optionsMenu_->visible && optionsMenu_->width > 0) {
         // Kept from the first menu of the process, so that the margin grows with the menu's width.
         static const double kMarginShare = kOptionsMargin / optionsMenu_->width;
-        const int x = view_.GetWidth() - UI::Truncate(optionsMenu_->width * (kMarginShare + 1.0));
-        optionsMenu_->Render(renderer, {x, bottom - optionsMenu_->height});
+        const int reach = UI::Truncate(optionsMenu_->width * (kMarginShare + 1.0) + kRoundingRoom);
+        optionsMenu_->Render(renderer, {view_.GetWidth() - reach, bottom - optionsMenu_->GetPlateHeight()});
     }
     if (layoutMenu_->visible) {
-        const SDL_Rect& opener = layoutButton_->rect;
-        layoutMenu_->Render(renderer,
-                            {opener.x + opener.w - layoutMenu_->width, bottom - layoutMenu_->height});
+        layoutMenu_->Render(renderer, PlaceMenuAbove(*layoutMenu_, layoutButton_->rect, bottom));
     }
 }
 
@@ -291,7 +291,8 @@ void RoomToolbar::RefreshLayoutMenu() {
 void RoomToolbar::OnMainVideoChanged() {
     if (!IsBuilt()) return;
     // One that is away stays away: people who only watch are not to see it at every change of speakers.
-    if (buttonBar_->visible) buttonBar_->RestoreAlwaysVisible();
+    // Under an open menu it stays.
+    if (buttonBar_->visible && !overlays_.AnyVisible()) buttonBar_->RestoreAlwaysVisible();
     RefreshLayoutMenu();
 }
 

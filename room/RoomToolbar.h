@@ -97,7 +97,7 @@ private:
                                       std::function<void()> onToggledOff);
     UI::ToggleButton* AddNativeStreamButton(const char* iconName, const char* label, const char* idleTooltip,
                                             const char* activeTooltip, StreamType type);
-    std::unique_ptr<UI::Menu> MakeMenu(UI::ToggleButton* owner);
+    std::unique_ptr<UI::Menu> MakeMenu(UI::GraphicElementInterface* owner);
     void AddApplicationItem(UI::Menu& menu, const char* iconName, const char* label,
                             HostApplication application, StreamType type);
     void AddOption(const char* iconName, const char* label, void (VideoRoomView::*chosen)());
@@ -121,7 +121,8 @@ private:
     UI::ToggleButton* audioMixerButton_ = nullptr;
     UI::ToggleButton* optionsButton_ = nullptr;
     UI::ToggleButton* fullscreenButton_ = nullptr;
-    UI::ToggleButton* moreButton_ = nullptr;
+    // Under the title, since the row is full.
+    UI::TextButton* moreButton_ = nullptr;
 
     std::unique_ptr<UI::Menu> layoutMenu_;
     std::unique_ptr<UI::Menu> optionsMenu_;

@@ -242,9 +242,9 @@ void VideoRoomView::SetActiveSpeaker(const std::string& streamId) {
     activeSpeakerId_ = streamId;
 }
 
-std::string VideoRoomView::GetActiveSpeaker() const {
+Video::VideoFrame* VideoRoomView::FindSpeaker() const {
     const std::scoped_lock lock(speakerMutex_);
-    return activeSpeakerId_;
+    return activeSpeakerId_.empty() ? nullptr : FindRemoteTile(activeSpeakerId_);
 }
 
 void VideoRoomView::SetSpeakerEnabled(bool enabled) {

@@ -48,11 +48,11 @@ void VideoRoomView::Tick() {
     if (!remote.owns_lock()) return;
     const std::scoped_lock local(localLock_);
     if (!roomActive.load() || closing_.load() || !IsInitialised()) return;
+    // Ahead of the check: what other threads asked for is no disagreement.
+    microphone_.Update();
     if (trackCheckDue_.exchange(false)) CheckTrackState();
     ProcessInput();
-    if (!MayDraw()) return;
-    microphone_.Update();
-    Render();
+    if (MayDraw()) Render();
 }
 
 void VideoRoomView::ProcessInput() {
@@ -123,6 +123,7 @@ void VideoRoomView::Render() {
     ChooseMainTile();
     if (mainTile_ != nullptr) RenderMainTile(*mainTile_);
     RenderWall();
+    dirty_.store(false);
     RenderControls();
     const bool mainTileLeft = std::exchange(mainTileLeft_, false);
     if (mainTileLeft || mainTile_ != previousMain) OnMainVideoChanged();
@@ -133,8 +134,7 @@ void VideoRoomView::Render() {
 }
 
 void VideoRoomView::ChooseMainTile() {
-    const std::string speakerId = GetActiveSpeaker();
-    Video::VideoFrame* speaker = speakerId.empty() ? nullptr : FindRemoteTile(speakerId);
+    Video::VideoFrame* speaker = FindSpeaker();
     if (detached_.load()) {
         ChooseDetachedMainTile(speaker);
     } else {
@@ -253,8 +253,8 @@ void VideoRoomView::Abandon() {
 }
 
 void VideoRoomView::StopListening() {
-    microphone_.Shutdown();
     toolbar_.StopListening();
+    microphone_.Shutdown();
 }
 
 std::vector<std::unique_ptr<Video::VideoFrame>> VideoRoomView::EndTiles() {

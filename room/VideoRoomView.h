@@ -244,7 +244,8 @@ private:
     void CheckTrackState();
     // In nits.
     void ChangeSdrBrightness(float step);
-    [[nodiscard]] std::string GetActiveSpeaker() const;
+    // The tile of the active speaker; null when nobody speaks or it is no remote stream.
+    [[nodiscard]] Video::VideoFrame* FindSpeaker() const;
     // Ends what comes from the configuration, the room and the programs; with no lock held, since each waits
     // for a call in progress.
     void StopListening();

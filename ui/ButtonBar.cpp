@@ -156,10 +156,13 @@ void ButtonBar::SetHeight(int value) {
     height = value;
     const int buttonWidth = Truncate(height / 1.8);
     const int buttonHeight = Truncate(height / 1.9);
-    ForEachGrouped([=](Button& button) {
+    const auto size = [=](Button& button) {
         button.SetWidth(buttonWidth);
         button.SetHeight(buttonHeight);
-    });
+    };
+    ForEachGrouped(size);
+    // Optional ones come back to their group at the size of the others.
+    for (const auto& button : ownButtons_) size(*button);
     if (recordButton_ != nullptr) {
         recordButton_->SetWidth(buttonWidth);
         recordButton_->SetHeight(buttonHeight);

@@ -38,6 +38,15 @@ Menu::Menu(SDL_Renderer* renderer, MenuDirection direction, int baseWidth, uint3
     scrollbar_.SetOrientation(true);
 }
 
+int Menu::GetPlateHeight() const {
+    return MenuPlateHeight(ItemCount(), dividerCount_, itemHeight_, scrollable_);
+}
+
+SDL_Point PlaceMenuAbove(const Menu& menu, const SDL_Rect& opener, int bottom) {
+    const int rightAligned = opener.x + opener.w - menu.width;
+    return {rightAligned >= 0 ? rightAligned : opener.x, bottom - menu.GetPlateHeight()};
+}
+
 int Menu::ContentHeight() const {
     return MenuContentHeight(ItemCount(), dividerCount_, itemHeight_);
 }
@@ -141,8 +150,7 @@ void Menu::ReleaseTextures() {
 }
 
 void Menu::Render(SDL_Renderer* renderer, SDL_Point topLeft) {
-    rect = {topLeft.x, topLeft.y, itemWidth_,
-            MenuPlateHeight(ItemCount(), dividerCount_, itemHeight_, scrollable_)};
+    rect = {topLeft.x, topLeft.y, itemWidth_, GetPlateHeight()};
     if (!visible) return;
     if (opening_) Slide();
     const int offset = scrollable_ ? Scroll(topLeft) : 0;

@@ -57,6 +57,8 @@ public:
     [[nodiscard]] std::vector<Button*> GetTrackedItems() const { return trackedItems_; }
     [[nodiscard]] const std::vector<Button*>& GetItems() const { return items_; }
 
+    // Of the plate as its next drawing will show it.
+    [[nodiscard]] int GetPlateHeight() const;
     // At most five rows and a scrollbar.
     void SetScrollable(bool on) { scrollable_ = on; }
     [[nodiscard]] bool IsScrollable() const { return scrollable_; }
@@ -101,5 +103,9 @@ private:
     bool scrollable_ = false;
     std::vector<Button*> trackedItems_;
 };
+
+// Where a menu stands whose plate ends at bottom and at its opener's right edge; at the opener's left edge
+// where that would take it out of the view.
+[[nodiscard]] SDL_Point PlaceMenuAbove(const Menu& menu, const SDL_Rect& opener, int bottom);
 
 }  // namespace Corvanta::UI

@@ -35,6 +35,8 @@ AudioMixer::AudioMixer(QWidget* parent, std::function<void()> onClosed)
     scroll_ = new QScrollArea(this);
     scroll_->setWidgetResizable(true);
     scroll_->setFrameShape(QFrame::NoFrame);
+    // The keyboard goes from slider to slider.
+    scroll_->setFocusPolicy(Qt::NoFocus);
     scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* const content = new QWidget;
     rows_ = new QVBoxLayout(content);

@@ -13,7 +13,8 @@ constexpr int kMargin = 12;
 
 }  // namespace
 
-Notice::Notice(HostWindow& window, Height height) : QLabel(&window), room_(window.RoomFrame()), height_(height) {
+Notice::Notice(HostWindow& window, Height height)
+    : QLabel(&window), room_(window.RoomFrame()), height_(height) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setTextFormat(Qt::PlainText);
     setAlignment(Qt::AlignCenter);

@@ -26,6 +26,8 @@ PeopleList::PeopleList(QWidget* parent, OnRemove onRemove)
     : QScrollArea(parent), onRemove_(std::move(onRemove)) {
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
+    // The keyboard goes from button to button.
+    setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* const content = new QWidget;
     rows_ = new QVBoxLayout(content);

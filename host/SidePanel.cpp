@@ -67,7 +67,13 @@ void SidePanel::SetState(const RoomState& state, const std::string& pushToTalkKe
 }
 
 void SidePanel::FocusPage() {
-    pages_->currentWidget()->setFocus();
+    QWidget* const page = pages_->currentWidget();
+    // A page without a field of its own leaves the keyboard to the tabs.
+    if (page->focusPolicy() == Qt::NoFocus && page->focusProxy() == nullptr) {
+        pages_->setFocus();
+    } else {
+        page->setFocus();
+    }
 }
 
 void SidePanel::showEvent(QShowEvent* event) {

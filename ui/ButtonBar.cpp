@@ -154,22 +154,18 @@ void ButtonBar::SetVisible(bool value) {
 
 void ButtonBar::SetHeight(int value) {
     height = value;
-    const int buttonWidth = Truncate(height / 1.8);
-    const int buttonHeight = Truncate(height / 1.9);
-    const auto size = [=](Button& button) {
-        button.SetWidth(buttonWidth);
-        button.SetHeight(buttonHeight);
-    };
-    ForEachGrouped(size);
-    // Optional ones come back to their group at the size of the others.
-    for (const auto& button : ownButtons_) size(*button);
-    if (recordButton_ != nullptr) {
-        recordButton_->SetWidth(buttonWidth);
-        recordButton_->SetHeight(buttonHeight);
-    }
+    buttonSize_ = SDL_Point{Truncate(height / 1.8), Truncate(height / 1.9)};
+    ForEachGrouped([this](Button& button) { ApplyButtonSize(button); });
+    if (recordButton_ != nullptr) ApplyButtonSize(*recordButton_);
     const int fontSize = Truncate(static_cast<float>(height) * titleSizeRatio_);
     title_.SetFontSize(fontSize);
     if (textButton_ != nullptr) textButton_->SetFontSize(fontSize);
+}
+
+void ButtonBar::ApplyButtonSize(GraphicElementInterface& button) const {
+    if (!buttonSize_) return;
+    button.SetWidth(buttonSize_->x);
+    button.SetHeight(buttonSize_->y);
 }
 
 void ButtonBar::UpdateRightGroup(const std::map<ToggleButton*, bool>& wanted) {
@@ -181,6 +177,8 @@ void ButtonBar::UpdateRightGroup(const std::map<ToggleButton*, bool>& wanted) {
     const auto appendIfMissing = [this](Button* button) {
         if (std::find(rightButtons_.begin(), rightButtons_.end(), button) == rightButtons_.end()) {
             button->SetTooltipAllowed(tooltipsAllowed_);
+            // The bar may have changed its height while the button was out of it.
+            ApplyButtonSize(*button);
             rightButtons_.push_back(button);
         }
     };
@@ -230,7 +228,7 @@ void ButtonBar::RenderVisible(SDL_Renderer* renderer) {
     FillRect(renderer, rect, background_);
     ClearDrawColor(renderer);
     const BarCounts counts = Counts();
-    const BarMetrics metrics = ComputeBarMetrics(rect, width, height, counts);
+    BarMetrics metrics = ComputeBarMetrics(rect, width, height, counts);
     if (metrics.titleSpace > 0) {
         title_.SetMaxWidth(metrics.titleSpace);
         title_.Rebuild(renderer);
@@ -238,7 +236,10 @@ void ButtonBar::RenderVisible(SDL_Renderer* renderer) {
     const bool cut = title_.GetWidth() >= metrics.titleSpace && titleText_.size() > kShortTitleBytes;
     const int titleWidth = cut ? metrics.titleSpace : title_.GetWidth();
     const int textWidth = std::max(titleWidth, textButton_ != nullptr ? textButton_->GetTextWidth() : 0);
-    compact_ = !FullBarFits(metrics, width, counts, textWidth, RecordWidth());
+    const bool fits =
+        FullBarFits(metrics, width, counts, textWidth, RecordWidth()) &&
+        PartGroups(metrics, counts, RightGroupEnd(metrics), std::max(counts.right - 1, 0), textWidth);
+    compact_ = !fits;
     if (compact_) {
         RenderCompact(renderer, metrics);
     } else {
@@ -280,10 +281,21 @@ void ButtonBar::RenderRight(SDL_Renderer* renderer, const BarMetrics& metrics) {
     if (recordButton_ != nullptr) recordButton_->Render(renderer, {RecordX(metrics, width), y});
     int x = SecondRightX(metrics, width, recordButton_ != nullptr, RecordWidth());
     for (size_t index = 1; index < rightButtons_.size(); ++index) {
-        if (index > 1)
-            x -= rightButtons_[index - 1]->width / 2 + rightButtons_[index]->width / 2 + metrics.rightGap;
+        if (index > 1) x -= RightStep(metrics, index);
         rightButtons_[index]->Render(renderer, {x, y});
     }
+}
+
+int ButtonBar::RightStep(const BarMetrics& metrics, size_t index) const {
+    return rightButtons_[index - 1]->width / 2 + rightButtons_[index]->width / 2 + metrics.rightGap;
+}
+
+int ButtonBar::RightGroupEnd(const BarMetrics& metrics) const {
+    if (rightButtons_.empty()) return width;
+    int x = rightButtons_.size() == 1 ? FirstRightX(metrics, width)
+                                      : SecondRightX(metrics, width, recordButton_ != nullptr, RecordWidth());
+    for (size_t index = 2; index < rightButtons_.size(); ++index) x -= RightStep(metrics, index);
+    return x - rightButtons_.back()->width / 2;
 }
 
 void ButtonBar::RenderCompact(SDL_Renderer* renderer, const BarMetrics& metrics) {

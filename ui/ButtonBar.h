@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -110,8 +111,13 @@ private:
     void RenderTitle(SDL_Renderer* renderer, const BarMetrics& metrics, int titleWidth);
     void RenderRight(SDL_Renderer* renderer, const BarMetrics& metrics);
     void RenderCompact(SDL_Renderer* renderer, const BarMetrics& metrics);
+    // From the right button before it to that of the index.
+    [[nodiscard]] int RightStep(const BarMetrics& metrics, size_t index) const;
+    // Left edge of the right group.
+    [[nodiscard]] int RightGroupEnd(const BarMetrics& metrics) const;
     [[nodiscard]] int RecordWidth() const { return recordButton_ != nullptr ? recordButton_->rect.w : 0; }
     [[nodiscard]] GraphicElementInterface* FindHovered() const;
+    void ApplyButtonSize(GraphicElementInterface& button) const;
 
     std::vector<std::unique_ptr<Button>> ownButtons_;
     Group leftButtons_;
@@ -139,6 +145,8 @@ private:
     // True between frames: the slide advances once in each.
     bool layoutPending_ = true;
     bool rememberedAlwaysVisible_ = false;
+    // Of the buttons, as of the last SetHeight; they keep their own before the first.
+    std::optional<SDL_Point> buttonSize_;
 };
 
 }  // namespace Corvanta::UI

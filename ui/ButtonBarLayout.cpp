@@ -1,8 +1,16 @@
 #include "ui/ButtonBarLayout.h"
 
+#include <algorithm>
+
 #include "ui/Arithmetic.h"
 
 namespace Corvanta::UI {
+namespace {
+
+// Buttons closer than that are taken for one another.
+constexpr int kNarrowestGapShare = 5;
+
+}  // namespace
 
 BarMetrics ComputeBarMetrics(const SDL_Rect& rect, int width, int height, const BarCounts& counts) {
     BarMetrics m;
@@ -23,6 +31,20 @@ bool FullBarFits(const BarMetrics& m, int width, const BarCounts& counts, int te
                        (counts.left + counts.centre + counts.right) * m.cell + (counts.centre + 1) * m.gap +
                        counts.left * m.leftGap + 2 * m.half + textWidth;
     return width >= needed && m.titleSpace >= m.leftGap;
+}
+
+bool PartGroups(BarMetrics& m, const BarCounts& counts, int rightEnd, int rightGaps, int textWidth) {
+    if (counts.centre == 0 || counts.right == 0) return true;
+    const int centreEnd = m.centreX + (counts.centre - 1) * CentreStep(m) + m.half;
+    if (centreEnd < rightEnd) return true;
+    const int wanted = centreEnd + m.rightGap - rightEnd;
+    const int way = std::clamp(m.titleSpace - std::max(textWidth, m.leftGap), 0, wanted);
+    m.centreX -= way;
+    m.titleSpace -= way;
+    if (way == wanted) return true;
+    if (rightGaps == 0) return false;
+    m.rightGap -= (wanted - way + rightGaps - 1) / rightGaps;
+    return m.rightGap >= m.gap / kNarrowestGapShare;
 }
 
 int FirstLeftX(const BarMetrics& m) {

@@ -31,6 +31,13 @@ struct BarMetrics {
 [[nodiscard]] bool FullBarFits(const BarMetrics& metrics, int width, const BarCounts& counts, int textWidth,
                                int recordWidth);
 
+// The centre group stands in the middle of the bar, and a long right group would reach into it. Moves the
+// centre group to the left, as far as the title's space goes beyond textWidth, and then takes the rest from
+// the gaps of the right group, of which there are rightGaps. rightEnd: left edge of the right group with the
+// gaps that it has. Without a common pixel nothing changes. False when there is no room even so.
+[[nodiscard]] bool PartGroups(BarMetrics& metrics, const BarCounts& counts, int rightEnd, int rightGaps,
+                              int textWidth);
+
 // First button of the left group, and the way to the next one.
 [[nodiscard]] int FirstLeftX(const BarMetrics& metrics);
 [[nodiscard]] int LeftStep(const BarMetrics& metrics);

@@ -143,4 +143,35 @@ TEST(ButtonBarLayout, DoesNotFitWithLessTitleSpaceThanTheLeftGap) {
 }
 
 }  // namespace
+TEST(ButtonBarLayout, PartsAGroupThatReachesIntoTheCentre) {
+    const BarCounts counts{2, 4, 10};
+    const BarMetrics before = ComputeBarMetrics({0, 0, 1280, 100}, 1280, 100, counts);
+    const auto centreEnd = [](const BarMetrics& m) { return m.centreX + 3 * CentreStep(m) + m.half; };
+
+    BarMetrics apart = before;
+    EXPECT_TRUE(PartGroups(apart, counts, centreEnd(before) + 1, 9, 30));
+    EXPECT_EQ(apart.centreX, before.centreX);
+
+    // The title's space goes first.
+    BarMetrics moved = before;
+    EXPECT_TRUE(PartGroups(moved, counts, centreEnd(before) - 100, 9, 30));
+    EXPECT_EQ(centreEnd(moved), centreEnd(before) - 100 - before.rightGap);
+    EXPECT_EQ(before.titleSpace - moved.titleSpace, before.centreX - moved.centreX);
+    EXPECT_EQ(moved.rightGap, before.rightGap);
+
+    // Then the gaps between the right buttons, evenly.
+    BarMetrics narrow = before;
+    const int rightEnd = centreEnd(before) - (before.titleSpace - 30) - 9;
+    EXPECT_TRUE(PartGroups(narrow, counts, rightEnd, 9, 30));
+    EXPECT_EQ(narrow.titleSpace, 30);
+    EXPECT_EQ(narrow.rightGap, before.rightGap - 4);
+    EXPECT_LE(centreEnd(narrow), rightEnd + 9 * 4);
+
+    // Never so far that buttons are taken for one another.
+    BarMetrics full = before;
+    EXPECT_FALSE(PartGroups(full, counts, 100, 9, 30));
+    BarMetrics single = before;
+    EXPECT_FALSE(PartGroups(single, {2, 4, 1}, 100, 0, 30));
+}
+
 }  // namespace Corvanta::UI

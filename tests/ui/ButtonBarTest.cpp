@@ -249,6 +249,17 @@ TEST_F(ButtonBarTest, HoldsButtonsThatComeLaterToWhatItsTooltipsMay) {
     for (const Button* button : added) EXPECT_TRUE(button->IsTooltipAllowed());
 }
 
+TEST_F(ButtonBarTest, GivesAButtonThatComesBackTheSizeOfTheOthers) {
+    const auto bar = MakeBar();
+    ToggleButton* const optional = AddToggle(*bar, BarGroup::Right);
+    bar->UpdateRightGroup({{optional, false}});
+    bar->SetHeight(100);
+    EXPECT_EQ(optional->width, 28);
+    bar->UpdateRightGroup({{optional, true}});
+    EXPECT_EQ(optional->width, 55);
+    EXPECT_EQ(optional->height, 52);
+}
+
 TEST_F(ButtonBarTest, ClicksAButtonThatStartsToggledBeforeItIsReturned) {
     const auto bar = MakeBar();
     int on = 0;

@@ -85,7 +85,9 @@ HostScope::~HostScope() {
 }
 
 void RetireView(std::shared_ptr<Room::VideoRoomView> view) {
-    if (view != nullptr) gRetiredViews.push_back(std::move(view));
+    // Once: each entry would take the other for a thread that still uses the view.
+    const bool isKnown = std::find(gRetiredViews.begin(), gRetiredViews.end(), view) != gRetiredViews.end();
+    if (view != nullptr && !isKnown) gRetiredViews.push_back(std::move(view));
 }
 
 void ResetTickTimers() {

@@ -425,8 +425,10 @@ TEST_F(LiveRoomThreadsTest, LetsTheHostCallExportsBackFromTheActionThreadWhileIt
 
 // Those of the host's own thread, which waits for the action meanwhile.
 TEST_F(LiveRoomThreadsTest, LetsTheHostCallEveryExportBackFromTheActionThreadWhileItWaits) {
+    std::vector<std::weak_ptr<Room::VideoRoomView>> views;
     for (const auto& call : ExportsOfTheHostThread()) {
         EnterAnew();
+        views.push_back(Interface::CurrentView());
         std::binary_semaphore go(0);
         std::binary_semaphore done(0);
         Calls().OnCall("Host_StartScreenShare", [&](const Call&) {
@@ -440,6 +442,7 @@ TEST_F(LiveRoomThreadsTest, LetsTheHostCallEveryExportBackFromTheActionThreadWhi
         Calls().OnCall("Host_StartScreenShare", {});
     }
     EndWithNothingLeft();
+    for (size_t index = 0; index < views.size(); ++index) EXPECT_TRUE(views[index].expired()) << index;
 }
 
 TEST_F(LiveRoomThreadsTest, KeepsNothingOfAThousandJoinsAndLeaves) {

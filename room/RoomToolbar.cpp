@@ -35,49 +35,41 @@ void RoomToolbar::Build(const std::string& title) {
 void RoomToolbar::BuildBar(const std::string& title) {
     buttonBar_ = std::make_unique<UI::ButtonBar>(view_.GetRenderer(), view_.GetWidth(),
                                                  view_.GetToolbarHeight(), title, true);
-    const auto add = [this](UI::BarGroup group, const char* offIcon, const char* onIcon, const char* offLabel,
-                            const char* onLabel, std::function<void()> onToggledOn,
-                            std::function<void()> onToggledOff) {
-        UI::ButtonBar::ToggleOptions options;
-        options.offIconName = offIcon;
-        options.onIconName = onIcon;
-        options.offLabel = offLabel;
-        options.onLabel = onLabel;
-        options.onToggledOn = std::move(onToggledOn);
-        options.onToggledOff = std::move(onToggledOff);
-        return buttonBar_->AddToggleButton(std::move(options), group);
-    };
     const auto tell = [this](void (*HostCallbacks::*function)(bool), bool value) {
         return [this, function, value] {
             if (hostCallbacks_.*function != nullptr) (hostCallbacks_.*function)(value);
         };
     };
     using enum UI::BarGroup;
-    layoutButton_ = add(
-        Left, "icons/layout.png", "icons/layout-white.png", "Show layout menu", "Hide layout menu",
-        [this] { ToggleMenu(*layoutMenu_); }, [this] { ToggleMenu(*layoutMenu_); });
-    drawToolButton_ =
-        add(Left, "icons/draw.png", "icons/draw-white.png", "Show drawing tools", "Hide drawing tools",
-            tell(&HostCallbacks::ShowDrawTool, true), tell(&HostCallbacks::ShowDrawTool, false));
-    micButton_ = add(
-        Centre, "icons/mic.png", "icons/nomic.png", "Turn off microphone", "Turn on microphone",
+    const auto toggleLayout = [this] { ToggleMenu(*layoutMenu_); };
+    layoutButton_ = AddToggle(
+        Left, {"icons/layout.png", "icons/layout-white.png", "Show layout menu", "Hide layout menu"},
+        toggleLayout, toggleLayout);
+    drawToolButton_ = AddToggle(
+        Left, {"icons/draw.png", "icons/draw-white.png", "Show drawing tools", "Hide drawing tools"},
+        tell(&HostCallbacks::ShowDrawTool, true), tell(&HostCallbacks::ShowDrawTool, false));
+    micButton_ = AddToggle(
+        Centre, {"icons/mic.png", "icons/nomic.png", "Turn off microphone", "Turn on microphone"},
         [this] { view_.SwitchMicrophone(false); }, [this] { view_.SwitchMicrophone(true); });
-    videoButton_ = add(
-        Centre, "icons/cam.png", "icons/nocam.png", "Turn off camera", "Turn on camera",
+    videoButton_ = AddToggle(
+        Centre, {"icons/cam.png", "icons/nocam.png", "Turn off camera", "Turn on camera"},
         [this] { view_.SwitchCamera(false); }, [this] { view_.SwitchCamera(true); });
-    speakerButton_ = add(
-        Centre, "icons/audio.png", "icons/noaudio.png", "Turn off audio", "Turn on audio",
+    speakerButton_ = AddToggle(
+        Centre, {"icons/audio.png", "icons/noaudio.png", "Turn off audio", "Turn on audio"},
         [this] { view_.SwitchSpeaker(false); }, [this] { view_.SwitchSpeaker(true); });
-    audioMixerButton_ = add(Centre, "icons/audiomixer.png", "icons/audiomixer-white.png", "Show audio mixer",
-                            "Hide audio mixer", tell(&HostCallbacks::ShowAudioMixer, true),
-                            tell(&HostCallbacks::ShowAudioMixer, false));
-    optionsButton_ = add(Right, "icons/options.png", "icons/options-white.png", "Show Chats and Notes",
-                         "Hide Chats and Notes", tell(&HostCallbacks::ShowOptions, true),
-                         tell(&HostCallbacks::ShowOptions, false));
+    audioMixerButton_ = AddToggle(
+        Centre,
+        {"icons/audiomixer.png", "icons/audiomixer-white.png", "Show audio mixer", "Hide audio mixer"},
+        tell(&HostCallbacks::ShowAudioMixer, true), tell(&HostCallbacks::ShowAudioMixer, false));
+    optionsButton_ = AddToggle(
+        Right,
+        {"icons/options.png", "icons/options-white.png", "Show Chats and Notes", "Hide Chats and Notes"},
+        tell(&HostCallbacks::ShowOptions, true), tell(&HostCallbacks::ShowOptions, false));
     optionsButton_->SetBadge(view_.GetRenderer(), "icons/notification.png");
-    fullscreenButton_ = add(Right, "icons/fullscreen.png", "icons/fullscreen-white.png", "Enter full screen",
-                            "Exit full screen", tell(&HostCallbacks::SetFullscreen, true),
-                            tell(&HostCallbacks::SetFullscreen, false));
+    fullscreenButton_ = AddToggle(
+        Right,
+        {"icons/fullscreen.png", "icons/fullscreen-white.png", "Enter full screen", "Exit full screen"},
+        tell(&HostCallbacks::SetFullscreen, true), tell(&HostCallbacks::SetFullscreen, false));
     moreButton_ = buttonBar_->SetTextButton("More", [this] { ToggleMenu(*optionsMenu_); });
     for (UI::ToggleButton* button : {micButton_, videoButton_, speakerButton_, optionsButton_}) {
         buttonBar_->AddCompactButton(button);
@@ -92,6 +84,24 @@ void RoomToolbar::BuildBar(const std::string& title) {
     videoButton_->SetToggled(!view_.IsVideoEnabled());
     speakerButton_->SetToggled(!view_.IsSpeakerEnabled());
     fullscreenButton_->SetToggled(view_.IsFullscreenEnabled());
+}
+
+UI::ToggleButton* RoomToolbar::AddToggle(UI::BarGroup group, const Look& look,
+                                         std::function<void()> onToggledOn,
+                                         std::function<void()> onToggledOff, const char* fixedLabel) {
+    UI::ButtonBar::ToggleOptions options;
+    options.offIconName = look.offIconName;
+    options.onIconName = look.onIconName;
+    options.offLabel = look.offLabel;
+    options.onLabel = look.onLabel;
+    options.onToggledOn = std::move(onToggledOn);
+    options.onToggledOff = std::move(onToggledOff);
+    if (fixedLabel != nullptr) {
+        options.showLabel = true;
+        options.fixedLabelMode = true;
+        options.fixedLabel = fixedLabel;
+    }
+    return buttonBar_->AddToggleButton(std::move(options), group);
 }
 
 std::unique_ptr<UI::Menu> RoomToolbar::MakeMenu(UI::GraphicElementInterface* owner) {

@@ -92,6 +92,16 @@ private:
     // The buttons that start and stop every kind of shared stream.
     void BuildStreamControls();
     void BuildStreamMenus();
+    // Of a toggle button when it is off and on.
+    struct Look {
+        const char* offIconName;
+        const char* onIconName;
+        const char* offLabel;
+        const char* onLabel;
+    };
+    // fixedLabel: shown under the button in both states; null for none.
+    UI::ToggleButton* AddToggle(UI::BarGroup group, const Look& look, std::function<void()> onToggledOn,
+                                std::function<void()> onToggledOff, const char* fixedLabel = nullptr);
     UI::ToggleButton* AddStreamButton(const char* iconName, const char* label, const char* idleTooltip,
                                       const char* activeTooltip, std::function<void()> onToggledOn,
                                       std::function<void()> onToggledOff);

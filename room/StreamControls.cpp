@@ -12,17 +12,8 @@ UI::ToggleButton* RoomToolbar::AddStreamButton(const char* iconName, const char*
                                                const char* idleTooltip, const char* activeTooltip,
                                                std::function<void()> onToggledOn,
                                                std::function<void()> onToggledOff) {
-    UI::ButtonBar::ToggleOptions options;
-    options.offIconName = iconName;
-    options.onIconName = iconName;
-    options.offLabel = idleTooltip;
-    options.onLabel = activeTooltip;
-    options.onToggledOn = std::move(onToggledOn);
-    options.onToggledOff = std::move(onToggledOff);
-    options.showLabel = true;
-    options.fixedLabelMode = true;
-    options.fixedLabel = label;
-    return buttonBar_->AddToggleButton(std::move(options), UI::BarGroup::Right);
+    return AddToggle(UI::BarGroup::Right, {iconName, iconName, idleTooltip, activeTooltip},
+                     std::move(onToggledOn), std::move(onToggledOff), label);
 }
 
 UI::ToggleButton* RoomToolbar::AddNativeStreamButton(const char* iconName, const char* label,
@@ -73,17 +64,10 @@ void RoomToolbar::BuildStreamControls() {
 
 void RoomToolbar::BuildStreamMenus() {
     const auto nothing = [] {};
-    UI::ButtonBar::ToggleOptions options;
-    options.offIconName = "icons/davinci-no-arrow.png";
-    options.onIconName = "icons/davinci.png";
-    options.offLabel = "DaVinci Resolve";
-    options.onLabel = "DaVinci Resolve";
-    options.onToggledOn = [this] { ToggleMenu(*davinciMenu_); };
-    options.onToggledOff = nothing;
-    options.showLabel = true;
-    options.fixedLabelMode = true;
-    options.fixedLabel = "DaVinci Resolve";
-    UI::ToggleButton* const davinci = buttonBar_->AddToggleButton(options, UI::BarGroup::Right);
+    UI::ToggleButton* const davinci = AddToggle(
+        UI::BarGroup::Right,
+        {"icons/davinci-no-arrow.png", "icons/davinci.png", "DaVinci Resolve", "DaVinci Resolve"},
+        [this] { ToggleMenu(*davinciMenu_); }, nothing, "DaVinci Resolve");
     UI::ToggleButton* const flame = AddStreamButton(
         "icons/flame-stream.png", "Autodesk Flame", "Autodesk Flame", "Autodesk Flame",
         [this] { ToggleMenu(*flameMenu_); }, nothing);

@@ -19,7 +19,14 @@ using ::testing::IsEmpty;
 using Testing::kPushToTalkSetting;
 using Testing::kSpace;
 
-using MicrophoneControllerTest = Testing::MicrophoneRoom;
+class MicrophoneControllerTest : public Testing::MicrophoneRoom {
+protected:
+    // As a bar does: without a device the toggle is in its third state, in which a click does nothing.
+    void GiveDeviceState() {
+        const auto nothing = [] {};
+        toggle->ConfigureThirdState(nullptr, "", "No microphone", nothing, nothing);
+    }
+};
 
 TEST_F(MicrophoneControllerTest, ReadsItsKeyTellsTheHostAndSubscribesInThisOrder) {
     SetKey("Space");
@@ -187,6 +194,47 @@ TEST_F(MicrophoneControllerTest, ClicksNothingAtTheReleaseWhenTheUserHasMutedMea
     EXPECT_EQ(openings, 1);
     EXPECT_TRUE(toggle->IsToggled());
     EXPECT_FALSE(microphone->IsPushToTalkActive());
+}
+
+TEST_F(MicrophoneControllerTest, MutesAtTheReleaseThoughTheDeviceHasGoneMeanwhile) {
+    EnterMuted();
+    GiveDeviceState();
+    microphone->OnKeyDown(kSpace);
+    ASSERT_TRUE(TrackIsOn());
+    toggle->SetThirdState(true);
+    microphone->OnKeyUp(kSpace);
+    EXPECT_TRUE(toggle->IsToggled());
+    EXPECT_FALSE(TrackIsOn());
+    EXPECT_FALSE(microphone->IsMicEnabled());
+    EXPECT_FALSE(microphone->IsPushToTalkActive());
+    EXPECT_EQ(Calls().Count("OnMicrophoneChanged"), 0U);
+    // Nobody is heard when it is back.
+    toggle->SetThirdState(false);
+    microphone->Update();
+    EXPECT_TRUE(toggle->IsToggled());
+    EXPECT_FALSE(TrackIsOn());
+    microphone->OnKeyDown(kSpace);
+    EXPECT_TRUE(TrackIsOn());
+}
+
+TEST_F(MicrophoneControllerTest, MutesWhenTheKeyChangesThoughTheDeviceHasGoneMeanwhile) {
+    EnterMuted();
+    GiveDeviceState();
+    microphone->OnKeyDown(kSpace);
+    toggle->SetThirdState(true);
+    Fake().FireConfigurationChanged(kPushToTalkSetting, "Tab");
+    EXPECT_FALSE(TrackIsOn());
+    microphone->Update();
+    EXPECT_TRUE(toggle->IsToggled());
+    EXPECT_FALSE(TrackIsOn());
+    EXPECT_FALSE(microphone->IsMicEnabled());
+    EXPECT_FALSE(microphone->IsPushToTalkActive());
+    EXPECT_EQ(Calls().Count("OnMicrophoneChanged"), 0U);
+    Calls().Clear();
+    microphone->OnKeyUp(kSpace);
+    EXPECT_THAT(Calls().Names(), IsEmpty());
+    toggle->SetThirdState(false);
+    EXPECT_TRUE(toggle->IsToggled());
 }
 
 TEST_F(MicrophoneControllerTest, MutesAtOnceWhenTheKeyChangesWhileItIsHeld) {

@@ -1,6 +1,12 @@
 // The room over the SDL build with the HDR additions: what the output is told about the main video.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
 #include "tests/fake_platform/FakeSdlAdditions.h"
 #include "tests/room/RoomViewTest.h"
 
@@ -8,6 +14,8 @@ namespace Corvanta::Room {
 namespace {
 
 using namespace Corvanta::Testing;
+
+constexpr const char* kHdrLabel = "Reset SDR brightness";
 
 class HdrRoomTest : public RoomViewTest {
 protected:
@@ -37,6 +45,19 @@ protected:
         EXPECT_TRUE(Show(sink, Graded(maxContentLightLevelNits)));
         Calls().Clear();
         return sink;
+    }
+    [[nodiscard]] std::vector<UI::Button*> OptionsItems() {
+        const auto& items = view->GetToolbar().GetOptionsMenu()->GetItems();
+        return {items.begin(), items.end()};
+    }
+    // In the queue alone, past those who watch events as they come; then a tick.
+    void TellWindow(Uint32 window) {
+        SDL_Event event;
+        SDL_zero(event);
+        event.type = 0x2002;
+        event.window.windowID = window;
+        EXPECT_EQ(SDL_PeepEvents(&event, 1, SDL_ADDEVENT, 0, 0), 1);
+        view->Tick();
     }
     [[nodiscard]] static std::vector<std::string> SentLightLevels() {
         std::vector<std::string> levels;
@@ -85,6 +106,67 @@ TEST_F(HdrRoomTest, SendsPlanesOfHdrPicturesUpUnconverted) {
     view->Tick();
     EXPECT_TRUE(Fake().Conversions().empty());
     EXPECT_EQ(Calls().Count("SDL_UpdateYUVTexture16"), 1U);
+}
+
+TEST_F(HdrRoomTest, TheOptionsFollowTheOutputThatTheWindowIsToldOf) {
+    SdlAdditions().SetRenderColorSpace(kColorSpaceSdr);
+    view->BuildControls();
+    const std::vector<UI::Button*> without = OptionsItems();
+    ASSERT_FALSE(without.empty());
+    EXPECT_NE(without.back()->GetLabel(), kHdrLabel);
+    for (int i = 0; i < 2; ++i) {
+        SdlAdditions().SetRenderColorSpace(kColorSpaceBt2020);
+        EXPECT_EQ(OptionsItems(), without) << "nobody has told it";
+        TellWindow(static_cast<Uint32>(view->GetSdlWindowId()));
+        const std::vector<UI::Button*> with = OptionsItems();
+        ASSERT_EQ(with.size(), without.size() + 1);
+        EXPECT_TRUE(std::equal(without.begin(), without.end(), with.begin()));
+        EXPECT_EQ(with.back()->GetLabel(), kHdrLabel);
+        TellWindow(static_cast<Uint32>(view->GetSdlWindowId()));
+        EXPECT_EQ(OptionsItems(), with);
+        SdlAdditions().SetRenderColorSpace(kColorSpaceSdr);
+        TellWindow(static_cast<Uint32>(view->GetSdlWindowId()));
+        EXPECT_EQ(OptionsItems(), without);
+        TellWindow(static_cast<Uint32>(view->GetSdlWindowId()));
+        EXPECT_EQ(OptionsItems(), without);
+    }
+}
+
+TEST_F(HdrRoomTest, TheOptionsFollowTheOutputOfADrawingTargetThatChanged) {
+    SdlAdditions().SetRenderColorSpace(kColorSpaceSdr);
+    view->BuildControls();
+    const std::vector<UI::Button*> without = OptionsItems();
+    for (int i = 0; i < 2; ++i) {
+        SdlAdditions().SetRenderColorSpace(kColorSpaceBt2020);
+        view->OnRenderTargetChanged();
+        const std::vector<UI::Button*> with = OptionsItems();
+        ASSERT_EQ(with.size(), without.size() + 1);
+        EXPECT_EQ(with.back()->GetLabel(), kHdrLabel);
+        view->OnRenderTargetChanged();
+        EXPECT_EQ(OptionsItems(), with);
+        SdlAdditions().SetRenderColorSpace(kColorSpaceSdr);
+        view->OnRenderTargetChanged();
+        EXPECT_EQ(OptionsItems(), without);
+        view->OnRenderTargetChanged();
+        EXPECT_EQ(OptionsItems(), without);
+    }
+}
+
+TEST_F(HdrRoomTest, AnotherWindowsOutputIsNotTheOptions) {
+    SdlAdditions().SetRenderColorSpace(kColorSpaceSdr);
+    view->BuildControls();
+    const std::vector<UI::Button*> without = OptionsItems();
+    SdlAdditions().SetRenderColorSpace(kColorSpaceBt2020);
+    TellWindow(static_cast<Uint32>(view->GetSdlWindowId()) + 1);
+    EXPECT_EQ(OptionsItems(), without);
+}
+
+TEST_F(HdrRoomTest, AnOutputMayChangeBeforeTheOptionsAreThere) {
+    view->OnRenderTargetChanged();
+    TellWindow(static_cast<Uint32>(view->GetSdlWindowId()));
+    EXPECT_EQ(view->GetToolbar().GetOptionsMenu(), nullptr);
+    view->BuildControls();
+    EXPECT_EQ(OptionsItems().back()->GetLabel(), kHdrLabel);
 }
 
 TEST_F(HdrRoomTest, AsksTheOutputOnTheThreadOfTheTickOnly) {

@@ -1,7 +1,10 @@
 // The standing buttons of the room's bar, and the host's commands on them.
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "tests/room/ToolbarTest.h"
+#include "tests/video/Gate.h"
 
 namespace Corvanta::Room {
 namespace {
@@ -359,6 +362,19 @@ TEST_F(RoomToolbarTest, FollowsTheWindowsWidth) {
     ASSERT_TRUE(before.has_value() && after.has_value());
     EXPECT_EQ(after->x, before->x - 200);
     EXPECT_EQ(after->y, before->y + 50);
+}
+
+TEST_F(RoomToolbarTest, FollowsAWidthThatCameWhileAMediaThreadHeldTheRoom) {
+    OpenBar();
+    Gate gate;
+    Calls().OnCall("WebRTC_GetFrameTransformerInstance", [&gate](const Call&) { gate.Pass(); });
+    std::thread media([this] { EXPECT_NE(view->AddRemoteVideoSource("one"), nullptr); });
+    ASSERT_TRUE(gate.WaitForArrival());
+    view->Resize(kBarViewWidth - 200, kBarViewHeight);
+    gate.Open();
+    media.join();
+    view->Tick();
+    EXPECT_EQ(Bar().rect.w, kBarViewWidth - 200);
 }
 
 TEST_F(RoomToolbarTest, FollowsTheScale) {

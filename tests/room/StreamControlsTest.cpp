@@ -3,7 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <mutex>
+#include <chrono>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include "tests/room/ToolbarTest.h"
 #include "tests/video/Gate.h"
@@ -304,6 +309,20 @@ TEST_F(StreamControlsTest, TheRoomsEndWaitsForNoActionButItsDestructionDoes) {
     view.reset();
     EXPECT_TRUE(returned);
     opener.join();
+}
+
+TEST_F(StreamControlsTest, NoFurtherActionStartsOnceTheRoomHasEnded) {
+    OpenBar();
+    Gate gate;
+    Calls().OnCall("Host_StartNativeStream", [&gate](const Call&) { gate.Pass(); });
+    Press("file-native-stream");
+    ASSERT_TRUE(gate.WaitForArrival());
+    Press("device-native-stream");
+    view->Shutdown();
+    gate.Open();
+    EXPECT_FALSE(Calls().WaitFor("Host_StartNativeStream", 2, std::chrono::milliseconds{200}));
+    view.reset();
+    EXPECT_EQ(Calls().Count("Host_StartNativeStream"), 1U);
 }
 
 // Running programs

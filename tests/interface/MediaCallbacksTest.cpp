@@ -222,6 +222,36 @@ TEST_F(MediaTest, TakesAnyMessage) {
     }
 }
 
+TEST_F(MediaTest, GivesTheAdaptationEveryMessageAsItCame) {
+    ASSERT_NE(OfferCamera(), nullptr);
+    const Names texts = {"",
+                         "{",
+                         R"({"type":"video-metadata-message",)",
+                         "[]",
+                         "7",
+                         "null",
+                         R"({"type":"of-another-program","message":{"a":1}})",
+                         R"({"type":7})",
+                         R"({"message":{}})",
+                         R"({"type":"video-metadata-message","message":{"sourceData":{"streamId":"me",)"
+                         R"("frameRate":"30","sourceName":""}}})",
+                         "\xff\xfe%s%n"};
+    for (const std::string& text : texts) EXPECT_THAT(Fake().DeliverMessage("sender", text), IsEmpty());
+    Names received;
+    for (const Call& call : Fake().CallsOf("AdaptiveVideoSourceManager_OnDataChannelMessage")) {
+        EXPECT_EQ(call.arguments.at(0), "sender");
+        received.push_back(call.arguments.at(1));
+    }
+    EXPECT_EQ(received, texts);
+    Calls().Clear();
+    const auto handlers = SDLinterface_VideoRoomGetRemoteDataChannelCallbacks();
+    ASSERT_THAT(handlers, SizeIs(1));
+    handlers[0]({"other", "{"});
+    ASSERT_EQ(Calls().Count("AdaptiveVideoSourceManager_OnDataChannelMessage"), 1U);
+    EXPECT_THAT(Fake().CallsOf("AdaptiveVideoSourceManager_OnDataChannelMessage")[0].arguments,
+                ElementsAre("other", "{"));
+}
+
 TEST_F(MediaTest, DoesNothingWhenTheSharedWindowCloses) {
     Fake().callbacks.windowCapturedClosed();
     EXPECT_THAT(Fake().CallNames(), IsEmpty());

@@ -317,6 +317,39 @@ TEST_F(RoomEntryTest, DropsFramesOfAReplacedRoom) {
     EXPECT_THAT(Fake().LogsOf(4), IsEmpty());
 }
 
+TEST_F(RoomEntryTest, FailsWhenTheHostQuitsWhileItHearsOfThePushToTalkKey) {
+    Fake().Set([](FakeResults& results) { results.configuration["Device.PushToTalkKey"] = "Space"; });
+    bool viewInside = false;
+    Watch("Host_OnPushToTalkConfigured", [&] {
+        SDLinterface_GlobalQuit();
+        viewInside = HasView();
+    });
+    EXPECT_EQ(Enter(), -1);
+    EXPECT_EQ(Calls().Count("Host_OnPushToTalkConfigured"), 1U);
+    EXPECT_TRUE(viewInside) << "it ends once the view is left";
+    EXPECT_FALSE(HasView());
+    EXPECT_FALSE(roomActive.load());
+    EXPECT_EQ(SDL_GetCurrentConnectionIndex(), -1);
+    EXPECT_EQ(Calls().Count("Connections_CloseConnection"), 1U);
+    EXPECT_EQ(Calls().Count("Connections_SetDefaultOutboundBitrate"), 0U);
+    EXPECT_EQ(Fake().UnreleasedStrings(), 0U);
+    EXPECT_EQ(Fake().WrongReleases(), 0U);
+    EXPECT_EQ(Fake().ConfigurationListeners() + Fake().RoomStatusListeners() + Fake().ProcessListeners(), 0U);
+    EXPECT_EQ(Sdl().LiveWindows() + Sdl().LiveRenderers(), 0U);
+    SDL_VideoRoomCheckInputAndRender();
+    EXPECT_EQ(Calls().Count("SDL_RenderPresent"), 0U);
+
+    Fake().OnCall("Host_OnPushToTalkConfigured", {});
+    Start();
+    EXPECT_EQ(Enter(), 1);
+    EXPECT_TRUE(HasView());
+    EXPECT_TRUE(roomActive.load());
+    EXPECT_EQ(SDL_GetCurrentConnectionIndex(), 1);
+    EXPECT_EQ(Calls().Count("Host_OnPushToTalkConfigured"), 1U);
+    SDL_WPFVideoRoomCheckInputAndRender();
+    EXPECT_EQ(Calls().Count("SDL_RenderPresent"), 1U);
+}
+
 TEST_F(RoomEntryTest, WaitsWithTheOldRenderersEndWhenARoomIsEnteredFromInsideATick) {
     Enter();
     SDL_VideoRoomCheckInputAndRender();

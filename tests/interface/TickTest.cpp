@@ -8,6 +8,8 @@ namespace Corvanta::Testing {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
 
 class TickTest : public StartedTest {
 protected:
@@ -22,6 +24,18 @@ protected:
 class RoomTickTest : public RoomTest {
 protected:
     static size_t Drawings() { return Calls().Count("SDL_RenderPresent"); }
+    static void TickForMs(int64_t milliseconds) {
+        for (int64_t time = 0; time < milliseconds; time += 50) {
+            TurnedClock::AdvanceMs(50);
+            SDL_WPFVideoRoomCheckInputAndRender();
+        }
+    }
+    // Numbers of the reports that were filed, in their order.
+    [[nodiscard]] static Names Reports() {
+        Names numbers;
+        for (const Call& call : Fake().CallsOf("Diagnostics_Report")) numbers.push_back(call.arguments.at(0));
+        return numbers;
+    }
     // Makes the next drawing tell the host of a new main video.
     static void ChangeMainVideo() {
         Fake().OfferRemoteSource("a");
@@ -128,6 +142,57 @@ TEST_F(RoomTickTest, KeepsTheSpeakerWhenThePollHasNoAnswer) {
     SDL_VideoRoomCheckInputAndRender();
     EXPECT_EQ(Calls().Count("WebRTC_GetActiveSpeaker"), 1U);
     EXPECT_EQ(Calls().Count("Host_OnMainVideoChanged"), 1U);
+}
+
+TEST_F(RoomTickTest, ReportsNothingWhileButtonsAndTracksAgree) {
+    TickForMs(5000);
+    EXPECT_THAT(Reports(), IsEmpty());
+    SDLinterface_VideoRoomSetMicEnabled(true);
+    SDLinterface_VideoRoomSetVideoEnabled(false);
+    TickForMs(5000);
+    EXPECT_THAT(Reports(), IsEmpty());
+}
+
+TEST_F(RoomTickTest, ReportsAMicrophoneOutOfStepOnceASecond) {
+    Fake().Set([](FakeResults& results) { results.localAudioEnabled = true; });
+    TickForMs(1000);
+    EXPECT_THAT(Reports(), IsEmpty());
+    TickForMs(100);
+    EXPECT_THAT(Reports(), ElementsAre("700"));
+    TickForMs(2100);
+    EXPECT_THAT(Reports(), ElementsAre("700", "700", "700"));
+    Fake().Set([](FakeResults& results) { results.localAudioEnabled = false; });
+    TickForMs(3000);
+    EXPECT_THAT(Reports(), SizeIs(3));
+}
+
+TEST_F(RoomTickTest, ReportsACameraOutOfStepOnceASecond) {
+    Fake().Set([](FakeResults& results) { results.localVideoEnabled = false; });
+    TickForMs(1000);
+    EXPECT_THAT(Reports(), IsEmpty());
+    TickForMs(100);
+    EXPECT_THAT(Reports(), ElementsAre("701"));
+    TickForMs(2100);
+    EXPECT_THAT(Reports(), ElementsAre("701", "701", "701"));
+    Fake().Set([](FakeResults& results) { results.localVideoEnabled = true; });
+    TickForMs(3000);
+    EXPECT_THAT(Reports(), SizeIs(3));
+}
+
+TEST_F(RoomTickTest, ReportsBothThatAreOutOfStep) {
+    Fake().Set([](FakeResults& results) {
+        results.localAudioEnabled = true;
+        results.localVideoEnabled = false;
+    });
+    TickForMs(1100);
+    EXPECT_THAT(Reports(), ElementsAre("700", "701"));
+}
+
+TEST_F(TickTest, ReportsNothingWithoutARoom) {
+    Fake().Set([](FakeResults& results) { results.localVideoEnabled = false; });
+    TickAfterMs(1001);
+    TickAfterMs(1001);
+    EXPECT_EQ(Calls().Count("Diagnostics_Report"), 0U);
 }
 
 TEST_F(RoomTickTest, PollsBeforeItDraws) {

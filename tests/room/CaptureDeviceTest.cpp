@@ -77,6 +77,58 @@ TEST_F(CaptureDeviceTest, WithoutASourceTheTileWaits) {
     EXPECT_NE(TileOf("me"), nullptr);
 }
 
+TEST_F(CaptureDeviceTest, TheCamerasButtonSaysThatThereIsNoDevice) {
+    view->BuildControls();
+    AddCamera(kWhite);
+    const UI::ToggleButton& button = *view->GetToolbar().GetVideoButton();
+    ASSERT_FALSE(button.IsInThirdState());
+    for (int i = 0; i < 2; ++i) {
+        view->OnCaptureChanged(-1);
+        EXPECT_TRUE(button.IsInThirdState());
+        view->OnCaptureChanged(-7);
+        EXPECT_TRUE(button.IsInThirdState());
+        // A good device, though its source does not run yet.
+        view->OnCaptureChanged(0);
+        EXPECT_FALSE(button.IsInThirdState());
+        EXPECT_FALSE(button.IsToggled()) << "what the user chose stays";
+    }
+    EXPECT_EQ(Calls().Count("Host_OnCameraToggled"), 0U);
+}
+
+TEST_F(CaptureDeviceTest, TheCamerasButtonStaysWithoutACamera) {
+    view->BuildControls();
+    view->OnCaptureChanged(-1);
+    EXPECT_FALSE(view->GetToolbar().GetVideoButton()->IsInThirdState());
+}
+
+TEST_F(CaptureDeviceTest, AChosenSecondTileOfTheCameraOutlivesTheDevice) {
+    int detachedWindow = 0;
+    AddCamera(kWhite);
+    AddRemote("one", kWhite);
+    ASSERT_EQ(view->CreateDetachedView(&detachedWindow, 400, 200), 1);
+    view->OnTileClicked(TileOf("me"), false);
+    view->SetActiveSpeaker("one");
+    view->Tick();
+    const auto before = Fake().RegisteredSinks();
+    ASSERT_EQ(before.size(), 1U);
+    view->OnCaptureChanged(-1);
+    EXPECT_EQ(Fake().Deliver("camera", Plain(kWhite)), 0U);
+    for (const auto& [source, sink] : Fake().RegisteredSinks()) EXPECT_NE(sink, before[0].second);
+    Calls().Clear();
+    view->Tick();
+    const auto main = Calls().Of("AdaptiveVideoSourceManager_SetMainStream");
+    ASSERT_EQ(main.size(), 1U);
+    EXPECT_EQ(main[0].arguments[0], "me") << "it stays the user's choice";
+    Run(1, "back");
+    view->OnCaptureChanged(1);
+    view->Tick();
+    ASSERT_EQ(Fake().RegisteredSinks().size(), 2U);
+    for (const auto& [source, sink] : Fake().RegisteredSinks()) EXPECT_EQ(source, "back");
+    view->LeaveDetachedLayout();
+    ASSERT_EQ(Fake().RegisteredSinks().size(), 1U);
+    EXPECT_EQ(Fake().RegisteredSinks()[0].second, view->GetLocalCameraSink().get());
+}
+
 TEST_F(CaptureDeviceTest, AChosenSecondTileOfTheCameraIsMadeAnew) {
     int detachedWindow = 0;
     AddCamera(kWhite);

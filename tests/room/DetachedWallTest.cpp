@@ -23,6 +23,10 @@ constexpr uint32_t kTwoColor = 0xFF0000FF;
 constexpr int kWallWidth = 800;
 constexpr int kWallHeight = 400;
 
+// Kinds that the user shares beside the camera and stops in the bar.
+constexpr StreamType kOwnTypes[] = {StreamType::Device, StreamType::Elgato, StreamType::File,
+                                    StreamType::URL,    StreamType::NDI,    StreamType::DeckLink};
+
 using Strings = std::vector<std::string>;
 
 class DetachedWallTest : public RoomViewTest {
@@ -113,6 +117,20 @@ protected:
                                                                         call.arguments.end(), argument) > 0);
         });
         return found == calls.end() ? -1 : static_cast<int>(found - calls.begin());
+    }
+    // An own stream of that kind takes the main video.
+    void ShareOwn(StreamType type) {
+        NameLocalStream(type, "mine");
+        ASSERT_NE(view->AddLocalVideoSource(type, "source"), nullptr);
+        TickBoth();
+        ASSERT_EQ(ClonedSource(), "source");
+        Calls().Clear();
+    }
+    void EndOwn(StreamType type) {
+        view->RemoveLocalVideoSource("source");
+        Fake().Set([type](FakeResults& results) { results.localUserStreamIds.erase(type); });
+        TickBoth();
+        Calls().Clear();
     }
     [[nodiscard]] Video::ThumbnailLayoutMode Mode() { return view->GetThumbnails().GetMode(); }
 
@@ -430,6 +448,74 @@ TEST_F(DetachedWallTest, AGoneTilesTextureDiesBeforeTheWindowItStoodIn) {
     EXPECT_GE(IndexOf("SDL_DestroyRenderer", wall), 0);
     view->Tick();
     EXPECT_GT(Sdl().LiveTextures(), 0U);
+}
+
+// Own streams that are to end
+
+TEST_F(DetachedWallTest, AnOwnStreamThatIsToEndLeavesTheMainVideo) {
+    FillAndDetach();
+    for (const StreamType type : kOwnTypes) {
+        SCOPED_TRACE(static_cast<int>(type));
+        ShareOwn(type);
+        view->ForgetOwnStream();
+        EXPECT_EQ(Steps(), (Strings{"unregister source"}));
+        EXPECT_NE(TileOf("mine"), nullptr) << "the host has not stopped it yet";
+        TickBoth();
+        EXPECT_EQ(ClonedSource(), "one");
+        EXPECT_EQ(Calls().Count("Host_OnMainVideoChanged"), 1U);
+        EndOwn(type);
+    }
+}
+
+TEST_F(DetachedWallTest, TheKindThatIsExceptedStaysTheMainVideo) {
+    FillAndDetach();
+    for (const StreamType type : kOwnTypes) {
+        SCOPED_TRACE(static_cast<int>(type));
+        ShareOwn(type);
+        view->ForgetOwnStream(StreamType::URL);
+        TickBoth();
+        EXPECT_EQ(ClonedSource(), type == StreamType::URL ? "source" : "one");
+        EndOwn(type);
+    }
+}
+
+TEST_F(DetachedWallTest, AKindThatIsNotSharedIsNoStreamWithoutAnId) {
+    FillAndDetach();
+    AddRemote("", kTwoColor);
+    view->OnTileClicked(TileOf(""), false);
+    TickBoth();
+    Calls().Clear();
+    view->ForgetOwnStream();
+    TickBoth();
+    EXPECT_EQ(ClonedSource(), "");
+    EXPECT_TRUE(Steps().empty());
+}
+
+TEST_F(DetachedWallTest, AnOwnStreamThatIsToEndStaysTheChoiceInTheRoomItself) {
+    FillRoom();
+    for (const StreamType type : kOwnTypes) {
+        SCOPED_TRACE(static_cast<int>(type));
+        NameLocalStream(type, "mine");
+        const auto sink = view->AddLocalVideoSource(type, "source");
+        ASSERT_TRUE(sink != nullptr && Show(sink, Plain(kTwoColor)));
+        view->Tick();
+        view->ForgetOwnStream();
+        EXPECT_EQ(ShownColor(), kTwoColor);
+        EndOwn(type);
+    }
+}
+
+TEST_F(DetachedWallTest, AMainVideoThatNobodyChoseStaysWhenAnOwnStreamIsToEnd) {
+    FillAndDetach();
+    for (const StreamType type : kOwnTypes) {
+        SCOPED_TRACE(static_cast<int>(type));
+        NameLocalStream(type, "one");
+        view->ForgetOwnStream();
+        EXPECT_EQ(ClonedSource(), "one");
+        EndOwn(type);
+    }
+    TickBoth();
+    EXPECT_TRUE(Steps().empty());
 }
 
 // Layouts

@@ -26,8 +26,17 @@ TEST(VideoMetadataMessage, TakesEveryKindOfNumberAndTheTruthValuesForAFrameRate)
     EXPECT_EQ(ParseVideoMetadataMessage(Message("false"))->frameRate, 0.0F);
 }
 
+TEST(VideoMetadataMessage, TakesNoFrameRateBeyondTheRangeOfItsType) {
+    EXPECT_EQ(ParseVideoMetadataMessage(Message("3.4e38"))->frameRate, 3.4e38F);
+    EXPECT_EQ(ParseVideoMetadataMessage(Message("-3.4e38"))->frameRate, -3.4e38F);
+    EXPECT_EQ(ParseVideoMetadataMessage(Message("1e-300"))->frameRate, 0.0F);
+    for (const char* const rate : {"1e39", "-1e39", "3.5e38", "1e300", "-1e300", "1e999", "-1e999"}) {
+        EXPECT_EQ(ParseVideoMetadataMessage(Message(rate)), std::nullopt) << rate;
+    }
+}
+
 TEST(VideoMetadataMessage, TakesNothingElseForAFrameRate) {
-    for (const char* const rate : {R"("30")", "null", "[30]", R"({"rate":30})", R"("")"}) {
+    for (const char* const rate : {R"("30")", "null", "[]", "[30]", "{}", R"({"rate":30})", R"("")"}) {
         EXPECT_EQ(ParseVideoMetadataMessage(Message(rate)), std::nullopt) << rate;
     }
 }
@@ -67,6 +76,21 @@ TEST(VideoMetadataMessage, SaysNothingWhenItDoesNotRead) {
          "{\"type\":\"video-metadata-message\xFF\"}"}) {
         EXPECT_EQ(ParseVideoMetadataMessage(text), std::nullopt) << text;
     }
+}
+
+TEST(VideoMetadataMessage, SurvivesALongText) {
+    constexpr size_t kLong = 10'000'000;
+    const std::string filling(kLong, 'x');
+    EXPECT_EQ(ParseVideoMetadataMessage(filling), std::nullopt);
+    EXPECT_EQ(ParseVideoMetadataMessage("\"" + filling), std::nullopt);
+    EXPECT_EQ(ParseVideoMetadataMessage(R"({"type":")" + filling + R"("})"), std::nullopt);
+    EXPECT_EQ(ParseVideoMetadataMessage(Message(std::string(kLong, '3'))), std::nullopt);
+    std::string text = Message("30");
+    text.replace(text.find("A clip"), 6, filling);
+    const auto data = ParseVideoMetadataMessage(text);
+    ASSERT_TRUE(data.has_value());
+    EXPECT_EQ(data->streamId, "one");
+    EXPECT_EQ(data->sourceName.size(), kLong);
 }
 
 TEST(VideoMetadataMessage, SurvivesDeepNesting) {

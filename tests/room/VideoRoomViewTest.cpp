@@ -246,6 +246,29 @@ TEST_F(VideoRoomViewTest, ResizingDrawsAtOnce) {
     EXPECT_TRUE(PixelIs(picture, 100, 150, kCameraColor));
 }
 
+TEST_F(VideoRoomViewTest, TheBarIsAsWideAsTheViewAfterAResizeThatFoundTheRoomHeld) {
+    Open();
+    view->BuildControls();
+    view->Tick();
+    const UI::ButtonBar& bar = *view->GetToolbar().GetButtonBar();
+    ASSERT_EQ(bar.rect.w, kViewWidth);
+    Gate gate;
+    Calls().OnCall("WebRTC_GetFrameTransformerInstance", [&](const Call&) { gate.Pass(); });
+    std::thread media([&] { EXPECT_NE(view->AddRemoteVideoSource("one"), nullptr); });
+    EXPECT_TRUE(gate.WaitForArrival());
+    Calls().Clear();
+    view->Resize(900, 500);
+    view->Tick();
+    EXPECT_EQ(Calls().Count("SDL_RenderPresent"), 0U) << "it waits for nobody";
+    gate.Open();
+    media.join();
+    const Picture picture = TickAndRead();
+    EXPECT_EQ(picture.width, 900);
+    EXPECT_EQ(bar.rect.w, 900);
+    EXPECT_EQ(bar.width, 900);
+    EXPECT_EQ(bar.rect.y, 500 - view->GetToolbarHeight());
+}
+
 TEST_F(VideoRoomViewTest, AResizeInTheMiddleOfATickDrawsAsWell) {
     FillRoom();
     bool isResized = false;

@@ -22,6 +22,9 @@ void StartRoom(const Testing::XWindow& window, int width, int height) {
     if (EnterRoom(nullptr, nullptr, "session", "room", false, true, false, nullptr, false) == -1) {
         throw std::runtime_error("The room could not be entered");
     }
+    // The bar would slide away some seconds later, in the middle of a measurement. Drawing tools send it
+    // away.
+    SDLinterface_VideoRoomSetDrawToolEnabled(true);
 }
 
 FrameCallback& OfferParticipant(const char* streamId) {

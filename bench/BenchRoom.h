@@ -10,7 +10,8 @@
 
 namespace Corvanta::Bench {
 
-// A fresh fake platform that writes nothing down, the library started, and a room entered on the window.
+// A fresh fake platform that writes nothing down, the library started, and a room entered on the window, its
+// bar sent away.
 // Throws std::runtime_error when there is no room.
 void StartRoom(const Testing::XWindow& window, int width, int height);
 // A remote participant comes. Throws std::runtime_error when the room refuses it.

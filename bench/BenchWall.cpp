@@ -1,18 +1,29 @@
 #include "bench/BenchWall.h"
 
 #include <algorithm>
+#include <chrono>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "bench/BenchRoom.h"
+#include "bench/SdlReplay.h"
+#include "bench/Turns.h"
 #include "interface/SDLinterface.h"
 #include "tests/fake_platform/FakePlatform.h"
 
 namespace Corvanta::Bench {
 namespace {
 
+constexpr int kRoomWindow = 0;
 constexpr int kWallWindow = 1;
+// The layout button's middle in the room's window.
+constexpr float kButtonX = 54.0F / BenchWall::kWidth;
+constexpr float kButtonY = 670.0F / BenchWall::kHeight;
 constexpr int kWarmUpTicks = 8;
+constexpr std::chrono::milliseconds kSlideTime{400};
+// Sixteen buttons, most with a label, a title, and three rows of a menu.
+constexpr size_t kLeastCallsOfControls = 60;
 // Of a tile in a column or a strip.
 constexpr int kTileWidth = 213;
 constexpr int kTileHeight = 160;
@@ -64,6 +75,20 @@ BenchWall::BenchWall(int participants, WallLayout layout)
 
 BenchWall::~BenchWall() {
     EndRoom();
+}
+
+void BenchWall::OpenMenu() {
+    const size_t before = RecordingOf([this] { Tick(); }).GetCallCount();
+    SDLinterface_VideoRoomSetDrawToolEnabled(false);
+    SDLinterface_PushMouseMoveEvent(kRoomWindow, kButtonX, kButtonY);
+    WarmUp();
+    SDLinterface_PushMouseButtonDownEvent(kRoomWindow);
+    SDLinterface_PushMouseButtonUpEvent(kRoomWindow);
+    // The bar slides in.
+    std::this_thread::sleep_for(kSlideTime);
+    WarmUp();
+    const size_t after = RecordingOf([this] { Tick(); }).GetCallCount();
+    if (after < before + kLeastCallsOfControls) throw std::runtime_error("The bar's menu did not open");
 }
 
 void BenchWall::Tick() {

@@ -27,6 +27,10 @@ public:
     BenchWall(const BenchWall&) = delete;
     BenchWall& operator=(const BenchWall&) = delete;
 
+    // Has the bar back in the room's window, with the menu of its layout button open above it, until the end.
+    // Throws std::runtime_error when that draws nothing more.
+    void OpenMenu();
+
     // The two ticks that a host makes: the room's window and the wall's.
     void Tick();
 

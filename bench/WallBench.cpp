@@ -34,14 +34,17 @@ struct Wall {
     int tiles;
     WallLayout layout;
     int positions;
+    bool hasMenu;
     const char* name;
 };
 
-constexpr Wall kWalls[] = {{1, WallLayout::Grid, 1, "1 live tile in a grid"},
-                           {9, WallLayout::Grid, 1, "9 live tiles in a grid"},
-                           {25, WallLayout::Grid, 1, "25 live tiles in a grid"},
-                           {49, WallLayout::Column, kScrollPositions, "49 live tiles in a column"},
-                           {100, WallLayout::Strip, kScrollPositions, "100 live tiles in a strip"}};
+constexpr Wall kWalls[] = {
+    {1, WallLayout::Grid, 1, false, "1 live tile in a grid"},
+    {9, WallLayout::Grid, 1, false, "9 live tiles in a grid"},
+    {25, WallLayout::Grid, 1, false, "25 live tiles in a grid"},
+    {25, WallLayout::Grid, 1, true, "25 live tiles in a grid, the bar and an open menu"},
+    {49, WallLayout::Column, kScrollPositions, false, "49 live tiles in a column"},
+    {100, WallLayout::Strip, kScrollPositions, false, "100 live tiles in a strip"}};
 
 // What a tick is made of, at its highest over the scroll positions.
 struct Content {
@@ -119,6 +122,7 @@ void Print(const std::string& name, const Content& content) {
 
 void MeasureArrival(const Wall& kind, Arrival arrival, int rounds) {
     BenchWall wall(kind.tiles, kind.layout);
+    if (kind.hasMenu) wall.OpenMenu();
     Content content;
     Nanoseconds ticks = 0.0;
     Nanoseconds replays = 0.0;

@@ -9,7 +9,7 @@ namespace Corvanta::Host {
 struct RoomState {
     bool microphone = false;
     bool camera = false;
-    bool sound = true;
+    bool sound = false;  // nobody is heard before the person asks for it
     bool drawTool = false;
 };
 

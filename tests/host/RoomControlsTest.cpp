@@ -79,15 +79,17 @@ protected:
 TEST_F(RoomControlsTest, TakesWhatTheRoomReportsOnTheNextPass) {
     EXPECT_TRUE(controls_.State().microphone);
     EXPECT_FALSE(controls_.State().camera);
+    // As the room is entered.
+    EXPECT_FALSE(controls_.State().sound);
     table_.OnMicrophoneChanged(false);
     table_.OnCameraToggled(true);
-    table_.OnSpeakerToggled(false);
+    table_.OnSpeakerToggled(true);
     table_.ShowDrawTool(true);
     EXPECT_TRUE(controls_.State().microphone);
     Pass();
     EXPECT_FALSE(controls_.State().microphone);
     EXPECT_TRUE(controls_.State().camera);
-    EXPECT_FALSE(controls_.State().sound);
+    EXPECT_TRUE(controls_.State().sound);
     EXPECT_TRUE(controls_.State().drawTool);
 }
 

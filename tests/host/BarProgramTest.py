@@ -34,7 +34,7 @@ MORE = (204, 685)
 LAYOUT_ENTRIES = {"thumbnails": (150, 492), "detach": (150, 540), "toolbar": (150, 588)}
 MORE_ENTRIES = {"still": (1050, 396), "brighter": (1050, 444), "darker": (1050, 492), "connection": (1050, 540),
                 "leave": (1050, 588)}
-OPTIONS_BESIDE_PANEL = (622, ROW)
+OPTIONS_BESIDE_PANEL = 622
 # In a window of 1600 pixels.
 RESOLVE = 742
 # In the dialog and in the bar above the room, which are the desktop's.
@@ -257,8 +257,8 @@ class BarProgramTest(RoomDisplay):
         self.click_button("options")
         self.until(self.has_panel, "the panel does not open")
         # Beside the panel the room is too narrow for the whole bar, and its few buttons stand elsewhere.
-        self.move(*OPTIONS_BESIDE_PANEL)
-        self.until(lambda: self.is_toggled(OPTIONS_BESIDE_PANEL[0]), "the button does not say that the panel is open")
+        self.point_at_button(OPTIONS_BESIDE_PANEL)
+        self.until(lambda: self.is_toggled(OPTIONS_BESIDE_PANEL), "the button does not say that the panel is open")
         self.do("click", "1")
         self.until(lambda: not self.has_panel(), "the panel stays open")
         # Whoever had come by then has been seen.

@@ -5,6 +5,7 @@
 #include "interface/TickState.h"
 #include "platform/Connections.h"
 #include "platform/Logger.h"
+#include "ui/LockOrder.h"
 #include "ui/RoomActive.h"
 
 namespace {
@@ -20,6 +21,7 @@ using namespace Corvanta::Interface;
 int SDLinterface_RecordingViewInit(void* nativeHandle, int width, int height,
                                    const RecordingHostFunctions* functions) {
     const HostScope host;
+    const UI::OtherRoomScope fromAnother;
     SDLinterface_GlobalInit();
     const auto view = std::make_shared<Recording::RecordingsView>(0);
     AbandonView(CurrentView());

@@ -7,6 +7,7 @@
 #include "platform/GraphQLClient.h"
 #include "platform/Logger.h"
 #include "platform/WebRTC.h"
+#include "ui/LockOrder.h"
 #include "ui/RoomActive.h"
 
 namespace Corvanta::Interface {
@@ -54,6 +55,7 @@ using namespace Corvanta::Interface;
 int EnterRoom(void* connectionArg0, void* connectionArg1, const char* sessionName, const char* roomName,
               bool flagB, bool isHost, bool flagC, void* connectionArg7, bool flagD) {
     const HostScope host;
+    const UI::OtherRoomScope fromAnother;
     const std::string cookie = ConnectionCookie();
     const ClientProfile profile;
     gConnectionIndex.store(Connections_InitConnection(

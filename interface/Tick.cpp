@@ -1,8 +1,6 @@
 // The tick that the host calls: timers, what is asked for once a second, and the view's own tick.
-#include <algorithm>
 #include <cstdint>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -74,13 +72,7 @@ HostScope::HostScope() {
 
 HostScope::~HostScope() {
     std::vector<std::shared_ptr<Room::VideoRoomView>> retired;
-    if (--gHostScopes == 0) {
-        // One that another thread still uses stays: that thread must not be the one to wait for the action.
-        const auto used = std::partition(gRetiredViews.begin(), gRetiredViews.end(),
-                                         [](const auto& view) { return view.use_count() > 1; });
-        std::move(used, gRetiredViews.end(), std::back_inserter(retired));
-        gRetiredViews.erase(used, gRetiredViews.end());
-    }
+    if (--gHostScopes == 0) retired.swap(gRetiredViews);
     gHostMutex.unlock();
 }
 

@@ -1,5 +1,7 @@
 #include "room/ActionQueue.h"
 
+#include <SDL.h>
+
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -31,13 +33,15 @@ struct ActionQueue::State {
         std::unique_lock lock(mutex);
         while (true) {
             wake.wait(lock, [this] { return closed || !waiting.empty(); });
-            if (closed) return;
+            if (closed) break;
             const std::function<void()> action = std::move(waiting.front());
             waiting.pop_front();
             lock.unlock();
             Carry(action);
             lock.lock();
         }
+        // SDL keeps an error text for each thread that calls it, and frees only its own threads'.
+        SDL_TLSCleanup();
     }
 
     UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> mutex;
@@ -59,10 +63,10 @@ ActionQueue::~ActionQueue() {
         ending = std::move(state_->actionThread);
     }
     if (!ending.joinable()) return;
-    if (ending.get_id() == std::this_thread::get_id()) {
-        ending.detach();
-    } else {
+    if (maker_ == std::this_thread::get_id()) {
         ending.join();
+    } else {
+        ending.detach();
     }
 }
 

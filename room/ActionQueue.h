@@ -4,14 +4,16 @@
 
 #include <functional>
 #include <memory>
+#include <thread>
 
 namespace Corvanta::Room {
 
 class ActionQueue final {
 public:
     ActionQueue();
-    // What has not started is dropped; what runs is waited for, unless it is this very thread that destroys
-    // the queue.
+    // What has not started is dropped; what runs is waited for on the thread that made the queue. On any
+    // other it is left to its end: a media thread may be the last to let go of a room, and an action may wait
+    // for what waits for that thread.
     ~ActionQueue();
     ActionQueue(const ActionQueue&) = delete;
     ActionQueue& operator=(const ActionQueue&) = delete;
@@ -24,6 +26,7 @@ public:
 private:
     struct State;
     const std::shared_ptr<State> state_;
+    const std::thread::id maker_ = std::this_thread::get_id();
 };
 
 }  // namespace Corvanta::Room

@@ -26,6 +26,8 @@ struct HeldMutexes {
 // Constants from the start, so that a thread's first lock initialises nothing.
 thread_local constinit HeldMutexes held{};
 thread_local constinit uint64_t waits = 0;
+// The first of the entries that count for the order.
+thread_local constinit size_t firstCounted = 0;
 
 [[nodiscard]] const char* NameOf(LockRank rank) {
     switch (rank) {
@@ -59,6 +61,14 @@ uint64_t LockWaitsOfThisThread() {
     return waits;
 }
 
+OtherRoomScope::OtherRoomScope() : outer_(firstCounted) {
+    firstCounted = held.count;
+}
+
+OtherRoomScope::~OtherRoomScope() {
+    firstCounted = outer_;
+}
+
 namespace LockOrder {
 
 void CheckTurn(const void* mutex, LockRank rank, bool repeatable) {
@@ -66,7 +76,7 @@ void CheckTurn(const void* mutex, LockRank rank, bool repeatable) {
         if (!repeatable) End("taking ", NameOf(rank), " while holding the same one", "");
         return;
     }
-    for (size_t i = 0; i < held.count; ++i) {
+    for (size_t i = firstCounted; i < held.count; ++i) {
         const LockRank other = held.entries[i].rank;
         if (rank <= other) End("taking ", NameOf(rank), " while holding ", NameOf(other));
     }

@@ -4,6 +4,7 @@
 // In release it is the bare mutex. Any thread.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <type_traits>
@@ -30,6 +31,20 @@ inline constexpr bool kLockOrderChecked = false;
 
 // How often this thread had to wait for a checked mutex because another thread held it.
 [[nodiscard]] uint64_t LockWaitsOfThisThread();
+
+// For making a room while this thread is inside another one: what it holds of the first counts no longer for
+// the order, until the scope ends. Right only under the host's lock, since no thread without it takes locks
+// of two rooms.
+class OtherRoomScope final {
+public:
+    OtherRoomScope();
+    ~OtherRoomScope();
+    OtherRoomScope(const OtherRoomScope&) = delete;
+    OtherRoomScope& operator=(const OtherRoomScope&) = delete;
+
+private:
+    const size_t outer_;
+};
 
 namespace LockOrder {
 

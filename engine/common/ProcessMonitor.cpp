@@ -52,6 +52,16 @@ std::array<std::string, kApplications.size()> WantedNames() {
     return names;
 }
 
+// One that has ended but whose parent has not asked for its result yet still has its name.
+bool HasEnded(const std::string& folder) {
+    std::ifstream stream(folder + "/stat");
+    std::string line;
+    std::getline(stream, line);
+    // The state stands behind the name, which may hold anything.
+    const std::size_t state = line.rfind(')') + 2;
+    return state < line.size() && (line[state] == 'Z' || line[state] == 'X');
+}
+
 std::map<int32_t, int32_t> Scan() {
     std::map<int32_t, int32_t> running;
     DIR* folder = ::opendir("/proc");
@@ -62,11 +72,13 @@ std::map<int32_t, int32_t> Scan() {
         int32_t id = 0;
         const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), id);
         if (error != std::errc() || end != name.data() + name.size()) continue;
-        std::ifstream stream("/proc/" + std::string(name) + "/comm");
+        std::string place = "/proc/";
+        place += name;
+        std::ifstream stream(place + "/comm");
         std::string program;
         std::getline(stream, program);
         for (std::size_t index = 0; index < wanted.size(); ++index) {
-            if (program == wanted[index])
+            if (program == wanted[index] && !HasEnded(place))
                 running.emplace(static_cast<int32_t>(kApplications[index].number), id);
         }
     }

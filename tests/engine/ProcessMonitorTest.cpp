@@ -74,6 +74,18 @@ TEST(ProcessMonitor, TellsWhichApplicationsRun) {
     monitor->StopMonitoring();
 }
 
+TEST(ProcessMonitor, CountsAProcessAsEndedBeforeItsParentHasAskedForItsResult) {
+    const auto listener = std::make_shared<Listener>();
+    ProcessMonitor* const monitor = ProcessMonitor::GetInstance();
+    ASSERT_TRUE(monitor->Subscribe(listener));
+    const NamedProcess process("flame");
+    const std::map<int32_t, int32_t> expected{{1, process.id}};
+    EXPECT_TRUE(Eventually([&] { return listener->Last() == expected; }));
+    ::kill(process.id, SIGKILL);
+    EXPECT_TRUE(Eventually([&] { return listener->Last()->empty(); }));
+    monitor->StopMonitoring();
+}
+
 TEST(ProcessMonitor, LooksForTheNamesThatTheConfigurationGives) {
     const Engine::TemporaryFolder folder;
     Engine::ConfigurationStore::Get().Open(folder.path);

@@ -434,8 +434,6 @@ TEST_F(LiveRoomThreadsTest, LetsTheHostCallEveryExportBackFromTheActionThreadWhi
         Calls().OnCall("Host_StartScreenShare", [&](const Call&) {
             go.acquire();
             call();
-            // SDL keeps an error text for each thread that it is called on, and frees only its own threads'.
-            SDL_TLSCleanup();
             done.release();
         });
         View().GetToolbar().GetActionThread().lock()->Run(Host::Callbacks().StartScreenShare);

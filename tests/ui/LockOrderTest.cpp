@@ -264,4 +264,18 @@ TEST(LockOrder, IsTheBareMutexWhenItIsNotChecked) {
 }
 
 }  // namespace
+TEST(LockOrder, CountsAnotherRoomsLocksApart) {
+    Repeatable<LockRank::Host> host;
+    Repeatable<LockRank::Remote> first;
+    Repeatable<LockRank::Local> firstLocal;
+    Repeatable<LockRank::Remote> second;
+    const std::scoped_lock outside(host, first, firstLocal);
+    {
+        const OtherRoomScope other;
+        const std::scoped_lock inside(second);
+        const std::scoped_lock again(first);
+    }
+    EXPECT_DEATH(second.lock(), "^Lock order violated: taking Remote while holding Remote\n");
+}
+
 }  // namespace Corvanta::UI

@@ -30,7 +30,7 @@ public:
 
 private:
     struct CloseDatabase {
-        void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+        void operator()(sqlite3* opened) const { sqlite3_close_v2(opened); }
     };
     using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 

@@ -363,6 +363,7 @@ TEST_F(StreamSourcesTest, TheAdaptationSeesEveryMessageWhateverItSays) {
     const std::vector<std::string> texts{Metadata("me", "30"), R"({"type":"other"})", "no JSON", ""};
     for (const std::string& text : texts) view->OnDataChannelMessage({"one", text});
     std::vector<Call> expected;
+    expected.reserve(texts.size());
     for (const std::string& text : texts) {
         expected.push_back({"AdaptiveVideoSourceManager_OnDataChannelMessage", {"one", text}});
     }

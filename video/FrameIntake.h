@@ -28,7 +28,7 @@ public:
 
     // The next frame is written to the path, which the engine completes by its format. whenWritten: called on
     // the media thread once the file is there; not when it could not be written. Any thread.
-    void RequestStillExport(const std::string& path, std::function<void()> whenWritten);
+    void RequestStillExport(const std::string& path, std::function<void()> whenWritten = {});
 
     // Off drops incoming frames. Any thread; a frame may slip through at the moment of a change.
     void SetVideoEnabled(bool enabled) { videoEnabled_.store(enabled); }

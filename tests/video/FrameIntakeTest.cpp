@@ -56,6 +56,20 @@ TEST_F(FrameIntakeTest, WritesTheStillBeforeItQueuesTheFrame) {
     EXPECT_TRUE(intake.Take(kNoTime).has_value());
 }
 
+TEST_F(FrameIntakeTest, TellsOnceThatAStillIsThereAndNothingOfOneThatFailed) {
+    int told = 0;
+    const auto tell = [&told] { ++told; };
+    Fake().Set([](FakeResults& results) { results.exportSucceeds = false; });
+    intake.RequestStillExport("still", tell);
+    intake.OnFrame(MakeFrame());
+    EXPECT_EQ(told, 0);
+    Fake().Set([](FakeResults& results) { results.exportSucceeds = true; });
+    intake.RequestStillExport("still", tell);
+    intake.OnFrame(MakeFrame());
+    intake.OnFrame(MakeFrame());
+    EXPECT_EQ(told, 1);
+}
+
 TEST_F(FrameIntakeTest, WritesOneStillForOneRequest) {
     intake.OnFrame(MakeFrame());
     intake.RequestStillExport("still");

@@ -15,6 +15,7 @@ namespace {
 
 using Corvanta::Testing::Call;
 using Corvanta::Testing::Fake;
+using Corvanta::Testing::FakeResults;
 using Corvanta::Testing::MakeFrame;
 using std::chrono::milliseconds;
 

@@ -1,22 +1,12 @@
 // Texts of any script, broken ones, endless ones and ones of wild sizes.
-#include <algorithm>
-#include <cmath>
-#include <functional>
-#include <optional>
 
-#include "tests/fake_platform/AllocationCounter.h"
 #include "tests/ui/TextTextureTestBase.h"
 
 namespace Corvanta::UI {
 namespace {
 
-using Testing::AllocationCounter;
-using Testing::Calls;
 using Testing::Fake;
-using Testing::LogLine;
-using Testing::Measurements;
 using Testing::RasterisedTexts;
-using Testing::Sdl;
 using Testing::Texts;
 
 class TextTextureWildTextTest : public Testing::TextTextureTestBase {};

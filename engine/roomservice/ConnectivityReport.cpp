@@ -65,10 +65,6 @@ bool ReadTime(const Json& object, const char* name, int32_t& time) {
     return true;
 }
 
-}  // namespace
-
-namespace {
-
 // A report holds nothing nested. What does is turned away before the parser spends time on its depth.
 bool IsFlat(const std::string& json) {
     int depth = 0;

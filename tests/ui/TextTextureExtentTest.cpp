@@ -1,25 +1,16 @@
 // How large a text is: measured, drawn, and at every scale of its renderer.
-#include <algorithm>
 #include <cmath>
-#include <functional>
-#include <optional>
 
-#include "tests/fake_platform/AllocationCounter.h"
 #include "tests/ui/TextTextureTestBase.h"
 
 namespace Corvanta::UI {
 namespace {
 
-using Testing::AllocationCounter;
 using Testing::Calls;
 using Testing::Fake;
-using Testing::LogLine;
+using Testing::kLongText;
 using Testing::Measurements;
-using Testing::RasterisedTexts;
 using Testing::Sdl;
-using Testing::Texts;
-
-const std::string kLongText = "A rather long text for its place";
 
 class TextTextureExtentTest : public Testing::TextTextureTestBase {};
 

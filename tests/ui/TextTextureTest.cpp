@@ -1,9 +1,6 @@
 #include "ui/TextTexture.h"
 
-#include <algorithm>
-#include <cmath>
 #include <functional>
-#include <optional>
 
 #include "tests/fake_platform/AllocationCounter.h"
 #include "tests/ui/TextTextureTestBase.h"
@@ -14,13 +11,12 @@ namespace {
 using Testing::AllocationCounter;
 using Testing::Calls;
 using Testing::Fake;
+using Testing::kLongText;
 using Testing::LogLine;
 using Testing::Measurements;
 using Testing::RasterisedTexts;
 using Testing::Sdl;
 using Testing::Texts;
-
-const std::string kLongText = "A rather long text for its place";
 
 class TextTextureTest : public Testing::TextTextureTestBase {};
 

@@ -13,6 +13,8 @@ namespace Corvanta::Testing {
 
 using Texts = std::vector<std::string>;
 
+inline const std::string kLongText = "A rather long text for its place";
+
 class TextTextureTestBase : public ToolkitTest {
 protected:
     TextTextureTestBase() {

@@ -14,13 +14,16 @@ namespace Corvanta::UI {
 // From the outermost to the innermost: a thread that holds one takes only later ones, and never two of the
 // same rank.
 enum class LockRank : int {
-    Host,    // one host function at a time
-    Remote,  // a room's remote streams
-    Local,   // a room's local streams
-    View,    // what a view draws with
-    Grid,    // a wall
-    Tile,    // a tile
-    Leaf,    // some fields under which nothing else is called
+    Host,           // one host function at a time
+    Remote,         // a room's remote streams
+    Local,          // a room's local streams
+    View,           // what a view draws with
+    Grid,           // a wall
+    Tile,           // a tile
+    Drawings,       // which streams are drawn on
+    DrawingSource,  // the marks on one stream
+    Canvas,         // the drawing over one tile
+    Leaf,           // some fields under which nothing else is called
 };
 
 #ifdef CORVANTA_LOCK_CHECK

@@ -1,0 +1,56 @@
+// Who drew what on one stream, in order of arrival. Canvases come and go; this record stays and feeds every
+// canvas that is attached. Any thread; its lock is held while canvases are fed, and is taken outside theirs.
+// The history alone belongs to the render thread.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "drawing/DrawingHistory.h"
+#include "drawing/Shape.h"
+#include "ui/LockOrder.h"
+
+namespace Corvanta::Drawing {
+
+class DrawingCanvas;
+
+// Shared: whoever feeds it owns it meanwhile, so it may leave the manager at any time.
+class DrawingSource : public std::enable_shared_from_this<DrawingSource> {
+public:
+    struct Entry {
+        // The sender.
+        std::string participantId;
+        std::shared_ptr<Shape> shape;
+    };
+
+    explicit DrawingSource(std::string streamId) : streamId_(std::move(streamId)) {}
+    // Canvases that are still attached are left without a source.
+    virtual ~DrawingSource() = default;
+    DrawingSource(const DrawingSource&) = delete;
+    DrawingSource& operator=(const DrawingSource&) = delete;
+
+    // The same shape may come again: canvases leave out what they have.
+    void Add(const std::string& participantId, const std::shared_ptr<Shape>& shape);
+    void RemoveParticipant(const std::string& participantId);
+    // The history stays.
+    void ClearAll();
+    [[nodiscard]] std::vector<std::shared_ptr<Shape>> ShapesOf(const std::string& participantId) const;
+
+    // The canvas, which must live until it is detached, gets all shapes so far. It is detached from the
+    // source that it had.
+    void AttachCanvas(DrawingCanvas* canvas);
+    void DetachCanvas(DrawingCanvas* canvas);
+
+    [[nodiscard]] const std::string& StreamId() const { return streamId_; }
+    [[nodiscard]] DrawingHistory& History() { return history_; }
+
+private:
+    const std::string streamId_;
+    DrawingHistory history_;
+};
+
+}  // namespace Corvanta::Drawing

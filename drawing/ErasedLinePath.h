@@ -1,0 +1,21 @@
+// The stroke of the eraser: it writes full transparency into the texture that is the target, which is the
+// layer of the participant who made it.
+#pragma once
+
+#include "drawing/LinePath.h"
+
+namespace Corvanta::Drawing {
+
+class ErasedLinePath final : public LinePath {
+public:
+    ErasedLinePath();
+    // The path's points and width; the colour becomes (0, 0, 0, 0).
+    explicit ErasedLinePath(const LinePath& path);
+    explicit ErasedLinePath(const nlohmann::json& data);
+
+    void Render(SDL_Renderer* renderer) override;
+    // Sets the colour to opaque black, as which an eraser travels.
+    [[nodiscard]] nlohmann::json ToJson() override;
+};
+
+}  // namespace Corvanta::Drawing

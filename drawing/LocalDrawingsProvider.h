@@ -1,0 +1,59 @@
+// Turns the local user's pointer and keys into shapes on the main video's canvas, and their undo. Render
+// thread.
+#pragma once
+
+#include <SDL.h>
+
+#include <memory>
+#include <string>
+
+#include "drawing/DrawingSource.h"
+#include "drawing/InputEventListener.h"
+#include "drawing/Shape.h"
+#include "platform/DrawToolState.h"
+
+namespace Corvanta::Drawing {
+
+class DrawingCanvas;
+class DrawingCanvasManager;
+
+class LocalDrawingsProvider final : public InputEventListener {
+public:
+    // Listens to the manager's input until it is destroyed.
+    explicit LocalDrawingsProvider(DrawingCanvasManager& manager);
+    virtual ~LocalDrawingsProvider();
+    LocalDrawingsProvider(const LocalDrawingsProvider&) = delete;
+    LocalDrawingsProvider& operator=(const LocalDrawingsProvider&) = delete;
+
+    void OnMouseDown(const SDL_Point& position) override;
+    void OnMouseUp(const SDL_Point& position) override;
+    void OnMouseMove(const SDL_Point& position) override;
+    void OnKeyDown(int keycode) override;
+    void OnKeyUp(int keycode) override;
+
+    // Stores the settings and takes them over for the next shape; an open text changes at once.
+    void SetDrawToolState(const DrawToolState& state);
+    [[nodiscard]] bool IsToolEnabled() const { return toolState_.enabled; }
+    // For the view's pointer: over an open text 2, within its margin 3, else 0.
+    [[nodiscard]] int CursorHint() const;
+    // A text is open and takes the keys.
+    [[nodiscard]] bool IsTextOpen() const;
+
+    void ClearCanvas(DrawingSource& source);
+    void UndoCanvas(DrawingSource& source);
+    void RedoCanvas(DrawingSource& source);
+    void DeleteShape(const std::string& controlId, DrawingSource& source);
+
+private:
+    DrawingCanvasManager& manager_;
+    std::shared_ptr<Shape> currentShape_;
+    // The button went down and has not come up.
+    bool drawing_ = false;
+    bool shiftDown_ = false;
+    bool capsLock_ = false;
+    // Its family's text is null; fontFamily_ holds it.
+    DrawToolState toolState_{};
+    std::string fontFamily_;
+};
+
+}  // namespace Corvanta::Drawing

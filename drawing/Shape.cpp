@@ -1,0 +1,7 @@
+#include "drawing/Shape.h"
+
+namespace Corvanta::Drawing {
+
+void Shape::ReleaseTextures(SDL_Renderer* /*renderer*/) {}
+
+}  // namespace Corvanta::Drawing

@@ -1,0 +1,16 @@
+// Shapes as other clients send them. Any thread.
+#pragma once
+
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+
+#include "drawing/Shape.h"
+
+namespace Corvanta::Drawing {
+
+// One element of a message's "shapes"; what is long is moved out of it. Null for a class of shape that this
+// client does not know, which is logged. Throws what the JSON library throws at a bad or missing field, and
+// leaves nothing behind then.
+[[nodiscard]] std::shared_ptr<Shape> ReadShape(nlohmann::json&& element);
+
+}  // namespace Corvanta::Drawing

@@ -28,10 +28,11 @@ namespace Corvanta::Drawing {
 
 class DrawingCanvasManager {
 public:
-    // A manager for that view takes the present one's place, whose sources and histories go.
-    static void SetView(DrawingSurface* view);
-    // The view goes. A manager that was made for it has no canvas from then on.
-    static void LeaveView(const DrawingSurface* view);
+    // A manager for that view takes the present one's place, whose sources and histories go unless somebody
+    // still owns it. Returns the new one.
+    static std::shared_ptr<DrawingCanvasManager> SetView(DrawingSurface* view);
+    // The view goes: there is no canvas from then on.
+    void LeaveView();
     // Null when there is none.
     [[nodiscard]] static std::shared_ptr<DrawingCanvasManager> Instance();
     [[nodiscard]] static bool HasInstance();

@@ -1,5 +1,6 @@
 #include "interface/MediaCallbacks.h"
 
+#include "drawing/DrawingCanvasManager.h"
 #include "interface/ProcessState.h"
 #include "interface/SDLinterface.h"
 #include "platform/Connections.h"
@@ -78,7 +79,12 @@ std::vector<std::function<void(const DataChannelMessage&)>>
 SDLinterface_VideoRoomGetRemoteDataChannelCallbacks() {
     const auto view = CurrentView();
     if (view == nullptr) return {};
-    return {[view](const DataChannelMessage& message) { view->OnDataChannelMessage(message); }};
+    return {[](const DataChannelMessage& message) {
+                if (const auto drawings = Drawing::DrawingCanvasManager::Instance()) {
+                    drawings->OnDataChannelMessage(message);
+                }
+            },
+            [view](const DataChannelMessage& message) { view->OnDataChannelMessage(message); }};
 }
 
 void SDLinterface_VideoRoomOnConnectionStatusUpdate(std::string streamId, bool lost) {

@@ -1,4 +1,5 @@
 // The way into a live room.
+#include "drawing/DrawingCanvasManager.h"
 #include "interface/Credential.h"
 #include "interface/ProcessState.h"
 #include "interface/SDLinterface.h"
@@ -90,8 +91,9 @@ int EnterRoom(void* connectionArg0, void* connectionArg1, const char* sessionNam
     WebRTC_SetEnabledLocalAudioTrack(false, 0);
     view->SetSpeakerEnabled(false);
     ResetTickTimers();
-    // Drawings are what a newcomer would be sent; a room without a canvas has none.
-    Connections_SetParticipantJoinedCallback([] {});
+    Connections_SetParticipantJoinedCallback([] {
+        if (const auto drawings = Drawing::DrawingCanvasManager::Instance()) drawings->PublishLocalDrawings();
+    });
     profile.Release();
     roomActive.store(true);
     return gConnectionIndex.load();

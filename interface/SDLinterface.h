@@ -7,6 +7,7 @@
    C++ only. */
 #pragma once
 
+#include "platform/DrawToolState.h"
 #include "platform/HostCallbacks.h"
 #include "platform/RecordingHostFunctions.h"
 
@@ -155,6 +156,24 @@ CORVANTA_EXPORT void SDLInterface_VideoRoomUntoggleAudioMixer(void);
 CORVANTA_EXPORT void SDLInterface_VideoRoomSetShowSidebarNotification(bool shown);
 /* The drawing tools came or went. While they are there the bar makes room for them. */
 CORVANTA_EXPORT void SDLinterface_VideoRoomSetDrawToolEnabled(bool enabled);
+
+/* ---- Drawing over the main video ---- */
+
+/* Fills the record from the configuration, field by field with a default where there is no good value. enabled
+   stays as it is, and the tool is the pencil. fontFamilyName must be null or come from an earlier call, which
+   is released; the new one is new char[] and belongs to the caller. Always true. A null record is ignored. */
+CORVANTA_EXPORT bool SDLinterface_LoadDrawToolState(DrawToolState* state);
+/* The tool with its settings, which are kept in the configuration and hold for the next mark; an open text
+   changes at once. enabled also shows or hides the room's bar, as SDLinterface_VideoRoomSetDrawToolEnabled
+   does. A new room starts with drawing off: set the record again. Nothing without a room. */
+CORVANTA_EXPORT void SDLinterface_SetDrawToolState(const DrawToolState* state);
+/* The local user's marks on the main video; nobody else's are touched. ReportHistoryState is called back with
+   what can be undone and redone. Nothing without a room or a main video. */
+CORVANTA_EXPORT void SDLinterface_UndoCurrentCanvas(void);
+CORVANTA_EXPORT void SDLinterface_RedoCurrentCanvas(void);
+CORVANTA_EXPORT void SDLinterface_ClearCurrentCanvas(void);
+/* A text is being typed over the video, so keys belong to it. */
+CORVANTA_EXPORT bool SDLinterface_IsTextOpen(void);
 
 /* ---- The wall ---- */
 

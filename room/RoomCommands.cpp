@@ -71,6 +71,12 @@ void VideoRoomView::SetDrawTool(bool on) {
     toolbar_.SetDrawTool(on);
 }
 
+void VideoRoomView::SetDrawToolState(const DrawToolState& state) {
+    SetDrawTool(state.enabled);
+    // With no lock of the room's held: a listener of the configuration may call back.
+    drawings_->SetDrawToolState(state);
+}
+
 void VideoRoomView::SaveStill() {
     const std::scoped_lock remote(remoteLock_);
     const std::scoped_lock local(localLock_);

@@ -44,6 +44,8 @@ public:
     void OnPress();
     void OnHover(SDL_Point pointer);
 
+    [[nodiscard]] bool HasOpenMenu() const { return overlays_.AnyVisible(); }
+
     // Drawing, in this order.
     // mainVideoWidth: -1 without a main video.
     void RenderBar(SDL_Renderer* renderer, int barTop, int mainVideoWidth);

@@ -103,6 +103,7 @@ void VideoRoomView::RemoveRemoteVideoSource(const std::string& streamId) {
             Video::VideoFrame& tile = *node.mapped();
             thumbnails_->RemoveTile(&tile);
             ForgetTile(tile);
+            drawings_->RemoveStream(streamId);
             Depart(std::move(node.mapped()));
             if (Connections_IsPublisherFromExternalSource(streamId)) --externalPublisherCount_;
         }
@@ -118,6 +119,7 @@ void VideoRoomView::RemoveLocalVideoSource(const std::string& sourceId) {
     Video::VideoFrame& tile = *node.mapped();
     ForgetTile(tile);
     std::erase(localTileOrder_, &tile);
+    drawings_->RemoveStream(tile.GetStreamId());
     thumbnails_->RemoveTile(&tile);
     localStreamAliases_.erase(tile.GetStreamId());
     localNativeSources_.erase(sourceId);

@@ -25,6 +25,7 @@ constexpr int kNoMainVideo = -1;
 VideoRoomView::VideoRoomView(int id, const HostCallbacks& callbacks)
     : AbstractView(id),
       hostCallbacks_(callbacks),
+      drawings_(Drawing::DrawingCanvasManager::SetView(this)),
       thumbnails_(std::make_shared<Video::VideoThumbnails>(*this)),
       toolbar_(*this, hostCallbacks_) {
     roomActive.store(true);
@@ -34,6 +35,7 @@ VideoRoomView::VideoRoomView(int id, const HostCallbacks& callbacks)
 VideoRoomView::~VideoRoomView() {
     Abandon();
     TakeAllTiles().clear();
+    drawings_->LeaveView();
 }
 
 void VideoRoomView::Configure(const RoomIdentity& identity) {
@@ -83,7 +85,10 @@ void VideoRoomView::HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_
 
 void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) {
     switch (event.type) {
-        case SDL_KEYDOWN: microphone_.OnKeyDown(event.key.keysym.sym); break;
+        case SDL_KEYDOWN:
+            // What is typed into a text is no key to talk with.
+            if (!drawings_->IsTextOpen()) microphone_.OnKeyDown(event.key.keysym.sym);
+            break;
         case SDL_KEYUP: microphone_.OnKeyUp(event.key.keysym.sym); break;
         case SDL_MOUSEMOTION:
             // (-1, -1) says that the pointer left the window.
@@ -95,12 +100,13 @@ void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) 
         case kRenderColorSpaceChangedEvent: UpdateHdrOptions(); break;
         default: break;
     }
+    if (!closing_.load() && !toolbar_.HasOpenMenu()) drawings_->Input().Dispatch(event);
 }
 
 void VideoRoomView::UpdatePointer(SDL_Point pointer) {
     if (pointer.x == 0 && pointer.y == 0) pointer = lastPointer_;
     toolbar_.OnHover(pointer);
-    SetCursor(0, kOverlayLayer);
+    SetCursor(drawings_->CursorHint(), kOverlayLayer);
 }
 
 void VideoRoomView::SetCursor(int cursor, int layer) {
@@ -186,6 +192,16 @@ void VideoRoomView::RenderMainTile(Video::VideoFrame& tile) {
 void VideoRoomView::OnMainVideoChanged() {
     toolbar_.OnMainVideoChanged();
     if (hostCallbacks_.OnMainVideoChanged != nullptr) hostCallbacks_.OnMainVideoChanged();
+    drawings_->PublishHistoryState();
+}
+
+Drawing::DrawingCanvas* VideoRoomView::GetMainCanvas() {
+    const std::scoped_lock remote(remoteLock_);
+    return mainTile_ != nullptr ? mainTile_->GetCanvas() : nullptr;
+}
+
+void VideoRoomView::ReportHistoryState(bool canUndo, bool canRedo) {
+    if (hostCallbacks_.ReportHistoryState != nullptr) hostCallbacks_.ReportHistoryState(canUndo, canRedo);
 }
 
 void VideoRoomView::OnResized(int width, int /*height*/) {
@@ -199,8 +215,10 @@ void VideoRoomView::OnResized(int width, int /*height*/) {
 }
 
 SDL_Rect VideoRoomView::GetMainVideoRect() const {
-    const MainVideoSpace space{
-        .viewWidth = GetWidth(), .viewHeight = GetHeight(), .stripHeight = stripHeight_};
+    const MainVideoSpace space{.viewWidth = GetWidth(),
+                               .viewHeight = GetHeight(),
+                               .reservedBelow = drawings_->IsToolEnabled() ? toolbarHeight_ : 0,
+                               .stripHeight = stripHeight_};
     if (noRenderScaling_ && mainTile_ != nullptr) {
         float scale = 1.0F;
         SDL_RenderGetScale(GetRenderer(), &scale, nullptr);

@@ -16,9 +16,12 @@
 #include <string>
 #include <vector>
 
+#include "drawing/DrawingCanvasManager.h"
+#include "drawing/DrawingSurface.h"
 #include "integration/MicrophoneController.h"
 #include "platform/Connections.h"
 #include "platform/DataChannelMessage.h"
+#include "platform/DrawToolState.h"
 #include "platform/HostCallbacks.h"
 #include "platform/VideoFrameBuffer.h"
 #include "platform/VideoSourceData.h"
@@ -45,7 +48,10 @@ struct RoomIdentity {
     std::string profileId;
 };
 
-class VideoRoomView : public UI::AbstractView, public Video::TileOwner, public Video::WallOwner {
+class VideoRoomView : public UI::AbstractView,
+                      public Video::TileOwner,
+                      public Video::WallOwner,
+                      private Drawing::DrawingSurface {
 public:
     // Sets roomActive. callbacks: the host's functions, copied.
     VideoRoomView(int id, const HostCallbacks& callbacks);
@@ -149,6 +155,10 @@ public:
     void UntoggleAudioMixer();
     void SetSidebarNotification(bool shown);
     void SetDrawTool(bool on);
+    // The drawing tool with its settings, which are stored; its bar comes or goes with it.
+    void SetDrawToolState(const DrawToolState& state);
+    // What is drawn on the room's streams.
+    [[nodiscard]] Drawing::DrawingCanvasManager& GetDrawings() { return *drawings_; }
     // Once a second: the next tick files a report when a button and the track that it switches disagree.
     void RequestTrackCheck() { trackCheckDue_.store(true); }
     [[nodiscard]] int GetToolbarHeight() const { return toolbarHeight_; }
@@ -233,6 +243,9 @@ protected:
 private:
     void HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_Point& wheel);
     void HandleViewEvent(const SDL_Event& event, SDL_Point& pointer);
+    [[nodiscard]] Drawing::DrawingCanvas* GetMainCanvas() override;
+    [[nodiscard]] SDL_Rect GetMainVideoArea() const override { return GetMainVideoRect(); }
+    void ReportHistoryState(bool canUndo, bool canRedo) override;
     void UpdatePointer(SDL_Point pointer);
     [[nodiscard]] bool HasWall() const { return !detached_.load() && thumbnails_->IsShown(); }
     void ChooseMainTile();
@@ -299,6 +312,8 @@ private:
     [[nodiscard]] std::vector<std::unique_ptr<Video::VideoFrame>> TakeAllTiles();
 
     const HostCallbacks hostCallbacks_;
+    // Shared with the threads that are inside it. It outlives the view until another one's is made.
+    const std::shared_ptr<Drawing::DrawingCanvasManager> drawings_;
     RoomIdentity identity_;
     std::shared_ptr<Video::VideoThumbnails> thumbnails_;
     UI::MicrophoneController microphone_;

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "drawing/DrawingCanvas.h"
+#include "drawing/DrawingCanvasManager.h"
 #include "ui/Clock.h"
 #include "video/FrameCheck.h"
 #include "video/StreamSubscription.h"
@@ -51,12 +53,21 @@ VideoFrame::VideoFrame(std::string streamId, std::string sessionName, std::strin
       worker_(*intake_, *this) {
     panel_ = std::make_unique<Connectivity::ThumbnailConnectivityPanel>(origin_ == TileOrigin::Local,
                                                                         streamId_, sessionName_, profileId_);
+    MakeCanvas();
     SubscribeConnectionStats();
 }
 
 VideoFrame::~VideoFrame() {
     worker_.Stop();
     frameObserver_.reset();
+}
+
+void VideoFrame::MakeCanvas() {
+    canvas_.reset();
+    const auto manager = Drawing::DrawingCanvasManager::Instance();
+    if (manager == nullptr) return;
+    canvas_ = std::make_unique<Drawing::DrawingCanvas>();
+    manager->AttachCanvas(streamId_, canvas_.get());
 }
 
 void VideoFrame::Retire() {
@@ -74,10 +85,13 @@ bool VideoFrame::IsVideoWanted() const {
 void VideoFrame::Render(SDL_Renderer* renderer, SDL_Point /*position*/) {
     const std::scoped_lock lock(tileMutex_);
     if (!renderable) return;
+    renderer_ = renderer;
     picture_.KeepTexture(renderer);
     if (inGrid) KeepName();
     if (picture_.GetTexture() != nullptr) DrawPicture(renderer);
     ReadDisplay(renderer);
+    if (inGrid) DrawAvatar(renderer);
+    DrawMarks(renderer);
     if (inGrid) DrawOverlays(renderer);
     SDL_SetRenderDrawColor(renderer, 0, 0, 0, 255);
 }
@@ -103,6 +117,20 @@ void VideoFrame::DrawPicture(SDL_Renderer* renderer) {
     if (!inGrid) return;
     overlays_.RenderGradient(renderer, {rect.x, rect.y});
     DropStalePicture();
+}
+
+void VideoFrame::DrawAvatar(SDL_Renderer* renderer) {
+    if (!IsShowable(rect)) return;
+    if (picture_.GetTexture() != nullptr && IsVideoEnabled()) return;
+    overlays_.RenderAvatar(renderer, rect, displayRect.h);
+}
+
+void VideoFrame::DrawMarks(SDL_Renderer* renderer) {
+    if (canvas_ == nullptr) return;
+    const PictureSize picture = GetPictureSize();
+    const bool hasPicture = picture.width > 0 && picture.height > 0 && picture_.GetTexture() != nullptr;
+    canvas_->Resize(renderer, hasPicture ? picture.width : rect.w, hasPicture ? picture.height : rect.h);
+    canvas_->Render(renderer, sourceRect, rect);
 }
 
 void VideoFrame::DropStalePicture() {
@@ -135,12 +163,8 @@ bool VideoFrame::NeedsOtherForm() const {
 }
 
 void VideoFrame::DrawOverlays(SDL_Renderer* renderer) {
-    const bool showable = IsShowable(rect);
-    if (showable && (picture_.GetTexture() == nullptr || !IsVideoEnabled())) {
-        overlays_.RenderAvatar(renderer, rect, displayRect.h);
-    }
     displayRect = rect;
-    if (!showable) {
+    if (!IsShowable(rect)) {
         // The panel reports also while nothing of the tile can be seen.
         const SDL_Rect nothing{0, 0, 0, 0};
         panel_->Update(renderer, &nothing, 0);
@@ -283,6 +307,9 @@ void VideoFrame::ReleaseTextures() {
     picture_.ReleaseTexture();
     overlays_.ReleaseTextures();
     panel_->ReleaseTextures();
+    if (canvas_ == nullptr) return;
+    canvas_->ReleaseResources(renderer_);
+    MakeCanvas();
 }
 
 void VideoFrame::ReleaseGraphics() {
@@ -291,11 +318,13 @@ void VideoFrame::ReleaseGraphics() {
     intake_->SetVideoEnabled(false);
 }
 
-void VideoFrame::MoveToRenderer(SDL_Renderer* /*renderer*/) {
+void VideoFrame::MoveToRenderer(SDL_Renderer* renderer) {
     {
         const std::scoped_lock lock(tileMutex_);
         ReleaseTextures();
         intake_->SetVideoEnabled(videoEnabledWanted_.load());
+        renderer_ = renderer;
+        if (canvas_ != nullptr) canvas_->MoveToRenderer(renderer);
         UI::Menu& menu = GetMenu();
         menu.SetItemHeight(menu.GetItemHeight());
     }

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "connectivity/ThumbnailConnectivityPanel.h"
+#include "drawing/Forward.h"
 #include "platform/Connections.h"
 #include "platform/VideoSourceData.h"
 #include "ui/Button.h"
@@ -36,7 +37,8 @@ enum class TileOrigin : int { Local = 0, Remote = 1 };
 class VideoFrame final : public UI::GraphicElementInterface, private FrameWorkerClient {
 public:
     // Until the first drawing pictures are prepared for the most modest output. sessionName and profileId
-    // name the room and the local user in what the tile reports about its connection.
+    // name the room and the local user in what the tile reports about its connection. Shows what is drawn on
+    // its stream where there is a canvas manager.
     VideoFrame(std::string streamId, std::string sessionName, std::string profileId, TileOrigin origin);
     // Ends the worker. The texture is not destroyed here: ReleaseGraphics comes first, on the render thread.
     ~VideoFrame() override;
@@ -70,6 +72,8 @@ public:
     // Colour description of the last uploaded frame.
     [[nodiscard]] ColorSpace GetColorSpace() const;
     [[nodiscard]] bool HasTexture() const;
+    // What is drawn over the picture; null where nothing can be drawn. A release of the graphics replaces it.
+    [[nodiscard]] Drawing::DrawingCanvas* GetCanvas() { return canvas_.get(); }
 
     // The name that the room gave it, else its publisher's, asked for once.
     [[nodiscard]] const std::string& GetDisplayName();
@@ -189,6 +193,9 @@ private:
     void EndWork();
     void KeepName();
     void DrawPicture(SDL_Renderer* renderer);
+    void DrawAvatar(SDL_Renderer* renderer);
+    void DrawMarks(SDL_Renderer* renderer);
+    void MakeCanvas();
     void DropStalePicture();
     void ReadDisplay(SDL_Renderer* renderer);
     void DrawOverlays(SDL_Renderer* renderer);
@@ -213,6 +220,9 @@ private:
     // guards: everything from here to the worker
     TilePicture picture_;
     TileOverlays overlays_;
+    std::unique_ptr<Drawing::DrawingCanvas> canvas_;
+    // Of the last drawing.
+    SDL_Renderer* renderer_ = nullptr;
     UI::DisplayTraits display_;
     SDL_Rect mainVideoRect_{0, 0, 0, 0};
     std::unique_ptr<FrameObserver> frameObserver_;

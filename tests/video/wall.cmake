@@ -19,7 +19,7 @@ target_compile_definitions(video_wall_test PRIVATE CORVANTA_TEST_FONTS="${PROJEC
 target_sources(video_wall_test PRIVATE
     $<TARGET_OBJECTS:corvanta-floor-ui> $<TARGET_OBJECTS:corvanta-hdrsdl-published>)
 target_link_libraries(video_wall_test PRIVATE
-    corvanta-floor-ui corvanta-floor-connectivity corvanta-floor-video
+    corvanta-floor-ui corvanta-floor-drawing corvanta-floor-connectivity corvanta-floor-video
     corvanta-sdl-recorder corvanta-pixel-reader corvanta-allocation-counter
     GTest::gtest GTest::gmock GTest::gtest_main ${CMAKE_DL_LIBS})
 gtest_discover_tests(video_wall_test TEST_PREFIX video.wall. DISCOVERY_MODE PRE_TEST)

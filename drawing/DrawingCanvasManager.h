@@ -56,6 +56,7 @@ public:
     [[nodiscard]] bool IsTextOpen() const { return localDrawings_.IsTextOpen(); }
     void SetDrawToolState(const DrawToolState& state) { localDrawings_.SetDrawToolState(state); }
     [[nodiscard]] InputEventDispatcher& Input() { return inputDispatcher_; }
+    [[nodiscard]] LocalDrawingsProvider& LocalDrawings() { return localDrawings_; }
 
     // The local user's marks on the main video; nothing without one.
     void ClearCurrentCanvas();
@@ -82,9 +83,15 @@ public:
     void RemoveAllSources();
 
 private:
-    mutable UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> sourcesMutex_;
+    using SourceMap = std::map<std::string, std::shared_ptr<DrawingSource>>;
+
+    // The source of the main video's stream; null without one.
+    [[nodiscard]] std::shared_ptr<DrawingSource> CurrentSource();
+    [[nodiscard]] SourceMap Sources() const;
+
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::Drawings> sourcesMutex_;
     // guards: sources_
-    std::map<std::string, std::shared_ptr<DrawingSource>> sources_;
+    SourceMap sources_;
     DrawingSurface* roomView_;
     InputEventDispatcher inputDispatcher_;
     LocalDrawingsProvider localDrawings_;

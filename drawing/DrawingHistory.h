@@ -37,6 +37,10 @@ public:
     size_t firstVisible = 0;
     // How many actions are in force.
     size_t cursor = 0;
+
+private:
+    void Push(std::shared_ptr<DrawingAction::BaseAction> action);
+    void Validate() const;
 };
 
 }  // namespace Corvanta::Drawing

@@ -16,6 +16,7 @@ namespace Corvanta::Drawing {
 
 class DrawingCanvas;
 class DrawingCanvasManager;
+class TextBox;
 
 class LocalDrawingsProvider final : public InputEventListener {
 public:
@@ -38,13 +39,31 @@ public:
     [[nodiscard]] int CursorHint() const;
     // A text is open and takes the keys.
     [[nodiscard]] bool IsTextOpen() const;
+    // The shape in progress; null without one.
+    [[nodiscard]] const std::shared_ptr<Shape>& CurrentShape() const { return currentShape_; }
+    // The settings in force. The family's text is null; FontFamily has it.
+    [[nodiscard]] const DrawToolState& ToolState() const { return toolState_; }
+    [[nodiscard]] const std::string& FontFamily() const { return fontFamily_; }
 
+    // The local user's marks on that stream. Each shows the outcome, sends it and reports what can be undone
+    // from there; with nothing to do it does none of it. Throws, with nothing sent, what SendShapes throws.
     void ClearCanvas(DrawingSource& source);
     void UndoCanvas(DrawingSource& source);
     void RedoCanvas(DrawingSource& source);
     void DeleteShape(const std::string& controlId, DrawingSource& source);
 
 private:
+    // Null unless a text is in progress.
+    [[nodiscard]] TextBox* OpenText() const;
+    // Makes the tool's shape the one in progress. False when the tool makes none.
+    bool BeginShape();
+    void OnTextMouseDown();
+    // Sends and files the shape in progress, if there is a stream for it, and lets go of it.
+    void FinishShape();
+    // What is visible takes the place of all that the local user has on the stream.
+    void Refill(DrawingSource& source);
+    void Report(DrawingSource& source);
+
     DrawingCanvasManager& manager_;
     std::shared_ptr<Shape> currentShape_;
     // The button went down and has not come up.

@@ -1,0 +1,168 @@
+#include "drawing/DrawingCanvasManager.h"
+
+#include <optional>
+#include <utility>
+
+#include "drawing/BroadcastMessage.h"
+#include "drawing/DrawingCanvas.h"
+#include "platform/Connections.h"
+#include "platform/MediaManager.h"
+
+namespace Corvanta::Drawing {
+
+namespace {
+
+// The process's one manager.
+struct Installed {
+    UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> mutex;
+    // guards: manager
+    std::shared_ptr<DrawingCanvasManager> manager;
+};
+
+Installed& TheInstalled() {
+    static Installed installed;
+    return installed;
+}
+
+// What was there is let go of with no lock held, since its sources and canvases may go with it.
+void Install(std::shared_ptr<DrawingCanvasManager> manager) {
+    Installed& installed = TheInstalled();
+    const std::scoped_lock lock(installed.mutex);
+    installed.manager.swap(manager);
+}
+
+}  // namespace
+
+std::shared_ptr<DrawingCanvasManager> DrawingCanvasManager::SetView(DrawingSurface* view) {
+    auto manager = std::make_shared<DrawingCanvasManager>(view);
+    Install(manager);
+    return manager;
+}
+
+void DrawingCanvasManager::LeaveView() {
+    roomView_ = nullptr;
+}
+
+std::shared_ptr<DrawingCanvasManager> DrawingCanvasManager::Instance() {
+    Installed& installed = TheInstalled();
+    const std::scoped_lock lock(installed.mutex);
+    return installed.manager;
+}
+
+bool DrawingCanvasManager::HasInstance() {
+    return Instance() != nullptr;
+}
+
+void DrawingCanvasManager::DestroyInstance() {
+    Install(nullptr);
+}
+
+DrawingCanvasManager::DrawingCanvasManager(DrawingSurface* view) : roomView_(view), localDrawings_(*this) {}
+
+DrawingCanvasManager::~DrawingCanvasManager() = default;
+
+std::shared_ptr<DrawingSource> DrawingCanvasManager::GetOrCreateSource(const std::string& streamId) {
+    const std::scoped_lock lock(sourcesMutex_);
+    std::shared_ptr<DrawingSource>& source = sources_[streamId];
+    if (source == nullptr) source = std::make_shared<DrawingSource>(streamId);
+    return source;
+}
+
+void DrawingCanvasManager::AttachCanvas(const std::string& streamId, DrawingCanvas* canvas) {
+    GetOrCreateSource(streamId)->AttachCanvas(canvas);
+}
+
+DrawingCanvas* DrawingCanvasManager::CurrentCanvas() {
+    return roomView_ != nullptr ? roomView_->GetMainCanvas() : nullptr;
+}
+
+void DrawingCanvasManager::VideoArea(SDL_Rect* out) const {
+    *out = roomView_ != nullptr ? roomView_->GetMainVideoArea() : SDL_Rect{0, 0, 0, 0};
+}
+
+void DrawingCanvasManager::ClearCurrentCanvas() {
+    if (const auto source = CurrentSource()) localDrawings_.ClearCanvas(*source);
+}
+
+void DrawingCanvasManager::UndoCurrentCanvas() {
+    if (const auto source = CurrentSource()) localDrawings_.UndoCanvas(*source);
+}
+
+void DrawingCanvasManager::RedoCurrentCanvas() {
+    if (const auto source = CurrentSource()) localDrawings_.RedoCanvas(*source);
+}
+
+void DrawingCanvasManager::PublishHistoryState() {
+    if (const auto source = CurrentSource()) {
+        ReportHistoryState(source->History().CanUndo(), source->History().CanRedo());
+    }
+}
+
+void DrawingCanvasManager::ReportHistoryState(bool canUndo, bool canRedo) {
+    if (roomView_ != nullptr) roomView_->ReportHistoryState(canUndo, canRedo);
+}
+
+void DrawingCanvasManager::SendShapes(const std::vector<std::shared_ptr<Shape>>& shapes,
+                                      const std::string& streamId, bool clearCanvas) {
+    const std::string text = BroadcastMessage::Write(shapes, streamId, clearCanvas);
+    MediaManager_SendDatachannelMessage(text.c_str());
+}
+
+void DrawingCanvasManager::SendShape(const std::shared_ptr<Shape>& shape, const std::string& streamId,
+                                     bool clearCanvas) {
+    SendShapes({shape}, streamId, clearCanvas);
+}
+
+void DrawingCanvasManager::OnDataChannelMessage(const DataChannelMessage& message) {
+    std::optional<BroadcastMessage> broadcast = BroadcastMessage::Open(message.text);
+    if (!broadcast) return;
+    const std::shared_ptr<DrawingSource> source = GetOrCreateSource(broadcast->StreamId());
+    broadcast->ReadBody();
+    if (broadcast->EndsPresentShapes()) source->RemoveParticipant(message.senderId);
+    while (broadcast->HasNext()) {
+        if (const std::shared_ptr<Shape> shape = broadcast->ReadNext()) source->Add(message.senderId, shape);
+    }
+}
+
+void DrawingCanvasManager::PublishLocalDrawings() {
+    for (const auto& [streamId, source] : Sources()) {
+        const std::string localId = Connections_GetLocalUserStreamID(StreamType::Camera);
+        SendShapes(source->ShapesOf(localId), streamId, false);
+    }
+}
+
+void DrawingCanvasManager::RemoveStream(const std::string& streamId) {
+    SourceMap remaining;
+    std::shared_ptr<DrawingSource> removed;
+    {
+        const std::scoped_lock lock(sourcesMutex_);
+        if (const auto found = sources_.find(streamId); found != sources_.end()) {
+            removed = std::move(found->second);
+            sources_.erase(found);
+        }
+        remaining = sources_;
+    }
+    for (const auto& [id, source] : remaining) source->RemoveParticipant(streamId);
+}
+
+void DrawingCanvasManager::ClearAllSources() {
+    for (const auto& [streamId, source] : Sources()) source->ClearAll();
+}
+
+void DrawingCanvasManager::RemoveAllSources() {
+    SourceMap removed;
+    const std::scoped_lock lock(sourcesMutex_);
+    sources_.swap(removed);
+}
+
+std::shared_ptr<DrawingSource> DrawingCanvasManager::CurrentSource() {
+    const DrawingCanvas* const canvas = CurrentCanvas();
+    return canvas != nullptr ? canvas->Source() : nullptr;
+}
+
+DrawingCanvasManager::SourceMap DrawingCanvasManager::Sources() const {
+    const std::scoped_lock lock(sourcesMutex_);
+    return sources_;
+}
+
+}  // namespace Corvanta::Drawing

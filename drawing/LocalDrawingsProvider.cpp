@@ -1,0 +1,249 @@
+#include "drawing/LocalDrawingsProvider.h"
+
+#include <SDL_keycode.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "drawing/ControlId.h"
+#include "drawing/DrawToolSettings.h"
+#include "drawing/DrawingCanvas.h"
+#include "drawing/DrawingCanvasManager.h"
+#include "drawing/KeyToCharacter.h"
+#include "drawing/PointerMapping.h"
+#include "drawing/TextBox.h"
+#include "drawing/ToolShape.h"
+#include "platform/Connections.h"
+
+namespace Corvanta::Drawing {
+
+namespace {
+
+// What the view's pointer is to look like.
+constexpr int kArrowHint = 0;
+constexpr int kTextHint = 2;
+constexpr int kMoveHint = 3;
+
+std::string LocalId() {
+    return Connections_GetLocalUserStreamID(StreamType::Camera);
+}
+
+SDL_Point UnitsOf(const DrawingCanvas& canvas) {
+    return WholeUnits(canvas.CanvasWidth(), canvas.CanvasHeight());
+}
+
+std::optional<SDL_Point> PointOnCanvas(const DrawingCanvasManager& manager, const SDL_Point& position,
+                                       const SDL_Point& canvasSize) {
+    SDL_Rect videoArea{0, 0, 0, 0};
+    manager.VideoArea(&videoArea);
+    return MapToCanvas(position, videoArea, canvasSize);
+}
+
+void DragText(TextBox& text, const SDL_Point& point) {
+    const double x = text.x + point.x - text.lastPointer.x;
+    const double y = text.y + point.y - text.lastPointer.y;
+    text.SetStart(x, y);
+    text.lastPointer = point;
+}
+
+void LookForPointer(TextBox& text, const SDL_Point& point, const DrawingCanvas& canvas) {
+    const TextHit hit =
+        HitTestText(point, text.drawnRect, {canvas.TextureWidth(), canvas.TextureHeight()}, UnitsOf(canvas));
+    text.pointerInside = hit.inside;
+    text.pointerNearby = hit.nearby;
+    if (hit.inside || hit.nearby) text.lastPointer = point;
+}
+
+}  // namespace
+
+LocalDrawingsProvider::LocalDrawingsProvider(DrawingCanvasManager& manager) : manager_(manager) {
+    manager_.Input().Add(this);
+}
+
+LocalDrawingsProvider::~LocalDrawingsProvider() {
+    manager_.Input().Remove(this);
+}
+
+void LocalDrawingsProvider::OnMouseDown(const SDL_Point& position) {
+    DrawingCanvas* const canvas = toolState_.enabled ? manager_.CurrentCanvas() : nullptr;
+    if (canvas == nullptr) return;
+    const SDL_Point size = UnitsOf(*canvas);
+    const std::optional<SDL_Point> point = PointOnCanvas(manager_, position, size);
+    if (!point || !IsOnCanvas(*point, size)) {
+        if (OpenText() != nullptr) {
+            canvas->SetPreview(nullptr);
+            currentShape_ = nullptr;
+        }
+        return;
+    }
+    if (toolState_.selectedTool == DrawToolText && currentShape_ != nullptr) {
+        OnTextMouseDown();
+        return;
+    }
+    if (!BeginShape()) return;
+    currentShape_->SetStart(point->x, point->y);
+    canvas->SetPreview(currentShape_);
+    drawing_ = true;
+}
+
+void LocalDrawingsProvider::OnTextMouseDown() {
+    TextBox* const text = OpenText();
+    if (text == nullptr || text->pointerInside) return;
+    if (text->pointerNearby) {
+        text->state = TextBox::State::Moving;
+        drawing_ = true;
+    } else if (text->state == TextBox::State::Editing) {
+        text->state = TextBox::State::Finished;
+        drawing_ = true;
+    }
+}
+
+void LocalDrawingsProvider::OnMouseMove(const SDL_Point& position) {
+    DrawingCanvas* const canvas = currentShape_ != nullptr ? manager_.CurrentCanvas() : nullptr;
+    if (canvas == nullptr) return;
+    const SDL_Point size = UnitsOf(*canvas);
+    std::optional<SDL_Point> point = PointOnCanvas(manager_, position, size);
+    if (!point) return;
+    if (drawing_) {
+        *point = {std::clamp(point->x, 0, std::max(size.x, 0)), std::clamp(point->y, 0, std::max(size.y, 0))};
+        currentShape_->SetEnd(point->x, point->y);
+    }
+    if (TextBox* const text = OpenText()) {
+        if (text->state == TextBox::State::Moving) {
+            DragText(*text, *point);
+        } else {
+            LookForPointer(*text, *point, *canvas);
+        }
+    }
+}
+
+void LocalDrawingsProvider::OnMouseUp(const SDL_Point& /*position*/) {
+    if (!drawing_ || currentShape_ == nullptr || manager_.CurrentCanvas() == nullptr) return;
+    drawing_ = false;
+    if (toolState_.selectedTool != DrawToolText) {
+        FinishShape();
+        return;
+    }
+    TextBox* const text = OpenText();
+    if (text == nullptr) return;
+    if (text->state == TextBox::State::Moving) {
+        text->state = TextBox::State::Editing;
+    } else if (text->state == TextBox::State::Finished && !text->pointerInside) {
+        text->lastPointer = {0, 0};
+        FinishShape();
+    }
+}
+
+void LocalDrawingsProvider::OnKeyDown(int keycode) {
+    if (keycode == SDLK_LSHIFT) shiftDown_ = true;
+    if (keycode == SDLK_CAPSLOCK) capsLock_ = !capsLock_;
+}
+
+void LocalDrawingsProvider::OnKeyUp(int keycode) {
+    if (keycode == SDLK_LSHIFT) {
+        shiftDown_ = false;
+        return;
+    }
+    TextBox* const text = IsTextOpen() ? OpenText() : nullptr;
+    if (text == nullptr) return;
+    if (const char typed = KeyToCharacter(keycode, {.shift = shiftDown_, .capsLock = capsLock_})) {
+        text->text += typed;
+    } else if (keycode == SDLK_BACKSPACE && !text->text.empty()) {
+        text->text.pop_back();
+    } else {
+        return;
+    }
+    text->normalized = false;
+}
+
+void LocalDrawingsProvider::SetDrawToolState(const DrawToolState& state) {
+    StoreDrawToolSettings(state);
+    fontFamily_ = state.fontFamilyName != nullptr ? state.fontFamilyName : "";
+    toolState_ = state;
+    toolState_.fontFamilyName = nullptr;
+    if (TextBox* const text = OpenText()) ApplyTextTool(*text, toolState_, fontFamily_);
+}
+
+int LocalDrawingsProvider::CursorHint() const {
+    const TextBox* const text = OpenText();
+    if (text == nullptr) return kArrowHint;
+    if (text->pointerInside) return kTextHint;
+    return text->pointerNearby ? kMoveHint : kArrowHint;
+}
+
+bool LocalDrawingsProvider::IsTextOpen() const {
+    return toolState_.selectedTool == DrawToolText && OpenText() != nullptr;
+}
+
+void LocalDrawingsProvider::ClearCanvas(DrawingSource& source) {
+    if (!source.History().RecordClear()) return;
+    source.RemoveParticipant(LocalId());
+    manager_.SendShapes(source.History().VisibleShapes(), source.StreamId(), true);
+    Report(source);
+}
+
+void LocalDrawingsProvider::UndoCanvas(DrawingSource& source) {
+    if (!source.History().Undo()) return;
+    Refill(source);
+    Report(source);
+}
+
+void LocalDrawingsProvider::RedoCanvas(DrawingSource& source) {
+    int type = 0;
+    if (!source.History().Redo(type)) return;
+    const std::vector<std::shared_ptr<Shape>> visible = source.History().VisibleShapes();
+    if (type == DrawingAction::CreateShape::kType && !visible.empty()) {
+        source.Add(LocalId(), visible.back());
+        manager_.SendShape(visible.back(), source.StreamId(), false);
+    } else {
+        Refill(source);
+    }
+    Report(source);
+}
+
+void LocalDrawingsProvider::DeleteShape(const std::string& controlId, DrawingSource& source) {
+    if (!source.History().RecordDelete(controlId)) return;
+    Refill(source);
+    Report(source);
+}
+
+TextBox* LocalDrawingsProvider::OpenText() const {
+    return dynamic_cast<TextBox*>(currentShape_.get());
+}
+
+bool LocalDrawingsProvider::BeginShape() {
+    std::shared_ptr<Shape> shape = toolState_.enabled ? MakeToolShape(toolState_, fontFamily_) : nullptr;
+    if (shape == nullptr) return false;
+    currentShape_ = std::move(shape);
+    return true;
+}
+
+void LocalDrawingsProvider::FinishShape() {
+    DrawingCanvas* const canvas = manager_.CurrentCanvas();
+    const std::shared_ptr<DrawingSource> source = canvas != nullptr ? canvas->Source() : nullptr;
+    if (source != nullptr && !source->StreamId().empty()) {
+        currentShape_->controlId = GenerateControlId();
+        manager_.SendShape(currentShape_, source->StreamId(), false);
+        source->Add(LocalId(), currentShape_);
+        source->History().RecordCreate(currentShape_);
+        canvas->SetPreview(nullptr);
+        Report(*source);
+    }
+    currentShape_ = nullptr;
+}
+
+void LocalDrawingsProvider::Refill(DrawingSource& source) {
+    const std::string localId = LocalId();
+    source.RemoveParticipant(localId);
+    const std::vector<std::shared_ptr<Shape>> visible = source.History().VisibleShapes();
+    for (const std::shared_ptr<Shape>& shape : visible) source.Add(localId, shape);
+    manager_.SendShapes(visible, source.StreamId(), true);
+}
+
+void LocalDrawingsProvider::Report(DrawingSource& source) {
+    manager_.ReportHistoryState(source.History().CanUndo(), source.History().CanRedo());
+}
+
+}  // namespace Corvanta::Drawing

@@ -8,12 +8,16 @@
 
 #include <SDL.h>
 
+#include <cstddef>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_set>
 
+#include "drawing/CanvasGeometry.h"
 #include "drawing/Shape.h"
 #include "ui/LockOrder.h"
 
@@ -23,13 +27,25 @@ class DrawingSource;
 
 class DrawingCanvas {
 public:
+    // Shapes by their controlId, which does not change once a canvas has them.
+    struct HashOfId {
+        size_t operator()(const Shape* shape) const { return std::hash<std::string>{}(shape->controlId); }
+    };
+    struct SameId {
+        bool operator()(const Shape* left, const Shape* right) const {
+            return left->controlId == right->controlId;
+        }
+    };
+
     struct ParticipantResources {
         // The layer must be cleared before the next mark.
         bool needsClear = false;
         // In the layer already, and waiting to be drawn; oldest first.
         std::deque<std::shared_ptr<Shape>> drawnShapes;
         std::deque<std::shared_ptr<Shape>> pendingShapes;
-        // The layer; null until a mark needs it.
+        // All that are in the two. Asking it keeps a burst of shapes from being compared each with each.
+        std::unordered_set<const Shape*, HashOfId, SameId> ids;
+        // The layer; null until a mark needs it, and again when the last one has gone.
         SDL_Texture* texture = nullptr;
     };
 
@@ -47,7 +63,7 @@ public:
     // Size in pixels of the stream's frames; nothing for a size that is not positive. Touches no texture.
     void SetFrameSize(int width, int height);
     // Follows a change of the frame size: layers are made anew and all marks drawn again, at the same
-    // fractions of the picture. Next to nothing for the size it has.
+    // fractions of the picture. Layers stay where their own size does. Next to nothing for the size it has.
     void Resize(SDL_Renderer* renderer, int width, int height);
     // Draws what is new into the layers, then layers and preview over what the tile has just drawn.
     // sourceRect: the part of the video that the tile shows, empty for all of it.
@@ -62,14 +78,52 @@ public:
 
     // Null while it is attached to none, or its source has gone.
     [[nodiscard]] std::shared_ptr<DrawingSource> Source() const;
-    // For the source alone.
-    void SetSource(const std::shared_ptr<DrawingSource>& newSource);
+    // For the source alone. Returns the one that it had.
+    std::shared_ptr<DrawingSource> SetSource(const std::shared_ptr<DrawingSource>& newSource);
+    // For the source alone: the canvas is no longer attached to it. Nothing when it is attached to another.
+    void LeaveSource(const DrawingSource& oldSource);
 
     // The reference size in canvas units and the size of a layer in pixels; 0 before there is a frame size.
     [[nodiscard]] double CanvasWidth() const;
     [[nodiscard]] double CanvasHeight() const;
     [[nodiscard]] int TextureWidth() const;
     [[nodiscard]] int TextureHeight() const;
+
+private:
+    // Their callers hold mutex_.
+    void TakeFrameSize(int width, int height);
+    void TakeRenderer(SDL_Renderer* renderer);
+    void KeepLayerSize();
+    [[nodiscard]] SDL_Texture* MakeLayer() const;
+    // Brings the layer up to date. Whether there is something in it to be shown.
+    [[nodiscard]] bool UpdateLayer(ParticipantResources& resources) const;
+    void DrawShape(Shape& shape) const;
+    // Whether there is something in its texture to be shown.
+    [[nodiscard]] bool DrawPreview();
+    // The layers have taken over a finished shape, and one that was thrown away needs nothing more.
+    void ReleaseFormerPreview();
+    void ErasePreview(const std::string& localUserId);
+    void ReleaseTexturesOf(Shape& shape, SDL_Renderer* renderer) const;
+    void DropPreview(SDL_Renderer* renderer);
+
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::Canvas> mutex_;
+    // guards: all below but preview_
+    // In the order in which layers lie over each other.
+    std::map<std::string, ParticipantResources> participants_;
+    std::weak_ptr<DrawingSource> source_;
+    CanvasSize canvasSize_;
+    SDL_Point textureSize_{0, 0};
+    SDL_Point frameSize_{0, 0};
+    // On which the textures are, and their size.
+    SDL_Renderer* renderer_ = nullptr;
+    SDL_Point layerSize_{0, 0};
+    // The renderer's longest side of a texture; 0 when it does not say.
+    int maxSide_ = 0;
+    SDL_Texture* previewTexture_ = nullptr;
+    // The shape that the texture shows. It holds textures of its own, which must not outlive the renderer.
+    std::shared_ptr<Shape> drawnPreview_;
+    // Render thread.
+    std::shared_ptr<Shape> preview_;
 };
 
 }  // namespace Corvanta::Drawing

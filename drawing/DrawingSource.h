@@ -50,6 +50,12 @@ public:
 
 private:
     const std::string streamId_;
+    mutable UI::OrderedMutex<std::mutex, UI::LockRank::DrawingSource> mutex_;
+    // guards: entries_, canvases_
+    std::deque<Entry> entries_;
+    // Not owned.
+    std::set<DrawingCanvas*> canvases_;
+    // Render thread.
     DrawingHistory history_;
 };
 

@@ -37,6 +37,9 @@ thread_local constinit size_t firstCounted = 0;
         case LockRank::View: return "View";
         case LockRank::Grid: return "Grid";
         case LockRank::Tile: return "Tile";
+        case LockRank::Drawings: return "Drawings";
+        case LockRank::DrawingSource: return "DrawingSource";
+        case LockRank::Canvas: return "Canvas";
         case LockRank::Leaf: return "Leaf";
     }
     return "unknown";

@@ -12,6 +12,8 @@
 
 namespace Corvanta::Drawing {
 
+class PathTracer;
+
 class LinePath : public Shape {
 public:
     using Point = std::pair<double, double>;
@@ -49,6 +51,18 @@ public:
 protected:
     // The stroke without what belongs to a renderer.
     LinePath(const LinePath& other);
+
+private:
+    // A stroke that will not grow, without a texture of its own size.
+    void RenderFinished(SDL_Renderer* renderer, const PathTracer& tracer) const;
+    void RenderGrowing(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Point size);
+    // False when the texture cannot be drawn into.
+    [[nodiscard]] bool DrawCurve(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Texture* texture);
+    void DrawTail(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Texture* texture);
+
+    // Beyond these the textures are empty, and copying nothing would cost a frame much.
+    SDL_Rect strokeBox_{0, 0, 0, 0};
+    SDL_Rect tailBox_{0, 0, 0, 0};
 };
 
 }  // namespace Corvanta::Drawing

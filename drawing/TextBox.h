@@ -4,6 +4,7 @@
 
 #include <SDL.h>
 
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -59,6 +60,10 @@ public:
     // What the last hit test found: on the text, within the margin around it.
     bool pointerInside = false;
     bool pointerNearby = false;
+
+private:
+    // The text's picture for that renderer, made if there is none. Null when it cannot be had.
+    [[nodiscard]] SDL_Texture* FindTexture(SDL_Renderer* renderer, int64_t remaining, int fontHeight);
 };
 
 }  // namespace Corvanta::Drawing

@@ -1,0 +1,81 @@
+#include "drawing/Brush.h"
+
+#include <array>
+#include <cstdint>
+
+#include "drawing/StrokeGeometry.h"
+
+namespace Corvanta::Drawing {
+namespace {
+
+constexpr size_t kLeastControlPoints = 3;
+constexpr int kLeastSteps = 2;
+
+[[nodiscard]] bool IsSame(SDL_Point a, SDL_Point b) {
+    return a.x == b.x && a.y == b.y;
+}
+
+// The box around one pixel, ends included: it reaches further to the lower right.
+[[nodiscard]] SDL_Rect BoxAt(SDL_Point center, int width) {
+    return {center.x - width / 2, center.y - width / 2, width + width / 2 + 1, width + width / 2 + 1};
+}
+
+}  // namespace
+
+void Brush::ThickLine(SDL_Point from, SDL_Point to, int width) {
+    if (width < 1) return;
+    if (IsSame(from, to)) {
+        mask_.AddRect(BoxAt(from, width));
+    } else if (width == 1) {
+        thinLines_.emplace_back(from, to);
+    } else {
+        mask_.AddPolygon(ThickLineCorners(from, to, width));
+    }
+}
+
+void Brush::ThickBezier(std::span<const SDL_Point> control, int steps, int width) {
+    if (control.size() < kLeastControlPoints || steps < kLeastSteps || width < 1) return;
+    const int samples = static_cast<int>(control.size()) * steps + 1;
+    SDL_Point from = control.front();
+    Corners piece{};
+    bool hasPiece = false;
+    for (int i = 1; i <= samples; ++i) {
+        const SDL_Point to = BezierSample(control, steps, i);
+        if (IsSame(from, to)) continue;
+        if (width == 1) {
+            thinLines_.emplace_back(from, to);
+            return;
+        }
+        const Corners next = ThickLineCorners(from, to, width);
+        mask_.AddPolygon(next);
+        if (hasPiece) mask_.AddPolygon(Corners{piece[2], piece[3], next[0], next[1]});
+        piece = next;
+        hasPiece = true;
+        from = to;
+    }
+}
+
+void Brush::Draw(SDL_Renderer* renderer, const SDL_Color& color, SDL_Point offset) const {
+    std::vector<SDL_Rect> rectangles;
+    mask_.AppendRectangles(rectangles);
+    for (SDL_Rect& rectangle : rectangles) {
+        rectangle.x += offset.x;
+        rectangle.y += offset.y;
+    }
+    SDL_SetRenderDrawColor(renderer, color.r, color.g, color.b, color.a);
+    if (!rectangles.empty())
+        SDL_RenderFillRects(renderer, rectangles.data(), static_cast<int>(rectangles.size()));
+    for (const auto& [from, to] : thinLines_)
+        SDL_RenderDrawLine(renderer, from.x + offset.x, from.y + offset.y, to.x + offset.x, to.y + offset.y);
+}
+
+SDL_Rect Visible(SDL_Renderer* renderer, const SDL_Rect& rect) {
+    SDL_Rect viewport;
+    SDL_RenderGetViewport(renderer, &viewport);
+    viewport.x = 0;
+    viewport.y = 0;
+    SDL_Rect visible{0, 0, 0, 0};
+    return SDL_IntersectRect(&rect, &viewport, &visible) == SDL_TRUE ? visible : SDL_Rect{0, 0, 0, 0};
+}
+
+}  // namespace Corvanta::Drawing

@@ -1,0 +1,256 @@
+#include "drawing/CoverageMask.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+#include <utility>
+
+namespace Corvanta::Drawing {
+namespace {
+
+constexpr int kWordBits = 64;
+constexpr int64_t kOne = 65536;
+constexpr size_t kUsualCorners = 4;
+
+// The pixel nearest to a place in 1/65536.
+[[nodiscard]] int64_t Round(int64_t place) {
+    return (place + kOne / 2) >> 16U;
+}
+
+// A run of covered pixels, its end excluded, and the row in which it began.
+struct Run {
+    int from = 0;
+    int to = 0;
+    int top = 0;
+};
+
+}  // namespace
+
+// One side of a polygon, walked downwards. Where it crosses row y is
+// ((65536 * (y - y1)) / (y2 - y1)) * (x2 - x1) + 65536 * x1 with an integer division, taken here without one.
+struct CoverageMask::Edge {
+    Edge() = default;
+    // upper.y is less than lower.y.
+    Edge(SDL_Point upper, SDL_Point lower, int lowestRow)
+        : top(upper.y),
+          last(lower.y == lowestRow ? lower.y : lower.y - 1),
+          x(kOne * upper.x),
+          width(lower.x - upper.x),
+          height(static_cast<uint32_t>(lower.y - upper.y)),
+          step(static_cast<int64_t>(static_cast<uint32_t>(kOne) / height) * width),
+          rest(static_cast<uint32_t>(kOne) % height) {}
+
+    void Skip(int rows) {
+        const int64_t part = kOne * rows;
+        x += part / height * width;
+        sum = static_cast<uint32_t>(part % height);
+    }
+    // The crossing of the row, and on to the next.
+    int64_t Next() {
+        const int64_t crossing = x;
+        x += step;
+        sum += rest;
+        if (sum >= height) {
+            sum -= height;
+            x += width;
+        }
+        return crossing;
+    }
+
+    // Rows that it crosses, both included.
+    int top = 0;
+    int last = -1;
+    // In 1/65536, at the row to come.
+    int64_t x = 0;
+    int width = 0;
+    uint32_t height = 1;
+    int64_t step = 0;
+    uint32_t rest = 0;
+    uint32_t sum = 0;
+};
+
+CoverageMask::CoverageMask(const SDL_Rect& bounds) {
+    if (SDL_RectEmpty(&bounds) == SDL_TRUE) return;
+    bounds_ = bounds;
+    stride_ = (static_cast<size_t>(bounds.w) + kWordBits - 1) / kWordBits;
+    words_.resize(stride_ * static_cast<size_t>(bounds.h));
+}
+
+void CoverageMask::AddSpan(Word* row, int64_t from, int64_t to) {
+    if (from > to) std::swap(from, to);
+    from = std::max<int64_t>(from - bounds_.x, 0);
+    to = std::min<int64_t>(to - bounds_.x, bounds_.w - 1);
+    if (from > to) return;
+    Word* word = row + from / kWordBits;
+    Word* const lastWord = row + to / kWordBits;
+    const Word first = ~Word{0} << (static_cast<unsigned>(from) % kWordBits);
+    const Word last = ~Word{0} >> (kWordBits - 1 - static_cast<unsigned>(to) % kWordBits);
+    if (word == lastWord) {
+        *word |= first & last;
+        return;
+    }
+    *word |= first;
+    while (++word != lastWord) *word = ~Word{0};
+    *word |= last;
+}
+
+void CoverageMask::AddSpanAt(int y, int from, int to) {
+    if (y >= bounds_.y && y < bounds_.y + bounds_.h) AddSpan(Row(y), from, to);
+}
+
+void CoverageMask::AddRect(const SDL_Rect& rect) {
+    SDL_Rect inside;
+    if (SDL_IntersectRect(&rect, &bounds_, &inside) == SDL_FALSE) return;
+    for (int y = inside.y; y < inside.y + inside.h; ++y) AddSpan(Row(y), inside.x, inside.x + inside.w - 1);
+}
+
+void CoverageMask::AddCircle(int x, int y, int radius) {
+    if (radius < 0) return;
+    if (radius == 0) {
+        AddSpanAt(y, x, x);
+        return;
+    }
+    const auto addRows = [&](int distance, int half) {
+        AddSpanAt(y + distance, x - half, x + half);
+        if (distance > 0) AddSpanAt(y - distance, x - half, x + half);
+    };
+    int across = 0;
+    int down = radius;
+    int lastDown = -1;
+    int decision = 1 - radius;
+    int stepAcross = 3;
+    int stepBoth = 5 - 2 * radius;
+    do {
+        if (lastDown != down) addRows(down, across);
+        lastDown = down;
+        if (across != down) addRows(across, down);
+        if (decision < 0) {
+            decision += stepAcross;
+            stepBoth += 2;
+        } else {
+            decision += stepBoth;
+            stepBoth += 4;
+            --down;
+        }
+        stepAcross += 2;
+        ++across;
+    } while (across <= down);
+}
+
+void CoverageMask::AddPolygon(std::span<const SDL_Point> corners) {
+    if (corners.size() < 3 || words_.empty()) return;
+    const auto [highest, lowest] = std::minmax_element(
+        corners.begin(), corners.end(), [](const SDL_Point& a, const SDL_Point& b) { return a.y < b.y; });
+    const int firstRow = std::max(highest->y, bounds_.y);
+    const int lastRow = std::min(lowest->y, bounds_.y + bounds_.h - 1);
+    if (firstRow > lastRow) return;
+
+    std::array<Edge, kUsualCorners> few;
+    std::vector<Edge> many(corners.size() > few.size() ? corners.size() : 0);
+    std::array<Edge*, kUsualCorners> fewActive{};
+    std::vector<Edge*> manyActive(many.size());
+    Edge* const edges = many.empty() ? few.data() : many.data();
+    Edge** const active = many.empty() ? fewActive.data() : manyActive.data();
+
+    size_t count = 0;
+    SDL_Point from = corners.back();
+    for (const SDL_Point& to : corners) {
+        if (from.y != to.y) {
+            Edge edge = from.y < to.y ? Edge(from, to, lowest->y) : Edge(to, from, lowest->y);
+            if (edge.last >= firstRow && edge.top <= lastRow) {
+                if (edge.top < firstRow) edge.Skip(firstRow - edge.top);
+                edges[count++] = edge;
+            }
+        }
+        from = to;
+    }
+    // From band to band, in each of which the same edges cross every row.
+    for (int y = firstRow; y <= lastRow;) {
+        int until = lastRow;
+        size_t activeCount = 0;
+        for (Edge* edge = edges; edge != edges + count; ++edge) {
+            if (edge->last < y) continue;
+            if (edge->top > y) {
+                until = std::min(until, edge->top - 1);
+            } else {
+                until = std::min(until, edge->last);
+                active[activeCount++] = edge;
+            }
+        }
+        AddRowsBetween({active, activeCount}, y, until);
+        y = until + 1;
+    }
+}
+
+void CoverageMask::AddRowsBetween(std::span<Edge* const> edges, int top, int last) {
+    Word* row = Row(top);
+    if (edges.size() == 2) {
+        Edge left = *edges[0];
+        Edge right = *edges[1];
+        for (int y = top; y <= last; ++y, row += stride_) {
+            const int64_t a = left.Next();
+            const int64_t b = right.Next();
+            AddSpan(row, Round(std::min(a, b) + 1), Round(std::max(a, b) - 1));
+        }
+        *edges[0] = left;
+        *edges[1] = right;
+        return;
+    }
+    std::array<int64_t, kUsualCorners> few{};
+    std::vector<int64_t> many(edges.size() > few.size() ? edges.size() : 0);
+    int64_t* const crossings = many.empty() ? few.data() : many.data();
+    for (int y = top; y <= last; ++y, row += stride_) {
+        for (size_t i = 0; i < edges.size(); ++i) crossings[i] = edges[i]->Next();
+        std::sort(crossings, crossings + edges.size());
+        for (size_t i = 0; i + 1 < edges.size(); i += 2)
+            AddSpan(row, Round(crossings[i] + 1), Round(crossings[i + 1] - 1));
+    }
+}
+
+void CoverageMask::AppendRectangles(std::vector<SDL_Rect>& rectangles) const {
+    std::vector<Run> open;
+    std::vector<Run> runs;
+    const auto close = [&](const Run& run, int y) {
+        rectangles.push_back({run.from, run.top, run.to - run.from, y - run.top});
+    };
+    const int end = bounds_.y + bounds_.h;
+    for (int y = bounds_.y; y < end; ++y) {
+        const Word* const row = words_.data() + static_cast<size_t>(y - bounds_.y) * stride_;
+        if (y > bounds_.y && std::memcmp(row, row - stride_, stride_ * sizeof(Word)) == 0) continue;
+        runs.clear();
+        Word before = 0;
+        bool inside = false;
+        int base = bounds_.x;
+        for (size_t i = 0; i < stride_; ++i, base += kWordBits) {
+            // Set where a pixel differs from the one before it.
+            Word changes = row[i] ^ (row[i] << 1U | before);
+            before = row[i] >> (kWordBits - 1U);
+            for (; changes != 0; changes &= changes - 1) {
+                const int x = base + std::countr_zero(changes);
+                if (inside) {
+                    runs.back().to = x;
+                } else {
+                    runs.push_back({x, bounds_.x + bounds_.w, y});
+                }
+                inside = !inside;
+            }
+        }
+        auto next = open.begin();
+        for (Run& run : runs) {
+            for (; next != open.end() && next->from < run.from; ++next) close(*next, y);
+            if (next == open.end() || next->from != run.from) continue;
+            if (next->to == run.to) {
+                run.top = next->top;
+            } else {
+                close(*next, y);
+            }
+            ++next;
+        }
+        for (; next != open.end(); ++next) close(*next, y);
+        std::swap(open, runs);
+    }
+    for (const Run& run : open) close(run, end);
+}
+
+}  // namespace Corvanta::Drawing

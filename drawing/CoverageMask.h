@@ -1,0 +1,48 @@
+// Which pixels of a rectangle several primitives cover together, one bit each, and the union as rectangles,
+// so that a stroke of a thousand pieces is drawn by one call. The rows of each primitive are those of
+// SDL2_gfx's primitive of that name. A plain value; any thread.
+#pragma once
+
+#include <SDL.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace Corvanta::Drawing {
+
+class CoverageMask final {
+public:
+    // Whatever lies outside of the bounds is left out. Empty bounds hold nothing.
+    explicit CoverageMask(const SDL_Rect& bounds);
+
+    [[nodiscard]] const SDL_Rect& Bounds() const { return bounds_; }
+
+    void AddRect(const SDL_Rect& rect);
+    // Centre and radius of 16 bits. A radius below 0 is nothing, 0 a pixel.
+    void AddCircle(int x, int y, int radius);
+    // Corners of 16 bits or little more. Fewer than three are nothing.
+    void AddPolygon(std::span<const SDL_Point> corners);
+
+    // Appends rectangles that cover the same pixels, none twice. Runs that stay the same from row to row are
+    // one rectangle.
+    void AppendRectangles(std::vector<SDL_Rect>& rectangles) const;
+
+private:
+    using Word = uint64_t;
+    struct Edge;
+
+    // Both ends included, in either order; the row is within the bounds.
+    void AddSpan(Word* row, int64_t from, int64_t to);
+    void AddSpanAt(int y, int from, int to);
+    void AddRowsBetween(std::span<Edge* const> edges, int top, int last);
+    [[nodiscard]] Word* Row(int y) { return words_.data() + static_cast<size_t>(y - bounds_.y) * stride_; }
+
+    SDL_Rect bounds_{0, 0, 0, 0};
+    // Words to a row.
+    size_t stride_ = 0;
+    std::vector<Word> words_;
+};
+
+}  // namespace Corvanta::Drawing

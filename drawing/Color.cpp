@@ -77,12 +77,13 @@ public:
     [[nodiscard]] bool Fraction(float& value) {
         SkipSpace();
         const bool isNegative = TakeSign();
-        if (rest_.starts_with('-')) return false;
         auto format = std::chars_format::general;
         if (StartsAsHexadecimal()) {
             rest_.remove_prefix(2);
             format = std::chars_format::hex;
         }
+        // A second sign, which from_chars would take.
+        if (rest_.starts_with('-')) return false;
         const char* const end = rest_.data() + rest_.size();
         const auto result = std::from_chars(rest_.data(), end, value, format);
         if (result.ec == std::errc::result_out_of_range) {

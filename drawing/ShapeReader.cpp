@@ -39,7 +39,7 @@ constexpr ReadableClass kClasses[] = {
 
 std::shared_ptr<Shape> ReadShape(nlohmann::json&& element) {
     const std::string className = TakeText(element.at("className"));
-    const nlohmann::json data = std::move(element.at("data"));
+    const nlohmann::json& data = element.at("data");
     const auto* const found =
         std::find_if(std::begin(kClasses), std::end(kClasses),
                      [&className](const ReadableClass& candidate) { return candidate.name == className; });

@@ -155,6 +155,23 @@ TEST(BroadcastMessage, RefusesWhatIsNoMessage) {
     }
 }
 
+TEST(BroadcastMessage, RefusesBytesThatAreNoUtf8AndNumbersThatAreTooLarge) {
+    EXPECT_EQ(ThrownBy([] { return BroadcastMessage::Open("{\"type\":\"a\xFF\"}"); }).substr(0, 15),
+              "parse_error 101");
+    EXPECT_EQ(ThrownBy([] { return BroadcastMessage::Open(R"({"type":1e999})"); }).substr(0, 16),
+              "out_of_range 406");
+}
+
+TEST(BroadcastMessage, ReadsNestingOfAnyDepth) {
+    constexpr size_t kDepth = 100'000;
+    const std::string deep = std::string(kDepth, '[') + std::string(kDepth, ']');
+    BroadcastMessage message = Opened(MessageOfShapes({deep, kLine}));
+    message.ReadBody();
+    EXPECT_EQ(ThrownBy([&message] { return message.ReadNext(); }),
+              "type_error 304: cannot use at() with array");
+    EXPECT_NE(message.ReadNext(), nullptr);
+}
+
 TEST(BroadcastMessage, RefusesAMessageWithoutAGoodStream) {
     EXPECT_EQ(ThrownBy([] { return BroadcastMessage::Open(R"({"type":"draw-canvas-broadcast"})"); }),
               "out_of_range 403: key 'streamId' not found");

@@ -242,6 +242,19 @@ TEST(ShapeWire, ReadsAText) {
     EXPECT_EQ(box->controlId, "abc");
 }
 
+TEST(ShapeWire, KeepsEveryByteOfATextThroughTheTrip) {
+    std::string bytes;
+    for (char byte = 0; byte < 127; ++byte) bytes += byte;
+    bytes += "\x7F\u00FC\u20AC\U0001F600";
+    TextBox box;
+    box.text = bytes;
+    box.fontSize = 24;
+    box.controlId = bytes;
+    const auto read = std::dynamic_pointer_cast<TextBox>(ReadShape(json::parse(box.ToJson().dump())));
+    EXPECT_EQ(read->text, bytes);
+    EXPECT_EQ(read->controlId, bytes);
+}
+
 TEST(ShapeWire, LeavesTheStrokeWidthOfATextUnread) {
     EXPECT_EQ(TextBox(DataWith(kText, "strokeWidth", "7")).strokeWidth, 0U);
     EXPECT_EQ(TextBox(DataWith(kText, "strokeWidth", R"("wide")")).strokeWidth, 0U);

@@ -30,6 +30,7 @@ void SdlRecorder::Reset() {
     planarHdrTextures_ = false;
     hdrRendererFlag_ = false;
     renderDrivers_.clear();
+    textureSideLimit_ = 0;
     replacesForeignWindows_ = false;
 }
 
@@ -87,6 +88,16 @@ void SdlRecorder::SetRenderDrivers(std::vector<std::string> names) {
 std::optional<std::vector<std::string>> SdlRecorder::RenderDrivers() const {
     const std::lock_guard lock(mutex_);
     return renderDrivers_.empty() ? std::nullopt : std::optional(renderDrivers_);
+}
+
+void SdlRecorder::LimitTextureSides(int limit) {
+    const std::lock_guard lock(mutex_);
+    textureSideLimit_ = limit;
+}
+
+int SdlRecorder::TextureSideLimit() const {
+    const std::lock_guard lock(mutex_);
+    return textureSideLimit_;
 }
 
 void SdlRecorder::ReplaceForeignWindows(bool replace) {

@@ -42,6 +42,8 @@ public:
     // Names of the render drivers that SDL is to have. Renderers are then made by any driver. Empty: the true
     // ones.
     void SetRenderDrivers(std::vector<std::string> names);
+    // Renderers say that the sides of their textures are at most that long. 0: what they say themselves.
+    void LimitTextureSides(int limit);
     // SDL_CreateWindowFrom makes a hidden window of its own instead of asking for the host's: with the video
     // driver "dummy" a view can then be opened without any display.
     void ReplaceForeignWindows(bool replace);
@@ -56,6 +58,7 @@ public:
     [[nodiscard]] Uint32 FormatToMake(Uint32 asked) const;
     [[nodiscard]] Uint32 FlagsToPass(Uint32 asked) const;
     [[nodiscard]] std::optional<std::vector<std::string>> RenderDrivers() const;
+    [[nodiscard]] int TextureSideLimit() const;
     [[nodiscard]] bool ReplacesForeignWindows() const;
     void AddTexture(SDL_Renderer* renderer, SDL_Texture* texture, Uint32 askedFormat);
     void RemoveTexture(SDL_Texture* texture);
@@ -77,6 +80,7 @@ private:
     bool planarHdrTextures_ = false;
     bool hdrRendererFlag_ = false;
     std::vector<std::string> renderDrivers_;
+    int textureSideLimit_ = 0;
     bool replacesForeignWindows_ = false;
     std::map<SDL_Texture*, TextureRecord> textures_;
     std::vector<SDL_Renderer*> renderers_;

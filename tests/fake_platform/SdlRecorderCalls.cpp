@@ -200,6 +200,17 @@ int SDL_GetRenderDriverInfo(int index, SDL_RendererInfo* info) {
     return 0;
 }
 
+int SDL_GetRendererInfo(SDL_Renderer* renderer, SDL_RendererInfo* info) {
+    static const auto real = Next(&SDL_GetRendererInfo, "SDL_GetRendererInfo");
+    const int result = real(renderer, info);
+    const int limit = Sdl().TextureSideLimit();
+    if (result == 0 && limit > 0) {
+        info->max_texture_width = limit;
+        info->max_texture_height = limit;
+    }
+    return result;
+}
+
 SDL_Renderer* SDL_CreateRenderer(SDL_Window* window, int index, Uint32 flags) {
     static const auto real = Next(&SDL_CreateRenderer, "SDL_CreateRenderer");
     Record("SDL_CreateRenderer", window, index, flags);

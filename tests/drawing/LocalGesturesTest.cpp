@@ -1,0 +1,494 @@
+// What the local user's pointer draws.
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <limits>
+
+#include "drawing/Ellipse.h"
+#include "drawing/ErasedLinePath.h"
+#include "drawing/Line.h"
+#include "drawing/LinePath.h"
+#include "drawing/Rectangle.h"
+#include "drawing/ToolShape.h"
+#include "tests/drawing/LocalUser.h"
+#include "tests/fake_platform/PixelReader.h"
+
+namespace Corvanta::Drawing {
+namespace {
+
+using Testing::ButtonDown;
+using Testing::ButtonUp;
+using ::testing::ElementsAre;
+using Testing::Fake;
+using Testing::FakeResults;
+using ::testing::IsEmpty;
+using Testing::Motion;
+using ::testing::Pair;
+using Testing::PixelReader;
+using ::testing::SizeIs;
+
+const Color kPrimary(0xE8, 0x5C, 0x41, 0xFF);
+const Color kSecondary(0xFF, 0xFF, 0xFF, 0xFF);
+
+class LocalGestures : public Testing::LocalUserTest {
+protected:
+    // Whether anything is drawn over a black picture.
+    bool ShowsAnything() {
+        reader_.Fill(0xFF000000);
+        canvas.Render(reader_.Renderer(), {0, 0, 0, 0}, {0, 0, 128, 72});
+        const Testing::Picture picture = reader_.Read();
+        return std::any_of(picture.pixels.begin(), picture.pixels.end(),
+                           [](uint32_t pixel) { return pixel != 0xFF000000; });
+    }
+    ~LocalGestures() override { canvas.ReleaseResources(reader_.Renderer()); }
+
+private:
+    PixelReader reader_{128, 72};
+};
+
+class ToolShapes : public ::testing::Test {
+protected:
+    template <typename ShapeClass>
+    ShapeClass& Make(DrawToolState state) {
+        shape_ = MakeToolShape(state, "Georgia");
+        return dynamic_cast<ShapeClass&>(*shape_);
+    }
+    template <typename ShapeClass>
+    ShapeClass& Make(uint32_t tool) {
+        return Make<ShapeClass>(Testing::ToolState(tool));
+    }
+    static uint32_t StrokeWidthFor(double width) {
+        DrawToolState state = Testing::ToolState(DrawToolPencil);
+        state.pencilStrokeWidth = width;
+        return MakeToolShape(state, "")->strokeWidth;
+    }
+
+private:
+    std::shared_ptr<Shape> shape_;
+};
+
+TEST_F(ToolShapes, ArePencilStrokesInThePrimaryColour) {
+    DrawToolState state = Testing::ToolState(DrawToolPencil);
+    state.pencilStrokeWidth = 7.9;
+    const auto& stroke = Make<LinePath>(state);
+    EXPECT_EQ(stroke.color, kPrimary);
+    EXPECT_EQ(stroke.strokeWidth, 7U);
+    EXPECT_EQ(dynamic_cast<const ErasedLinePath*>(&stroke), nullptr);
+    EXPECT_THAT(stroke.controlId, IsEmpty());
+}
+
+TEST_F(ToolShapes, AreSolidLines) {
+    DrawToolState state = Testing::ToolState(DrawToolLine);
+    state.shapeStrokeWidth = 3.9;
+    const auto& line = Make<Line>(state);
+    EXPECT_EQ(line.color, kPrimary);
+    EXPECT_EQ(line.strokeWidth, 3U);
+    EXPECT_EQ(line.dash, 0U);
+    EXPECT_FALSE(line.arrow);
+}
+
+TEST_F(ToolShapes, AreArrows) {
+    const auto& line = Make<Line>(DrawToolArrow);
+    EXPECT_EQ(line.color, kPrimary);
+    EXPECT_EQ(line.strokeWidth, 20U);
+    EXPECT_EQ(line.dash, 0U);
+    EXPECT_TRUE(line.arrow);
+}
+
+TEST_F(ToolShapes, AreDashedLinesWithDashesOfTwiceTheWidth) {
+    DrawToolState state = Testing::ToolState(DrawToolDashedLine);
+    state.shapeStrokeWidth = 3.9;
+    const auto& line = Make<Line>(state);
+    EXPECT_EQ(line.color, kPrimary);
+    EXPECT_EQ(line.strokeWidth, 3U);
+    EXPECT_EQ(line.dash, 7U);
+    EXPECT_FALSE(line.arrow);
+}
+
+TEST_F(ToolShapes, AreEllipsesFilledInTheSecondaryColour) {
+    const auto& ellipse = Make<Ellipse>(DrawToolEllipse);
+    EXPECT_EQ(ellipse.strokeColor, kPrimary);
+    EXPECT_EQ(ellipse.fillColor, kSecondary);
+    EXPECT_EQ(ellipse.strokeWidth, 20U);
+}
+
+TEST_F(ToolShapes, AreRectanglesFilledInTheSecondaryColour) {
+    const auto& rectangle = Make<Rectangle>(DrawToolRectangle);
+    EXPECT_EQ(rectangle.strokeColor, kPrimary);
+    EXPECT_EQ(rectangle.fillColor, kSecondary);
+    EXPECT_EQ(rectangle.strokeWidth, 20U);
+}
+
+TEST_F(ToolShapes, AreEmptyTextsOpenForTyping) {
+    DrawToolState state = Testing::ToolState(DrawToolText);
+    state.fontSize = 40.5;
+    state.useBoldFont = true;
+    const auto& text = Make<TextBox>(state);
+    EXPECT_THAT(text.text, IsEmpty());
+    EXPECT_EQ(text.state, TextBox::State::Editing);
+    EXPECT_EQ(text.fontFamily, "Georgia");
+    EXPECT_EQ(text.fontSize, 40.5);
+    EXPECT_EQ(text.fontStyle, 1);
+    EXPECT_EQ(text.color, kPrimary);
+    EXPECT_EQ(text.strokeWidth, 0U);
+}
+
+TEST_F(ToolShapes, TakeItalicsForTexts) {
+    DrawToolState state = Testing::ToolState(DrawToolText);
+    state.useItalicizedFont = true;
+    EXPECT_EQ(Make<TextBox>(state).fontStyle, 2);
+    state.useBoldFont = true;
+    EXPECT_EQ(Make<TextBox>(state).fontStyle, 3);
+}
+
+TEST_F(ToolShapes, AreEraserStrokes) {
+    DrawToolState state = Testing::ToolState(DrawToolEraser);
+    state.eraserStrokeWidth = 33.3;
+    EXPECT_EQ(Make<ErasedLinePath>(state).strokeWidth, 33U);
+}
+
+TEST_F(ToolShapes, AreNoneForAToolAboveSeven) {
+    EXPECT_EQ(MakeToolShape(Testing::ToolState(8), "Arial"), nullptr);
+    EXPECT_EQ(MakeToolShape(Testing::ToolState(0xFFFFFFFF), "Arial"), nullptr);
+}
+
+TEST_F(ToolShapes, KeepTheLowBitsOfAWidthThatNoStrokeHas) {
+    EXPECT_EQ(StrokeWidthFor(0), 0U);
+    EXPECT_EQ(StrokeWidthFor(0.9), 0U);
+    EXPECT_EQ(StrokeWidthFor(70000), 70000U);
+    EXPECT_EQ(StrokeWidthFor(-1.5), 0xFFFFFFFFU);
+    EXPECT_EQ(StrokeWidthFor(4294967295.0), 0xFFFFFFFFU);
+    EXPECT_EQ(StrokeWidthFor(4294967298.0), 2U);
+    EXPECT_EQ(StrokeWidthFor(1e308), 0U);
+    EXPECT_EQ(StrokeWidthFor(-1e308), 0U);
+    EXPECT_EQ(StrokeWidthFor(std::numeric_limits<double>::quiet_NaN()), 0U);
+    EXPECT_EQ(StrokeWidthFor(std::numeric_limits<double>::infinity()), 0U);
+}
+
+TEST_F(LocalGestures, GoFromThePressToTheLastMotion) {
+    Choose(DrawToolLine);
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    MoveTo({600, 400});
+    const auto& line = CurrentAs<Line>();
+    EXPECT_EQ(line.x1, 100);
+    EXPECT_EQ(line.y1, 200);
+    EXPECT_EQ(line.x2, 600);
+    EXPECT_EQ(line.y2, 400);
+}
+
+TEST_F(LocalGestures, AddEachMotionToAStroke) {
+    PressAt({100, 200});
+    MoveTo({110, 210});
+    MoveTo({130, 220});
+    EXPECT_THAT(CurrentAs<LinePath>().points, ElementsAre(Pair(100, 200), Pair(110, 210), Pair(130, 220)));
+}
+
+TEST_F(LocalGestures, AreSeenByTheLocalUserAloneWhileTheyLast) {
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    EXPECT_TRUE(ShowsAnything());
+    EXPECT_THAT(Sent(), IsEmpty());
+    EXPECT_THAT(OwnShapes(), IsEmpty());
+    EXPECT_THAT(surface.reports, IsEmpty());
+}
+
+TEST_F(LocalGestures, SendTheShapeOnceAtTheirEnd) {
+    Choose(DrawToolRectangle);
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    const std::shared_ptr<Shape> shape = Current();
+    Release();
+    EXPECT_EQ(Current(), nullptr);
+    EXPECT_THAT(shape->controlId, SizeIs(15));
+    ASSERT_THAT(Sent(), SizeIs(1));
+    const nlohmann::json expected{
+        {"type", "draw-canvas-broadcast"},
+        {"streamId", "stream"},
+        {"message", {{"clearCanvas", false}, {"shapes", nlohmann::json::array({shape->ToJson()})}}}};
+    EXPECT_EQ(SentTexts().front(), expected.dump());
+}
+
+TEST_F(LocalGestures, FileTheShapeUnderTheLocalUser) {
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    const std::shared_ptr<Shape> shape = Current();
+    Release();
+    EXPECT_THAT(OwnShapes(), ElementsAre(shape));
+    EXPECT_THAT(source->History().VisibleShapes(), ElementsAre(shape));
+    EXPECT_THAT(surface.reports, ElementsAre(Pair(true, false)));
+}
+
+TEST_F(LocalGestures, SendTheShapeBeforeItsOwnLayerHasIt) {
+    size_t shapesAtSending = 99;
+    Fake().OnCall("MediaManager_SendDatachannelMessage",
+                  [&](const auto&) { shapesAtSending = OwnShapes().size(); });
+    Drag({100, 200}, {500, 300});
+    EXPECT_EQ(shapesAtSending, 0U);
+}
+
+TEST_F(LocalGestures, AskForTheLocalUsersCameraStream) {
+    Drag({100, 200}, {500, 300});
+    const auto calls = Fake().CallsOf("Connections_GetLocalUserStreamID");
+    ASSERT_THAT(calls, SizeIs(1));
+    EXPECT_THAT(calls.front().arguments, ElementsAre("0"));
+}
+
+TEST_F(LocalGestures, EndTheirPreview) {
+    Drag({100, 200}, {500, 300});
+    EXPECT_TRUE(ShowsAnything());
+    source->RemoveParticipant("me");
+    EXPECT_FALSE(ShowsAnything());
+}
+
+TEST_F(LocalGestures, GiveEachShapeItsOwnId) {
+    Drag({100, 200}, {500, 300});
+    Drag({100, 200}, {500, 300});
+    ASSERT_THAT(OwnShapes(), SizeIs(2));
+    EXPECT_NE(OwnShapes()[0]->controlId, OwnShapes()[1]->controlId);
+}
+
+TEST_F(LocalGestures, MakeNoShapeWhileTheToolIsOff) {
+    DrawToolState state = Testing::ToolState(DrawToolPencil);
+    state.enabled = false;
+    manager.SetDrawToolState(state);
+    Drag({100, 200}, {500, 300});
+    EXPECT_EQ(Current(), nullptr);
+    EXPECT_THAT(OwnShapes(), IsEmpty());
+}
+
+TEST_F(LocalGestures, MakeNoShapeBeforeTheHostHasSetATool) {
+    DrawingCanvasManager fresh(&surface);
+    fresh.Input().Dispatch(Motion({300, 200}));
+    fresh.Input().Dispatch(ButtonDown());
+    EXPECT_EQ(fresh.LocalDrawings().CurrentShape(), nullptr);
+    EXPECT_FALSE(fresh.IsToolEnabled());
+    EXPECT_EQ(fresh.LocalDrawings().ToolState().selectedTool, 0U);
+}
+
+TEST_F(LocalGestures, MakeNoShapeWithAToolAboveSeven) {
+    Choose(8);
+    Drag({100, 200}, {500, 300});
+    EXPECT_EQ(Current(), nullptr);
+    EXPECT_THAT(Sent(), IsEmpty());
+}
+
+TEST_F(LocalGestures, KeepTheShapeInProgressWithAToolAboveSeven) {
+    PressAt({100, 200});
+    const std::shared_ptr<Shape> stroke = Current();
+    Choose(8);
+    PressAt({500, 300});
+    EXPECT_EQ(Current(), stroke);
+    EXPECT_THAT(CurrentAs<LinePath>().points, SizeIs(2));
+}
+
+TEST_F(LocalGestures, GoOnAfterTheToolWasSwitchedOff) {
+    PressAt({100, 200});
+    DrawToolState state = Testing::ToolState(DrawToolPencil);
+    state.enabled = false;
+    manager.SetDrawToolState(state);
+    MoveTo({500, 300});
+    Release();
+    EXPECT_THAT(OwnShapes(), SizeIs(1));
+}
+
+TEST_F(LocalGestures, NeedACanvas) {
+    surface.canvas = nullptr;
+    Drag({100, 200}, {500, 300});
+    EXPECT_EQ(Current(), nullptr);
+}
+
+TEST_F(LocalGestures, WaitForTheCanvasThatWentMeanwhile) {
+    PressAt({100, 200});
+    surface.canvas = nullptr;
+    MoveTo({500, 300});
+    Release();
+    EXPECT_THAT(CurrentAs<LinePath>().points, SizeIs(1));
+    surface.canvas = &canvas;
+    Release();
+    EXPECT_THAT(OwnShapes(), SizeIs(1));
+}
+
+TEST_F(LocalGestures, BeginAtTheNearEdgesButNotAtTheFarOnes) {
+    PressAt({1280, 100});
+    EXPECT_EQ(Current(), nullptr);
+    PressAt({100, 720});
+    EXPECT_EQ(Current(), nullptr);
+    PressAt({-2, 100});
+    EXPECT_EQ(Current(), nullptr);
+    PressAt({100, -2});
+    EXPECT_EQ(Current(), nullptr);
+    PressAt({0, 0});
+    EXPECT_NE(Current(), nullptr);
+    Release();
+    PressAt({1278, 718});
+    EXPECT_NE(Current(), nullptr);
+}
+
+TEST_F(LocalGestures, DoNotBeginOnAVideoWithoutSize) {
+    surface.area = {100, 50, 0, 0};
+    PressAt({0, 0});
+    EXPECT_EQ(Current(), nullptr);
+}
+
+TEST_F(LocalGestures, StandStillOnAVideoWithoutSize) {
+    PressAt({100, 200});
+    surface.area = {100, 50, 0, 360};
+    MoveTo({500, 300});
+    EXPECT_THAT(CurrentAs<LinePath>().points, SizeIs(1));
+}
+
+TEST_F(LocalGestures, DoNotBeginOnACanvasWithoutSize) {
+    DrawingCanvas unsized;
+    manager.AttachCanvas("stream", &unsized);
+    surface.canvas = &unsized;
+    PressAt({0, 0});
+    EXPECT_EQ(Current(), nullptr);
+}
+
+TEST_F(LocalGestures, EndARectangleOnTheEdgeThatTheyLeaveBy) {
+    Choose(DrawToolRectangle);
+    PressAt({100, 200});
+    MoveTo({2000, 300});
+    EXPECT_EQ(CurrentAs<Rectangle>().width, 1180);
+    EXPECT_EQ(CurrentAs<Rectangle>().height, 100);
+    MoveTo({-400, 2000});
+    EXPECT_EQ(CurrentAs<Rectangle>().width, -100);
+    EXPECT_EQ(CurrentAs<Rectangle>().height, 520);
+}
+
+TEST_F(LocalGestures, RunAPencilStrokeAlongTheEdge) {
+    PressAt({100, 200});
+    MoveTo({-50, 300});
+    MoveTo({-90, 400});
+    MoveTo({20, -10});
+    EXPECT_THAT(CurrentAs<LinePath>().points,
+                ElementsAre(Pair(100, 200), Pair(0, 300), Pair(0, 400), Pair(20, 0)));
+}
+
+TEST_F(LocalGestures, FinishAStrokeThatIsReleasedOutsideTheVideo) {
+    PressAt({100, 200});
+    MoveTo({5000, 5000});
+    Release();
+    EXPECT_THAT(OwnShapes(), SizeIs(1));
+}
+
+TEST_F(LocalGestures, DoNotRunToTheCornerWhenThePointerLeaves) {
+    PressAt({100, 200});
+    Testing::HandClock::Turn(30);
+    Dispatch(Motion({-1, -1}));
+    Release();
+    EXPECT_THAT(std::dynamic_pointer_cast<LinePath>(OwnShapes().at(0))->points, SizeIs(1));
+}
+
+TEST_F(LocalGestures, TakeTheRightButtonAsTheLeft) {
+    MoveTo({100, 200});
+    Dispatch(ButtonDown(SDL_BUTTON_RIGHT));
+    MoveTo({300, 200});
+    Dispatch(ButtonUp(SDL_BUTTON_RIGHT));
+    EXPECT_THAT(OwnShapes(), SizeIs(1));
+}
+
+TEST_F(LocalGestures, LetGoOfTheShapeInProgressAtASecondPress) {
+    PressAt({100, 200});
+    const std::weak_ptr<Shape> first = Current();
+    PressAt({300, 200});
+    MoveTo({400, 300});
+    Release();
+    EXPECT_TRUE(first.expired());
+    EXPECT_THAT(Sent(), SizeIs(1));
+    EXPECT_THAT(OwnShapes(), SizeIs(1));
+}
+
+TEST_F(LocalGestures, EndOnceForTwoReleases) {
+    Drag({100, 200}, {500, 300});
+    Release();
+    EXPECT_THAT(Sent(), SizeIs(1));
+}
+
+TEST_F(LocalGestures, KeepTheColourOfAStrokeThatIsInProgress) {
+    PressAt({100, 200});
+    DrawToolState state = Testing::ToolState(DrawToolPencil);
+    state.primaryColor = 0x01020304;
+    state.pencilStrokeWidth = 40;
+    manager.SetDrawToolState(state);
+    EXPECT_EQ(CurrentAs<LinePath>().color, kPrimary);
+    EXPECT_EQ(Current()->strokeWidth, 10U);
+    Release();
+    PressAt({100, 200});
+    EXPECT_EQ(CurrentAs<LinePath>().color, Color(1, 2, 3, 4));
+    EXPECT_EQ(Current()->strokeWidth, 40U);
+}
+
+TEST_F(LocalGestures, GoOnThroughAChangeOfTool) {
+    PressAt({100, 200});
+    Choose(DrawToolEllipse);
+    MoveTo({500, 300});
+    Release();
+    EXPECT_NE(std::dynamic_pointer_cast<LinePath>(OwnShapes().at(0)), nullptr);
+}
+
+TEST_F(LocalGestures, StayOpenWhenTheTextToolComesMeanwhile) {
+    PressAt({100, 200});
+    Choose(DrawToolText);
+    Release();
+    EXPECT_NE(Current(), nullptr);
+    EXPECT_THAT(Sent(), IsEmpty());
+    // The button is up, so the stroke goes no further, and a click is for texts alone.
+    MoveTo({500, 300});
+    PressAt({600, 300});
+    EXPECT_THAT(CurrentAs<LinePath>().points, SizeIs(1));
+}
+
+TEST_F(LocalGestures, DropTheShapeOfACanvasWithoutSource) {
+    PressAt({100, 200});
+    manager.RemoveAllSources();
+    source.reset();
+    Release();
+    EXPECT_EQ(Current(), nullptr);
+    EXPECT_THAT(Sent(), IsEmpty());
+    EXPECT_THAT(surface.reports, IsEmpty());
+}
+
+TEST_F(LocalGestures, DropTheShapeOfASourceWithoutStream) {
+    manager.AttachCanvas("", &canvas);
+    Drag({100, 200}, {500, 300});
+    EXPECT_EQ(Current(), nullptr);
+    EXPECT_THAT(Sent(), IsEmpty());
+    EXPECT_THAT(manager.GetOrCreateSource("")->ShapesOf("me"), IsEmpty());
+}
+
+TEST_F(LocalGestures, DrawOnTheStreamThatTheMainVideoShowsAtTheirEnd) {
+    DrawingCanvas other;
+    other.SetFrameSize(1280, 720);
+    manager.AttachCanvas("other", &other);
+    PressAt({100, 200});
+    surface.canvas = &other;
+    Release();
+    EXPECT_THAT(OwnShapes(), IsEmpty());
+    EXPECT_THAT(manager.GetOrCreateSource("other")->ShapesOf("me"), SizeIs(1));
+    EXPECT_EQ(LastSent()["streamId"], "other");
+}
+
+TEST_F(LocalGestures, DrawNothingByThemselves) {
+    PressAt({100, 200});
+    Forget();
+    MoveTo({500, 300});
+    EXPECT_THAT(Fake().CallNames(), IsEmpty());
+}
+
+TEST_F(LocalGestures, EndWithTheManagerInTheMiddleOfAStroke) {
+    auto own = std::make_unique<DrawingCanvasManager>(&surface);
+    own->AttachCanvas("stream", &canvas);
+    own->SetDrawToolState(Testing::ToolState(DrawToolRectangle));
+    own->Input().Dispatch(Motion({200, 150}));
+    own->Input().Dispatch(ButtonDown());
+    own->Input().Dispatch(Motion({500, 350}));
+    EXPECT_TRUE(ShowsAnything());
+    own.reset();
+    EXPECT_EQ(canvas.Source(), nullptr);
+    EXPECT_TRUE(ShowsAnything());
+}
+
+}  // namespace
+}  // namespace Corvanta::Drawing

@@ -11,6 +11,7 @@
 
 #include "drawing/LinePath.h"
 #include "tests/drawing/LocalUser.h"
+#include "tests/drawing/TestFont.h"
 #include "tests/fake_platform/CallLog.h"
 #include "tests/fake_platform/PixelReader.h"
 #include "tests/fake_platform/SdlRecorder.h"
@@ -317,6 +318,8 @@ bool HasMarks(const Picture& picture) {
 
 class TwoClients : public Testing::FakePlatformTest, public ::testing::WithParamInterface<uint32_t> {
 protected:
+    static void SetUpTestSuite() { Testing::UseTestFont(); }
+
     TwoClients() {
         Calls().SetRecording(false);
         Testing::Sdl().Reset();

@@ -1,0 +1,10 @@
+// A system whose one font is Arial, whatever is installed where the test runs. Test thread.
+#pragma once
+
+namespace Corvanta::Testing {
+
+// Fonts are looked for once in a process, so this comes before the first text is drawn. Throws
+// std::runtime_error when the font cannot be found afterwards.
+void UseTestFont();
+
+}  // namespace Corvanta::Testing

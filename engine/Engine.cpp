@@ -43,6 +43,8 @@ EngineOptions CurrentOptions() {
     EngineOptions options = settings.options;
     if (options.participants.empty() && options.whenEmpty == EmptyRoom::DefaultParticipants) {
         options.participants = DefaultParticipants();
+    } else {
+        options.drawAfter.reset();
     }
     return options;
 }

@@ -54,6 +54,9 @@ struct EngineOptions {
     // Lowest level that is logged: 1 debug, 2 information, 3 warning, 4 error.
     int logLevel = 2;
     SoundOutput soundOutput = SoundOutput::Device;
+    // When the default participants begin to draw over the pictures, a mark every few seconds. Empty: never.
+    // Participants of the list never do.
+    std::optional<std::chrono::milliseconds> drawAfter = std::chrono::milliseconds(8000);
 };
 
 // Checks the source of every participant and of the camera (the file exists, its decoders are installed) and

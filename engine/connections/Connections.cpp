@@ -86,9 +86,9 @@ void Connections_ConfigureStream(
     const auto participant = room ? room->Find(streamId) : nullptr;
     if (!participant) return;
     for (const auto& [part, enabled] : configuration) {
-        // Embedded participants have no data of their own to send.
         if (part == Corvanta::ConfigureStreamType::Video) participant->videoPublished = enabled;
         if (part == Corvanta::ConfigureStreamType::Audio) participant->audioPublished = enabled;
+        if (part == Corvanta::ConfigureStreamType::Data) participant->dataPublished = enabled;
     }
     room->ApplyVolume(participant);
 }

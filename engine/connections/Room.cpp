@@ -25,6 +25,8 @@ namespace {
 constexpr PictureShape kDeviceShape{.width = 1280, .height = 720, .frameRate = 30};
 // How often a source is offered again while the library has no room for it.
 constexpr std::chrono::milliseconds kOfferInterval{50};
+// How often it is looked whether there is a picture to draw on.
+constexpr std::chrono::milliseconds kLookForViewEvery{500};
 
 struct Registry {
     static Registry& Get() {
@@ -145,6 +147,7 @@ void Room::Run() {
             [this, participant] { OpenPlayback(participant, settings.participants[participant->index]); });
         loop.Post([this, participant] { Announce(participant); });
     }
+    if (settings.drawAfter) DrawAfter(*settings.drawAfter);
     reports->Start();
     loop.Run();
     reports->Stop();
@@ -157,6 +160,7 @@ void Room::Run() {
         if (participant->playback) participant->playback->Close();
         participant->sinks.Clear();
         participant->playback.reset();
+        participant->channel.Close();
     }
     // Only a room that was closed from inside a callback is waited for by this count.
     Registry& registry = Registry::Get();
@@ -223,6 +227,7 @@ void Room::Announce(const std::shared_ptr<RoomParticipant>& participant) {
     participant->sinks.AddOwned(std::unique_ptr<FrameCallback>(*sink));
     participant->hasEntered = true;
     LOG(kLogInformation, "\"%s\" has entered the room", participant->name.c_str());
+    participant->channel.Open();
     callbacks.videoTrackAdded.Call(participant->id);
     ConnectionCallbacks::Get().participantJoined.Call();
     if (participant->playback) participant->playback->Play();
@@ -234,7 +239,27 @@ void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const char
     speaker.ReportGone(participant->index);
     if (participant->playback) participant->playback->Close();
     participant->sinks.Clear();
+    participant->channel.Close();
     MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
+}
+
+void Room::DrawAfter(std::chrono::milliseconds wait) {
+    loop.PostAfter(wait, [this] {
+        if (isClosing) return;
+        DrawAfter(Draw() ? drawings.NextWait() : kLookForViewEvery);
+    });
+}
+
+bool Room::Draw() {
+    std::vector<std::string> inView;
+    for (const auto& participant : participants) {
+        const bool isSeen = participant->hasEntered && participant->pictures > 0;
+        if (isSeen && !participant->hasLeft) inView.push_back(participant->id);
+    }
+    const auto message = drawings.Next(inView, SpeakerId());
+    const auto sender = message ? Find(message->senderId) : nullptr;
+    if (sender && sender->dataPublished) sender->channel.Deliver(*message);
+    return message.has_value();
 }
 
 void Room::Remove(const std::shared_ptr<RoomParticipant>& participant) {

@@ -18,6 +18,7 @@
 #include "engine/connections/ParticipantReports.h"
 #include "engine/connections/RoomCamera.h"
 #include "engine/connections/RoomParticipant.h"
+#include "engine/connections/ScriptedDrawings.h"
 #include "engine/roomservice/RoomService.h"
 #include "engine/webrtc/ActiveSpeaker.h"
 #include "engine/webrtc/RoomSound.h"
@@ -72,6 +73,9 @@ private:
     void OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, const Participant& description);
     void Announce(const std::shared_ptr<RoomParticipant>& participant);
     void Leave(const std::shared_ptr<RoomParticipant>& participant, const char* reason);
+    void DrawAfter(std::chrono::milliseconds wait);
+    // False while the local user sees nobody.
+    bool Draw();
     [[nodiscard]] std::optional<PlaybackSource> CameraSource(int32_t index) const;
 
     const EngineOptions settings;
@@ -87,6 +91,8 @@ private:
     RoomSound sound;
     const std::shared_ptr<RoomCamera> camera;
     OwnStreams streams;
+    // The engine's thread alone.
+    ScriptedDrawings drawings;
 };
 
 }  // namespace Corvanta::Engine

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "engine/mediamanager/DataChannel.h"
 #include "engine/mediamanager/SinkList.h"
 #include "engine/webrtc/MappedPicture.h"
 #include "engine/webrtc/Playback.h"
@@ -39,6 +40,7 @@ public:
     // By a host of the room; nobody here switches the microphone on again.
     std::atomic<bool> muted = false;
     std::atomic<bool> videoEnabled = true, videoPublished = true;
+    std::atomic<bool> dataPublished = true;
     std::atomic<double> volume = 1.0;
     std::atomic<bool> isExternalSource = false;
     // Of the last piece of sound: the root of its mean square, 0 to 1.
@@ -55,6 +57,7 @@ public:
 
     // The engine's thread alone.
     std::shared_ptr<Playback> playback;
+    DataChannel channel;
 };
 
 }  // namespace Corvanta::Engine

@@ -113,6 +113,11 @@ std::string MediaManager_IsLocalVideoSourceRunning(int32_t captureIndex) {
     return room && room->Camera().IsRunning(captureIndex) ? RoomCamera::kSourceId : std::string();
 }
 
+bool MediaManager_SendDatachannelMessage(const char* text) {
+    // The participants of the embedded room keep nothing of what the local user draws.
+    return text != nullptr && Room::Current() != nullptr;
+}
+
 void MediaManager_StopLocalVideoSource(const std::string& sourceId) {
     const auto room = Room::Current();
     if (!room) return;

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +34,8 @@ public:
     // Null sinks are answered for the first so many offers.
     std::atomic<int> refusals = 0;
     std::atomic<int> offers = 0;
+    // When the default participants begin to draw.
+    std::optional<std::chrono::milliseconds> drawAfter;
     // Called on the decode threads with each frame, before it is remembered. To be set before entering.
     std::function<void(const std::shared_ptr<VideoFrameBuffer>&)> onFrame;
 

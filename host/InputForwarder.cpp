@@ -14,6 +14,17 @@ constexpr float kOutside = -1.0F;
 // A step moves the thumb of a scrollbar by one pixel; a notch of the wheel makes twelve.
 constexpr int kWheelStep = QWheelEvent::DefaultDeltasPerStep / 12;
 
+// Whether the key itself makes something of a text: modifiers, arrows and function keys make nothing.
+bool MakesText(const QKeyEvent& key) {
+    const int number = key.key();
+    return (number >= Qt::Key_Space && number <= Qt::Key_AsciiTilde) || number == Qt::Key_Return ||
+           number == Qt::Key_Enter || number == Qt::Key_Backspace;
+}
+
+bool IsCommand(const QKeyEvent& key) {
+    return (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != Qt::NoModifier;
+}
+
 }  // namespace
 
 InputForwarder::InputForwarder(QWidget& surface, int window) : surface_(surface), window_(window) {
@@ -38,9 +49,15 @@ InputForwarder::KeyPlace InputForwarder::PlaceOf(const QKeyEvent& key) {
     return {scanCode, scanCode == 0 ? key.key() : 0};
 }
 
+bool InputForwarder::IsTyped(const QKeyEvent& key) {
+    return MakesText(key) && !IsCommand(key) && SDLinterface_IsTextOpen();
+}
+
 void InputForwarder::Press(const QKeyEvent& key) {
     const std::string name = KeyNameOf(key.key());
     if (key.isAutoRepeat() || name.empty()) return;
+    // The library would write the letter of a Ctrl+C into the text.
+    if (MakesText(key) && IsCommand(key) && SDLinterface_IsTextOpen()) return;
     held_[PlaceOf(key)] = name;
     SDLinterface_PushKeyDownEvent(window_, name.c_str());
 }
@@ -78,6 +95,13 @@ bool InputForwarder::eventFilter(QObject* watched, QEvent* event) {
             SDLinterface_PushMouseButtonUpEvent(window_);
             return true;
         case QEvent::Wheel: Turn(static_cast<QWheelEvent*>(event)->angleDelta()); return true;
+        case QEvent::ShortcutOverride:
+            // Else a key that is somebody's shortcut would go there.
+            if (IsTyped(*static_cast<QKeyEvent*>(event))) {
+                event->accept();
+                return true;
+            }
+            break;
         case QEvent::KeyPress: Press(*static_cast<QKeyEvent*>(event)); break;
         case QEvent::KeyRelease: Release(*static_cast<QKeyEvent*>(event)); break;
         case QEvent::FocusIn: SDLinterface_TextInputEnabled(true); break;

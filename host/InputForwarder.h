@@ -27,6 +27,8 @@ private:
     [[nodiscard]] static KeyPlace PlaceOf(const QKeyEvent& key);
     void Move(QPointF position) const;
     void Turn(QPoint angleDelta);
+    // Whether it is a key of a text that is being typed over the video.
+    [[nodiscard]] static bool IsTyped(const QKeyEvent& key);
     void Press(const QKeyEvent& key);
     void Release(const QKeyEvent& key);
     void ReleaseAll();

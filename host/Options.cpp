@@ -211,6 +211,10 @@ std::variant<Options, Failure> ParseOptions(std::span<const std::string_view> ar
             options.preview = true;
             continue;
         }
+        if (argument == "--no-drawings") {
+            options.drawings = false;
+            continue;
+        }
         const std::size_t equals = argument.find('=');
         const std::string_view name = argument.substr(0, equals);
         const auto* const option = std::ranges::find(kValueOptions, name, &ValueOption::name);
@@ -286,12 +290,15 @@ std::string_view HelpText() {
   --share TYPE=SOURCE        streams from the start: screen, file=FILE, url=URI or device=NAME; may be
                              given several times
   --preview                  starts with the own camera in a window of its own
+  --no-drawings              the generated participants, who draw now and then, do not
   --help, --version
 
 In the windows: F7 slides the strip of participants out and in, F8 puts it into a window of its own
 and back, F9 changes that window's layout (there also 1 to 3, or its menu on the right button), F10
 opens and closes the own camera's window. F2 opens and closes the panel of chat, notes and people,
-F3 the audio mixer, Ctrl+comma the settings. F11 full screen, Esc back from it, Ctrl+Q ends.
+F3 the audio mixer, F4 the drawing tools, Ctrl+comma the settings. While the drawing tools are there,
+Ctrl+Z takes the last mark back and Ctrl+Shift+Z brings it again. F11 full screen, Esc back from it,
+Ctrl+Q ends.
 )";
 }
 

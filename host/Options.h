@@ -44,6 +44,7 @@ struct Options {
     std::string camera = "test";         // as a participant's source; empty: none
     std::vector<SharedSource> shared;    // what is streamed from the start
     bool preview = false;                // the own camera's window is open from the start
+    bool drawings = true;                // the engine's own participants draw now and then
 };
 
 // Reads the arguments after the program's name. An option's value is the next argument or stands behind '='.

@@ -3,6 +3,7 @@
 #include <QMetaObject>
 #include <QStandardPaths>
 
+#include <array>
 #include <atomic>
 #include <cassert>
 #include <utility>
@@ -15,7 +16,8 @@
 namespace Corvanta::Host {
 namespace {
 
-constexpr int32_t kHand = 1;
+// By the number that the room tells.
+constexpr std::array kCursors{Qt::ArrowCursor, Qt::PointingHandCursor, Qt::IBeamCursor, Qt::SizeAllCursor};
 
 // The functions are plain C ones, so what they act on stands at process scope. Only read while there is a
 // room, and only written while there is none.
@@ -95,8 +97,13 @@ void SetCursor(int32_t cursor) {
     const RoomParts* const parts = gParts;
     if (parts == nullptr) return;
     RoomWidget& room = parts->window.Room();
-    const Qt::CursorShape shape = cursor == kHand ? Qt::PointingHandCursor : Qt::ArrowCursor;
+    const auto number = static_cast<std::size_t>(cursor);
+    const Qt::CursorShape shape = number < kCursors.size() ? kCursors[number] : kCursors.front();
     if (room.cursor().shape() != shape) room.setCursor(shape);
+}
+
+void ReportHistoryState(bool canUndo, bool canRedo) {
+    OnControls([=](RoomControls& controls) { controls.SetDrawHistory(canUndo, canRedo); });
 }
 
 void StartNativeStream(int32_t type) {
@@ -143,6 +150,7 @@ HostCallbacks RoomCallbacks::Table() {
     table.LeaveRoom = LeaveRoom;
     table.OnStillExported = OnStillExported;
     table.SetCursor = SetCursor;
+    table.ReportHistoryState = ReportHistoryState;
     table.StartNativeStream = StartNativeStream;
     table.StartApplicationStream = StartApplicationStream;
     table.StartMediaSiloStream = Pass<&RoomControls::StartMediaSilo>;

@@ -35,6 +35,7 @@ RoomControls::RoomControls(HostWindow& window)
            .remove = [this](const std::string& id, const std::string& name) { AskToRemove(id, name); },
            .tellJoined = [] { SDLInterface_VideoRoomSetShowSidebarNotification(true); }})),
       mixer_(new AudioMixer(&window, [] { SDLInterface_VideoRoomUntoggleAudioMixer(); })),
+      palette_(new DrawPalette(window, [this] { SetDrawTool(false); })),
       passing_(new Notice(window, Notice::Height::Low)),
       connection_(new Notice(window, Notice::Height::Middle)) {
     window_.SetBar(bar_);
@@ -50,6 +51,7 @@ RoomControls::RoomControls(HostWindow& window)
     };
     onKey(Qt::Key_F2, &RoomControls::TogglePanel);
     onKey(Qt::Key_F3, &RoomControls::ToggleMixer);
+    onKey(Qt::Key_F4, &RoomControls::ToggleDrawTool);
     onKey(Qt::CTRL | Qt::Key_Comma, &RoomControls::OpenSettings);
     Engine::SetDevicesChangedListener([this] {
         Later([](RoomControls& controls) {
@@ -66,6 +68,7 @@ RoomControls::~RoomControls() {
     delete settings_;
     delete question_;
     delete mixer_;
+    delete palette_;
     delete panel_;
     delete bar_;
     delete passing_;
@@ -81,6 +84,7 @@ void RoomControls::TellEntered() {
     state_.microphone = SDLinterface_VideoRoomGetMicEnabled();
     state_.camera = SDLinterface_VideoRoomGetVideoEnabled();
     ShowState();
+    palette_->TellEntered();
 }
 
 void RoomControls::SetMicrophone(bool on) {
@@ -145,6 +149,15 @@ void RoomControls::ToggleMixer() {
 
 void RoomControls::OpenMixerAt(const std::string& streamId, const std::string& name, double volume) {
     mixer_->OpenAt(streamId, name, volume);
+}
+
+void RoomControls::SetDrawTool(bool on) {
+    state_.drawTool = on;
+    if (on) {
+        palette_->Open();
+    } else {
+        palette_->Close();
+    }
 }
 
 void RoomControls::OpenSettings() {

@@ -16,6 +16,7 @@
 #include <variant>
 
 #include "host/AudioMixer.h"
+#include "host/DrawPalette.h"
 #include "host/Failure.h"
 #include "host/Notice.h"
 #include "host/RoomState.h"
@@ -63,8 +64,9 @@ public:
     void AskToRemove(const std::string& streamId, const std::string& name);
     void TellStill(const std::variant<std::filesystem::path, Failure>& still);
     void TellConnectionDropped(bool willRetry, bool endedHere);
-    // The tools themselves are the room's; what is remembered here is whether they are wanted.
-    void SetDrawTool(bool on) { state_.drawTool = on; }
+    void SetDrawTool(bool on);
+    void ToggleDrawTool() { SetDrawTool(!state_.drawTool); }
+    void SetDrawHistory(bool canUndo, bool canRedo) { palette_->SetHistory(canUndo, canRedo); }
 
     [[nodiscard]] const RoomState& State() const { return state_; }
 
@@ -83,6 +85,7 @@ private:
     QPointer<SharingBar> bar_;
     QPointer<SidePanel> panel_;
     QPointer<AudioMixer> mixer_;
+    QPointer<DrawPalette> palette_;
     QPointer<Notice> passing_;
     QPointer<Notice> connection_;
     QTimer connectionTimer_;

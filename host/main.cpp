@@ -59,6 +59,7 @@ Engine::EngineOptions EngineOptionsFrom(const Options& options) {
         engine.participants.push_back({participant.name, participant.source});
     }
     engine.camera = options.camera;
+    if (!options.drawings) engine.drawAfter.reset();
     // What nobody watches, nobody listens to either.
     engine.soundOutput = options.headlessFor ? Engine::SoundOutput::Silent : Engine::SoundOutput::Device;
     return engine;

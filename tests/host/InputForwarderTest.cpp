@@ -192,6 +192,57 @@ TEST_F(InputForwarderTest, ReleasesHeldKeysAfterTheFocusHasGone) {
     EXPECT_THAT(TakePushed(), ElementsAre("text false"));
 }
 
+class TypingTest : public InputForwarderTest {
+protected:
+    TypingTest() { Drawing().textOpen = true; }
+    ~TypingTest() override { Drawing().textOpen = false; }
+
+    // Whether the surface keeps the key from the shortcuts.
+    bool Keeps(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QKeyEvent event(QEvent::ShortcutOverride, key, modifiers);
+        event.ignore();
+        QCoreApplication::sendEvent(&surface_, &event);
+        return event.isAccepted();
+    }
+};
+
+TEST_F(TypingTest, KeepsWhatIsTypedFromTheShortcuts) {
+    for (const int key : {static_cast<int>(Qt::Key_A), static_cast<int>(Qt::Key_1),
+                          static_cast<int>(Qt::Key_Space), static_cast<int>(Qt::Key_Return),
+                          static_cast<int>(Qt::Key_Backspace), static_cast<int>(Qt::Key_AsciiTilde)}) {
+        EXPECT_TRUE(Keeps(key)) << key;
+    }
+    EXPECT_TRUE(Keeps(Qt::Key_A, Qt::ShiftModifier));
+    for (const int key :
+         {static_cast<int>(Qt::Key_F2), static_cast<int>(Qt::Key_Escape), static_cast<int>(Qt::Key_Left)}) {
+        EXPECT_FALSE(Keeps(key)) << key;
+    }
+    EXPECT_FALSE(Keeps(Qt::Key_Z, Qt::ControlModifier));
+    Drawing().textOpen = false;
+    EXPECT_FALSE(Keeps(Qt::Key_A));
+}
+
+TEST_F(TypingTest, WritesNoLetterOfACommand) {
+    const auto chord = [this](Qt::KeyboardModifier modifier) {
+        Send(QKeyEvent(QEvent::KeyPress, Qt::Key_C, modifier, kAScanCode, 0, 0));
+        Send(QKeyEvent(QEvent::KeyRelease, Qt::Key_C, modifier, kAScanCode, 0, 0));
+        return TakePushed();
+    };
+    for (const auto modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        EXPECT_THAT(chord(modifier), IsEmpty());
+    }
+    EXPECT_THAT(chord(Qt::ShiftModifier), ElementsAre("key 0 C", "key up 0 C"));
+    Drawing().textOpen = false;
+    EXPECT_THAT(chord(Qt::ControlModifier), ElementsAre("key 0 C", "key up 0 C"));
+}
+
+TEST_F(TypingTest, HandsTypedKeysToTheLibrary) {
+    Press(Qt::Key_Shift, kLeftShiftScanCode);
+    Press(Qt::Key_A, kAScanCode);
+    Release(Qt::Key_A, kAScanCode);
+    EXPECT_THAT(TakePushed(), ElementsAre("key 0 LeftShift", "key 0 A", "key up 0 A"));
+}
+
 TEST_F(InputForwarderTest, NamesItsWindow) {
     QWidget other;
     other.resize(kWidth, kHeight);

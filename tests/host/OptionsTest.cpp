@@ -45,6 +45,11 @@ TEST(Options, AskForAnOrdinaryWindowWithoutArguments) {
     EXPECT_EQ(options.scale, 1.0);
 }
 
+TEST(Options, LetTheEnginesParticipantsDrawUnlessTold) {
+    EXPECT_TRUE(Parsed({}).drawings);
+    EXPECT_FALSE(Parsed({"--no-drawings"}).drawings);
+}
+
 TEST(Options, KeepParticipantsInTheOrderGiven) {
     const Options options = Parsed({"--participant", "one=clip.mp4", "--participant", "two=test"});
     ASSERT_EQ(options.participants.size(), 2U);

@@ -1,9 +1,9 @@
 #include "tests/host/RecordedInterface.h"
 
+#include <cstring>
+#include <iomanip>
 #include <sstream>
 #include <utility>
-
-#include "interface/SDLinterface.h"
 
 namespace Corvanta::Host {
 namespace {
@@ -27,8 +27,14 @@ std::vector<std::string> TakePushed() {
     return std::exchange(Pushed(), {});
 }
 
+DrawingAnswers& Drawing() {
+    static DrawingAnswers answers;
+    return answers;
+}
+
 }  // namespace Corvanta::Host
 
+using Corvanta::Host::Drawing;
 using Corvanta::Host::Record;
 
 void SDLinterface_PushMouseMoveEvent(int window, float x, float y) {
@@ -104,4 +110,51 @@ bool SDLinterface_VideoRoomGetMicEnabled(void) {
 
 bool SDLinterface_VideoRoomGetVideoEnabled(void) {
     return false;
+}
+
+bool SDLinterface_LoadDrawToolState(DrawToolState* state) {
+    Record("load draw tool");
+    const Corvanta::Host::DrawingAnswers& stored = Drawing();
+    auto* const family = new char[stored.fontFamily.size() + 1];
+    std::memcpy(family, stored.fontFamily.c_str(), stored.fontFamily.size() + 1);
+    delete[] state->fontFamilyName;
+    *state = {.enabled = state->enabled,
+              .selectedTool = DrawToolPencil,
+              .complexSelectedShape = stored.complexSelectedShape,
+              .pencilStrokeWidth = stored.pencilStrokeWidth,
+              .shapeStrokeWidth = 20.0,
+              .fontFamilyName = family,
+              .fontSize = stored.fontSize,
+              .useBoldFont = false,
+              .useItalicizedFont = false,
+              .primaryColor = 0xE85C41FF,
+              .secondaryColor = 0xFFFFFFFF,
+              .eraserStrokeWidth = 10.0};
+    return true;
+}
+
+void SDLinterface_SetDrawToolState(const DrawToolState* state) {
+    std::ostringstream colors;
+    colors << std::hex << std::setfill('0') << std::setw(8) << state->primaryColor << ' ' << std::setw(8)
+           << state->secondaryColor;
+    Record("draw tool", state->enabled, state->selectedTool, state->complexSelectedShape, "widths",
+           state->pencilStrokeWidth, state->shapeStrokeWidth, state->eraserStrokeWidth, "font",
+           state->fontFamilyName, state->fontSize, state->useBoldFont, state->useItalicizedFont, "colours",
+           colors.str());
+}
+
+void SDLinterface_UndoCurrentCanvas(void) {
+    Record("undo");
+}
+
+void SDLinterface_RedoCurrentCanvas(void) {
+    Record("redo");
+}
+
+void SDLinterface_ClearCurrentCanvas(void) {
+    Record("clear");
+}
+
+bool SDLinterface_IsTextOpen(void) {
+    return Drawing().textOpen;
 }

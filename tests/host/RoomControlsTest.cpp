@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTest>
+#include <QToolButton>
 
 #include <fstream>
 #include <string>
@@ -263,14 +264,67 @@ TEST_F(RoomControlsTest, KeepsAStillAndSaysWhere) {
     qunsetenv("XDG_CONFIG_HOME");
 }
 
-TEST_F(RoomControlsTest, ShowsAHandWhereThereIsSomethingToClick) {
-    table_.SetCursor(1);
-    EXPECT_EQ(window_.Room().cursor().shape(), Qt::PointingHandCursor);
-    table_.SetCursor(0);
-    EXPECT_EQ(window_.Room().cursor().shape(), Qt::ArrowCursor);
-    table_.SetCursor(1);
-    table_.SetCursor(7);
-    EXPECT_EQ(window_.Room().cursor().shape(), Qt::ArrowCursor);
+TEST_F(RoomControlsTest, ShowsThePointerThatTheRoomAsksFor) {
+    const auto shapeOf = [this](int cursor) {
+        table_.SetCursor(cursor);
+        return window_.Room().cursor().shape();
+    };
+    EXPECT_EQ(shapeOf(1), Qt::PointingHandCursor);
+    EXPECT_EQ(shapeOf(0), Qt::ArrowCursor);
+    EXPECT_EQ(shapeOf(2), Qt::IBeamCursor) << "over the text that is typed";
+    EXPECT_EQ(shapeOf(3), Qt::SizeAllCursor) << "where that text is moved";
+    for (const int unknown : {4, 7, -1}) {
+        EXPECT_EQ(shapeOf(1), Qt::PointingHandCursor);
+        EXPECT_EQ(shapeOf(unknown), Qt::ArrowCursor) << unknown;
+    }
+}
+
+TEST_F(RoomControlsTest, OpensThePaletteWhenTheRoomAsksAndClosesItByItsButton) {
+    auto& palette = Part<DrawPalette>();
+    table_.ShowDrawTool(true);
+    EXPECT_FALSE(palette.isVisible());
+    Pass();
+    EXPECT_TRUE(palette.isVisible());
+    EXPECT_TRUE(controls_.State().drawTool);
+    EXPECT_THAT(TakeCalls(), ElementsAre(StartsWith("draw tool true 0 ")));
+    for (QToolButton* const button : palette.findChildren<QToolButton*>()) {
+        if (button->accessibleName() == "Close") button->click();
+    }
+    EXPECT_FALSE(palette.isVisible());
+    EXPECT_FALSE(controls_.State().drawTool);
+    EXPECT_THAT(TakeCalls(), ElementsAre(StartsWith("draw tool false 0 ")));
+}
+
+TEST_F(RoomControlsTest, OpensAndClosesThePaletteByItsKey) {
+    auto& palette = Part<DrawPalette>();
+    QTest::keyClick(&window_.Room(), Qt::Key_F4);
+    EXPECT_TRUE(palette.isVisible());
+    QTest::keyClick(&window_.Room(), Qt::Key_F4);
+    EXPECT_FALSE(palette.isVisible());
+    EXPECT_EQ(QApplication::focusWidget(), &window_.Room());
+}
+
+TEST_F(RoomControlsTest, EnablesUndoAndRedoAsTheRoomReports) {
+    const auto enabled = [this](const QString& name) {
+        for (QToolButton* const button : Part<DrawPalette>().findChildren<QToolButton*>()) {
+            if (button->accessibleName() == name) return button->isEnabled();
+        }
+        throw std::logic_error("no such button");
+    };
+    EXPECT_FALSE(enabled("Undo"));
+    table_.ReportHistoryState(true, false);
+    Pass();
+    EXPECT_TRUE(enabled("Undo"));
+    EXPECT_FALSE(enabled("Redo"));
+    table_.ReportHistoryState(false, true);
+    Pass();
+    EXPECT_FALSE(enabled("Undo"));
+    EXPECT_TRUE(enabled("Redo"));
+}
+
+TEST_F(RoomControlsTest, HandsTheDrawingToolsSettingsToTheRoomThatIsEntered) {
+    controls_.TellEntered();
+    EXPECT_THAT(TakeCalls(), ElementsAre(StartsWith("draw tool false 0 5 ")));
 }
 
 TEST_F(RoomControlsTest, SaysThatTheConnectionIsLostUntilItIsBack) {

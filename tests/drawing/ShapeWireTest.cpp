@@ -332,6 +332,8 @@ TEST(ShapeWire, CutsAStrokeWidthToThe32LowBitsOfItsWholePart) {
         {"-1", 0xFFFFFFFFU},
         {"-2.5", 0xFFFFFFFEU},
         {"4294967298.5", 2},
+        {"3000000000.5", 3000000000U},
+        {"1e19", 0x89E80000U},
         {"1e20", 1661992960U},
         {"-1e20", 2632974336U},
         {"1e308", 0},

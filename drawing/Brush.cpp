@@ -22,6 +22,16 @@ constexpr int kLeastSteps = 2;
 
 }  // namespace
 
+void Brush::FilledCircle(SDL_Point center, int radius) {
+    if (radius != discRadius_) disc_ = EllipseRows(radius, radius);
+    discRadius_ = radius;
+    mask_.AddRows(center, disc_);
+}
+
+void Brush::FilledEllipse(SDL_Point center, int radiusX, int radiusY) {
+    mask_.AddRows(center, EllipseRows(radiusX, radiusY));
+}
+
 void Brush::ThickLine(SDL_Point from, SDL_Point to, int width) {
     if (width < 1) return;
     if (IsSame(from, to)) {

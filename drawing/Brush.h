@@ -20,7 +20,9 @@ public:
     explicit Brush(const SDL_Rect& bounds) : mask_(bounds) {}
 
     // Of all primitives: coordinates and radii are of 16 bits, widths of 8.
-    void FilledCircle(SDL_Point center, int radius) { mask_.AddCircle(center.x, center.y, radius); }
+    // A radius below 0 is nothing, 0 a pixel.
+    void FilledCircle(SDL_Point center, int radius);
+    void FilledEllipse(SDL_Point center, int radiusX, int radiusY);
     // Fewer than three corners are nothing.
     void FilledPolygon(std::span<const SDL_Point> corners) { mask_.AddPolygon(corners); }
     // A width of 0 is nothing, of 1 SDL's own line; between equal ends it is a box.
@@ -35,6 +37,9 @@ public:
 private:
     CoverageMask mask_;
     std::vector<std::pair<SDL_Point, SDL_Point>> thinLines_;
+    // The last circle: a stroke has hundreds of one radius.
+    std::vector<RowRun> disc_;
+    int discRadius_ = -1;
 };
 
 // What the renderer can show of that rectangle, its viewport being at (0, 0).

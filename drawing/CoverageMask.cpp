@@ -77,65 +77,18 @@ CoverageMask::CoverageMask(const SDL_Rect& bounds) {
     words_.resize(stride_ * static_cast<size_t>(bounds.h));
 }
 
-void CoverageMask::AddSpan(Word* row, int64_t from, int64_t to) {
-    if (from > to) std::swap(from, to);
-    from = std::max<int64_t>(from - bounds_.x, 0);
-    to = std::min<int64_t>(to - bounds_.x, bounds_.w - 1);
-    if (from > to) return;
-    Word* word = row + from / kWordBits;
-    Word* const lastWord = row + to / kWordBits;
-    const Word first = ~Word{0} << (static_cast<unsigned>(from) % kWordBits);
-    const Word last = ~Word{0} >> (kWordBits - 1 - static_cast<unsigned>(to) % kWordBits);
-    if (word == lastWord) {
-        *word |= first & last;
-        return;
-    }
-    *word |= first;
-    while (++word != lastWord) *word = ~Word{0};
-    *word |= last;
-}
-
-void CoverageMask::AddSpanAt(int y, int from, int to) {
-    if (y >= bounds_.y && y < bounds_.y + bounds_.h) AddSpan(Row(y), from, to);
-}
-
 void CoverageMask::AddRect(const SDL_Rect& rect) {
     SDL_Rect inside;
     if (SDL_IntersectRect(&rect, &bounds_, &inside) == SDL_FALSE) return;
     for (int y = inside.y; y < inside.y + inside.h; ++y) AddSpan(Row(y), inside.x, inside.x + inside.w - 1);
 }
 
-void CoverageMask::AddCircle(int x, int y, int radius) {
-    if (radius < 0) return;
-    if (radius == 0) {
-        AddSpanAt(y, x, x);
-        return;
+void CoverageMask::AddRows(SDL_Point offset, std::span<const RowRun> rows) {
+    const int end = bounds_.y + bounds_.h;
+    for (const RowRun& run : rows) {
+        const int y = offset.y + run.y;
+        if (y >= bounds_.y && y < end) AddSpan(Row(y), offset.x + run.from, offset.x + run.to);
     }
-    const auto addRows = [&](int distance, int half) {
-        AddSpanAt(y + distance, x - half, x + half);
-        if (distance > 0) AddSpanAt(y - distance, x - half, x + half);
-    };
-    int across = 0;
-    int down = radius;
-    int lastDown = -1;
-    int decision = 1 - radius;
-    int stepAcross = 3;
-    int stepBoth = 5 - 2 * radius;
-    do {
-        if (lastDown != down) addRows(down, across);
-        lastDown = down;
-        if (across != down) addRows(across, down);
-        if (decision < 0) {
-            decision += stepAcross;
-            stepBoth += 2;
-        } else {
-            decision += stepBoth;
-            stepBoth += 4;
-            --down;
-        }
-        stepAcross += 2;
-        ++across;
-    } while (across <= down);
 }
 
 void CoverageMask::AddPolygon(std::span<const SDL_Point> corners) {

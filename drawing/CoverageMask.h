@@ -5,10 +5,14 @@
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
+
+#include "drawing/EllipseRows.h"
 
 namespace Corvanta::Drawing {
 
@@ -20,8 +24,8 @@ public:
     [[nodiscard]] const SDL_Rect& Bounds() const { return bounds_; }
 
     void AddRect(const SDL_Rect& rect);
-    // Centre and radius of 16 bits. A radius below 0 is nothing, 0 a pixel.
-    void AddCircle(int x, int y, int radius);
+    // Moved there.
+    void AddRows(SDL_Point offset, std::span<const RowRun> rows);
     // Corners of 16 bits or little more. Fewer than three are nothing.
     void AddPolygon(std::span<const SDL_Point> corners);
 
@@ -34,8 +38,24 @@ private:
     struct Edge;
 
     // Both ends included, in either order; the row is within the bounds.
-    void AddSpan(Word* row, int64_t from, int64_t to);
-    void AddSpanAt(int y, int from, int to);
+    void AddSpan(Word* row, int64_t from, int64_t to) {
+        if (from > to) std::swap(from, to);
+        from = std::max<int64_t>(from - bounds_.x, 0);
+        to = std::min<int64_t>(to - bounds_.x, bounds_.w - 1);
+        if (from > to) return;
+        constexpr unsigned kLastBit = 63;
+        Word* word = row + (from >> 6U);
+        Word* const lastWord = row + (to >> 6U);
+        const Word first = ~Word{0} << (static_cast<unsigned>(from) & kLastBit);
+        const Word last = ~Word{0} >> (~static_cast<unsigned>(to) & kLastBit);
+        if (word == lastWord) {
+            *word |= first & last;
+            return;
+        }
+        *word |= first;
+        while (++word != lastWord) *word = ~Word{0};
+        *word |= last;
+    }
     void AddRowsBetween(std::span<Edge* const> edges, int top, int last);
     [[nodiscard]] Word* Row(int y) { return words_.data() + static_cast<size_t>(y - bounds_.y) * stride_; }
 

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "drawing/Brush.h"
+#include "drawing/EllipseRows.h"
 #include "drawing/StrokeGeometry.h"
 
 namespace Corvanta::Drawing {
@@ -15,9 +17,17 @@ void Ellipse::Render(SDL_Renderer* renderer) {
     const SDL_Point center = ToPixels({centerX, centerY}, viewport);
     const auto fill = [&](double acrossX, double acrossY, const Color& color) {
         const SDL_Point radius = ToPixels({acrossX, acrossY}, viewport);
-        filledEllipseRGBA(renderer, static_cast<Sint16>(center.x), static_cast<Sint16>(center.y),
-                          static_cast<Sint16>(radius.x), static_cast<Sint16>(radius.y), color.r, color.g,
-                          color.b, color.a);
+        if (IsWithinLibrary(radius.x, radius.y)) {
+            filledEllipseRGBA(renderer, static_cast<Sint16>(center.x), static_cast<Sint16>(center.y),
+                              static_cast<Sint16>(radius.x), static_cast<Sint16>(radius.y), color.r, color.g,
+                              color.b, color.a);
+            return;
+        }
+        SDL_SetRenderDrawBlendMode(renderer,
+                                   color.a == SDL_ALPHA_OPAQUE ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
+        Brush brush(SDL_Rect{0, 0, viewport.w, viewport.h});
+        brush.FilledEllipse(center, radius.x, radius.y);
+        brush.Draw(renderer, color.ToSdl());
     };
     fill(radiusX, radiusY, strokeColor);
     fill(innerRadiusX, innerRadiusY, fillColor);

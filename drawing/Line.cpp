@@ -8,13 +8,12 @@
 #include <utility>
 
 #include "drawing/Brush.h"
+#include "drawing/EllipseRows.h"
 #include "drawing/LineGeometry.h"
 
 namespace Corvanta::Drawing {
 namespace {
 
-// SDL2_gfx draws each row of a circle, however far outside; larger ones are the brush's, of the same pixels.
-constexpr int kLargestOwnRowsRadius = 1024;
 constexpr int kMostDashes = 65536;
 // In viewports. Dashes that paint one another over this often cannot be told apart any more, and a stroke as
 // wide as the picture must not cost minutes.
@@ -42,7 +41,7 @@ struct Pen {
                         std::abs(from.x - to.x) + 2 * reach + 1, std::abs(from.y - to.y) + 2 * reach + 1});
     }
     void DrawCap(SDL_Point center, const SDL_Rect& box) const {
-        if (capRadius <= kLargestOwnRowsRadius) {
+        if (IsWithinLibrary(capRadius, capRadius)) {
             filledCircleRGBA(renderer, static_cast<Sint16>(center.x), static_cast<Sint16>(center.y),
                              static_cast<Sint16>(capRadius), color.r, color.g, color.b, color.a);
             return;

@@ -88,6 +88,17 @@ TEST_F(CanvasCost, OfParticipantsWithoutAMarkIsNoLayer) {
     EXPECT_EQ(Sdl().LiveTextures(), 1U);
 }
 
+// What a driver gives is not always empty.
+TEST_F(CanvasCost, OfALayerBeginsWithOneClear) {
+    for (const char* const participant : {"a", "b"}) {
+        Add(participant, "1");
+        Calls().Clear();
+        Frame();
+        EXPECT_EQ(Calls().Count("SDL_CreateTexture"), 1U);
+        EXPECT_EQ(Calls().Count("SDL_RenderClear"), 1U);
+    }
+}
+
 TEST_F(CanvasCost, OfALayerEndsWithItsLastMark) {
     AddNumbered(1, 1);
     Frame();

@@ -31,7 +31,10 @@ protected:
         for (int sender = 0; sender < kSenders; ++sender) {
             threads_.emplace_back([this, sender] { Send(sender); });
         }
-        while (sent_ == 0) std::this_thread::yield();
+    }
+    // Without waiting the render thread would take the locks again before anybody else gets them.
+    void WaitForMarks() const {
+        for (const int before = sent_; sent_ < before + 30;) std::this_thread::yield();
     }
     void Stop() {
         isOver_ = true;
@@ -67,17 +70,30 @@ TEST_F(CanvasThreads, SendMarksWhileATileDrawsThem) {
     DrawingCanvas canvas;
     source->AttachCanvas(&canvas);
     Start();
+    // Does not wait for those who wait in the source.
+    std::atomic<bool> isOver = false;
+    std::thread clearing([&] {
+        for (int number = 0; !isOver; ++number) {
+            canvas.ClearParticipant("participant 1");
+            if (number % 50 == 49) canvas.ClearAll();
+            canvas.AddShape("participant 5", std::make_shared<TestMark>("1", SDL_FRect{}, 0));
+            std::this_thread::yield();
+        }
+    });
     SDL_Renderer* renderer = readers[0].Renderer();
-    for (int round = 0; round < 60; ++round) {
-        canvas.Resize(renderer, round % 20 < 10 ? 720 : 405, 720);
+    for (int round = 0; round < 30; ++round) {
+        WaitForMarks();
+        canvas.Resize(renderer, round % 10 < 5 ? 720 : 405, 720);
         canvas.Render(renderer, kAll, kTile);
         if (round % 10 == 4) canvas.SetPreview(std::make_shared<TestMark>("p", SDL_FRect{}, 0));
         if (round % 10 == 8) canvas.SetPreview(nullptr);
-        if (round % 30 == 29) {
-            renderer = readers[static_cast<size_t>(round / 30 + 1) % 2].Renderer();
+        if (round % 15 == 14) {
+            renderer = readers[static_cast<size_t>(round / 15 + 1) % 2].Renderer();
             canvas.MoveToRenderer(renderer);
         }
     }
+    isOver = true;
+    clearing.join();
     Stop();
     source->ClearAll();
     const auto last = std::make_shared<TestMark>("last", SDL_FRect{0, 0, 9999, 9999}, 0xFFFF0000);
@@ -92,7 +108,8 @@ TEST_F(CanvasThreads, SendMarksWhileATileDrawsThem) {
 TEST_F(CanvasThreads, SendMarksWhileTilesComeAndGo) {
     const Testing::PixelReader reader(64, 36);
     Start();
-    for (int round = 0; round < 30; ++round) {
+    for (int round = 0; round < 12; ++round) {
+        WaitForMarks();
         DrawingCanvas canvas;
         canvas.Resize(reader.Renderer(), 405, 720);
         source->AttachCanvas(&canvas);

@@ -295,6 +295,7 @@ TEST_F(Canvas, ShowsNothingWithoutARatioAndStillDrawsTheMarks) {
     EXPECT_TRUE(AreaIs(Frame({0, 0, 100, 0}, {0, 0, 640, 0}), kScreen, kBlack));
     EXPECT_EQ(mark->renders, 1);
     EXPECT_TRUE(AreaIs(Frame({0, 0, -1, 100}), kScreen, kBlack));
+    EXPECT_EQ(Testing::Calls().Count("SDL_RenderCopy"), 0U);
     EXPECT_TRUE(AreaIs(Frame(), kScreen, kRed));
     EXPECT_EQ(mark->renders, 1);
 }

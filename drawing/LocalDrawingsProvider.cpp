@@ -214,7 +214,7 @@ TextBox* LocalDrawingsProvider::OpenText() const {
 }
 
 bool LocalDrawingsProvider::BeginShape() {
-    std::shared_ptr<Shape> shape = toolState_.enabled ? MakeToolShape(toolState_, fontFamily_) : nullptr;
+    std::shared_ptr<Shape> shape = MakeToolShape(toolState_, fontFamily_);
     if (shape == nullptr) return false;
     currentShape_ = std::move(shape);
     return true;

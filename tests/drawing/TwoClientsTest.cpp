@@ -2,11 +2,13 @@
 // messages and mixes those of different senders. In the end everybody sees the same pixels.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <deque>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <random>
 
 #include "drawing/LinePath.h"

@@ -22,6 +22,9 @@ DOT = (244, 67, 54)
 SELECTED = (0x21, 0x96, 0xF3)
 FIELD = (0x1C, 0x1E, 0x23)
 WHITE = (255, 255, 255)
+# What lines are drawn in at first.
+CORAL = (0xE8, 0x5C, 0x41)
+PALETTE_GROUND = (0x12, 0x13, 0x16)
 # A bar of the test picture.
 YELLOW = (190, 190, 0)
 
@@ -37,6 +40,8 @@ MORE_ENTRIES = {"still": (1050, 396), "brighter": (1050, 444), "darker": (1050, 
 OPTIONS_BESIDE_PANEL = 622
 # In a window of 1600 pixels.
 RESOLVE = 742
+# In the palette of drawing tools, which stands where the bar was.
+PALETTE = {"line": 325, "undo": 872, "close": 991}
 # In the dialog and in the bar above the room, which are the desktop's.
 SHARE = (617, 396)
 STOP = (298, 14)
@@ -235,9 +240,50 @@ class BarProgramTest(RoomDisplay):
         self.until(lambda: not self.has_own_picture(), "the own camera is shown though it is off")
         self.assertFalse(self.toggle(BUTTONS["camera"]))
         self.until(self.has_own_picture, "the own camera does not come back")
-        for name in ("microphone", "speaker", "draw"):
+        for name in ("microphone", "speaker"):
             first = self.toggle(BUTTONS[name])
             self.assertNotEqual(self.toggle(BUTTONS[name]), first, name)
+
+    def has_palette(self):
+        return self.share(PALETTE_GROUND, 600, 652, 400, 4) > 0.9
+
+    def open_palette(self):
+        self.watch_nobody()
+        self.open_bar()
+        self.click_button("draw")
+        self.until(self.has_palette, "the drawing tools do not come")
+
+    def press_tool(self, name):
+        self.move(PALETTE[name], ROW)
+        self.do("click", "1")
+
+    def test_has_the_drawing_tools_in_the_place_of_the_bar(self):
+        self.open_palette()
+        self.until(lambda: self.share(BLUE, 1125, 640) < 0.1, "no place is made for the tools")
+        self.press_tool("close")
+        self.until(lambda: not self.has_palette(), "the tools stay")
+        self.move(640, 700)
+        self.until(self.has_bar, "the bar does not come back")
+
+    def test_draws_on_the_main_video_and_takes_it_back(self):
+        self.open_palette()
+        self.press_tool("line")
+        self.until(lambda: self.share(SELECTED, PALETTE["line"] - 12, ROW) > 0.9, "the line is not chosen")
+        has_line = lambda: self.share(CORAL, 600, 400, 4, 4) > 0.9
+        self.move(400, 400)
+        self.do("mousedown", "1")
+        for x in range(450, 801, 50):
+            self.move(x, 400)
+            time.sleep(0.05)
+        self.until(has_line, "the line does not follow the pointer")
+        self.do("mouseup", "1")
+        self.move(700, 250)
+        time.sleep(0.5)
+        self.assertTrue(has_line(), "the line goes when the button is let go")
+        self.press_tool("undo")
+        self.until(lambda: not has_line(), "the line is not taken back")
+        self.press(self.room, "ctrl+shift+z")
+        self.until(has_line, "the line is not brought again by the key")
 
     def test_opens_and_closes_what_stands_beside_the_room(self):
         self.watch_nobody()

@@ -1,12 +1,15 @@
 #include "tests/drawing/LocalUser.h"
 
+#include <atomic>
+
 #include "ui/Clock.h"
 
 namespace Corvanta::Testing {
 
 namespace {
 
-int64_t nowNs = 0;
+// Read by whatever thread makes a shape.
+std::atomic<int64_t> nowNs{0};
 
 SDL_Event Event(Uint32 type) {
     SDL_Event event{};
@@ -33,7 +36,7 @@ SDL_Event KeyEvent(Uint32 type, int keycode) {
 
 HandClock::HandClock() {
     nowNs = 1000000000;
-    UI::SetClock([] { return nowNs; });
+    UI::SetClock([] { return nowNs.load(); });
 }
 
 HandClock::~HandClock() {

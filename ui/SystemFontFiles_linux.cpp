@@ -17,6 +17,18 @@ using FontSet = std::unique_ptr<FcFontSet, decltype(&FcFontSetDestroy)>;
 
 enum class Faces { RegularRoman, All };
 
+struct StandIn {
+    const char* family;
+    const char* ofSameWidths;
+};
+constexpr StandIn kStandIns[] = {{"Arial", "Liberation Sans"},
+                                 {"Arial Narrow", "Liberation Sans Narrow"},
+                                 {"Calibri", "Carlito"},
+                                 {"Courier New", "Liberation Mono"},
+                                 {"Georgia", "Gelasio"},
+                                 {"Helvetica", "Liberation Sans"},
+                                 {"Times New Roman", "Liberation Serif"}};
+
 // The family's first file by name, so that the answer does not depend on the order of folders.
 [[nodiscard]] std::string FirstFile(FcConfig* config, const std::string& family, Faces faces) {
     const Pattern pattern(FcPatternCreate(), &FcPatternDestroy);
@@ -39,6 +51,13 @@ enum class Faces { RegularRoman, All };
     return lowest;
 }
 
+// The regular roman face; some families have no such face at all: a black one, a script.
+[[nodiscard]] std::string FileOf(FcConfig* config, const std::string& family) {
+    std::string path = FirstFile(config, family, Faces::RegularRoman);
+    if (path.empty()) path = FirstFile(config, family, Faces::All);
+    return path;
+}
+
 }  // namespace
 
 SystemFontFiles::SystemFontFiles() : first_(FcInitLoadConfigAndFonts()) {}
@@ -50,9 +69,10 @@ SystemFontFiles::~SystemFontFiles() {
 std::string SystemFontFiles::Find(const std::string& family) const {
     if (first_ == nullptr) return {};
     auto* config = static_cast<FcConfig*>(first_);
-    std::string path = FirstFile(config, family, Faces::RegularRoman);
-    // Some families have no such face at all: a black one, a script.
-    if (path.empty()) path = FirstFile(config, family, Faces::All);
+    std::string path = FileOf(config, family);
+    for (const StandIn& standIn : kStandIns) {
+        if (path.empty() && family == standIn.family) path = FileOf(config, standIn.ofSameWidths);
+    }
     return path;
 }
 

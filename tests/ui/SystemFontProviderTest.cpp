@@ -102,6 +102,19 @@ TEST(SystemFontFiles, NeverAnswerWithASubstitute) {
     EXPECT_EQ(files.Find(""), "");
 }
 
+TEST(SystemFontFiles, AnswerWithTheFamilyOfTheSameWidthsWhereAFamilyIsMissing) {
+    FontSystem system;
+    system.Add("sans.ttf", "Liberation Sans");
+    system.Add("serif.ttf", "Liberation Serif");
+    system.Add("times.ttf", "Times New Roman");
+    system.Use();
+    const SystemFontFiles files;
+    EXPECT_EQ(files.Find("Arial"), system.Path("sans.ttf"));
+    EXPECT_EQ(files.Find("Helvetica"), system.Path("sans.ttf"));
+    EXPECT_EQ(files.Find("Times New Roman"), system.Path("times.ttf"));
+    EXPECT_EQ(files.Find("Verdana"), "");
+}
+
 TEST(SystemFontFiles, PreferTheRegularRomanFace) {
     FontSystem system;
     system.Add("a-bold.ttf", "Georgia", "bold");

@@ -14,7 +14,10 @@ ErasedLinePath::ErasedLinePath(const LinePath& path) : LinePath(path) {
 
 void ErasedLinePath::Render(SDL_Renderer* renderer) {
     if (normalizedPoints.empty()) return;
-    color.a = 0;
+    {
+        const std::scoped_lock lock(colorMutex_);
+        color.a = 0;
+    }
     SDL_Rect viewport;
     SDL_RenderGetViewport(renderer, &viewport);
     SDL_BlendMode blendMode = SDL_BLENDMODE_NONE;

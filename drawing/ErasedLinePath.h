@@ -2,7 +2,10 @@
 // layer of the participant who made it.
 #pragma once
 
+#include <mutex>
+
 #include "drawing/LinePath.h"
+#include "ui/LockOrder.h"
 
 namespace Corvanta::Drawing {
 
@@ -16,6 +19,11 @@ public:
     void Render(SDL_Renderer* renderer) override;
     // Sets the colour to opaque black, as which an eraser travels.
     [[nodiscard]] nlohmann::json ToJson() override;
+
+private:
+    // It is written again for each newcomer, on another thread than the render thread's.
+    UI::OrderedMutex<std::mutex, UI::LockRank::Leaf> colorMutex_;
+    // guards: color, once the shape is shared
 };
 
 }  // namespace Corvanta::Drawing

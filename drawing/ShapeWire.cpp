@@ -162,6 +162,7 @@ ErasedLinePath::ErasedLinePath(const json& data) : LinePath(data) {
 }
 
 json ErasedLinePath::ToJson() {
+    const std::scoped_lock lock(colorMutex_);
     color = Color();
     json written = LinePath::ToJson();
     written["className"] = "ErasedLinePath";

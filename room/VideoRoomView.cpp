@@ -1,10 +1,12 @@
 #include "room/VideoRoomView.h"
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <utility>
 
 #include "platform/Configuration.h"
+#include "platform/Logger.h"
 #include "platform/MediaManager.h"
 #include "platform/WebRTC.h"
 #include "room/MainVideoRect.h"
@@ -100,7 +102,16 @@ void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) 
         case kRenderColorSpaceChangedEvent: UpdateHdrOptions(); break;
         default: break;
     }
-    if (!closing_.load() && !toolbar_.HasOpenMenu()) drawings_->Input().Dispatch(event);
+    if (!closing_.load() && !toolbar_.HasOpenMenu()) Draw(event);
+}
+
+void VideoRoomView::Draw(const SDL_Event& event) {
+    try {
+        drawings_->Input().Dispatch(event);
+    } catch (const std::exception& error) {
+        // A text whose family the host wrote in no UTF-8 cannot be sent; the room goes on without it.
+        LOG(3, "A mark could not be shared: %s", error.what());
+    }
 }
 
 void VideoRoomView::UpdatePointer(SDL_Point pointer) {

@@ -243,6 +243,7 @@ protected:
 private:
     void HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_Point& wheel);
     void HandleViewEvent(const SDL_Event& event, SDL_Point& pointer);
+    void Draw(const SDL_Event& event);
     [[nodiscard]] Drawing::DrawingCanvas* GetMainCanvas() override;
     [[nodiscard]] SDL_Rect GetMainVideoArea() const override { return GetMainVideoRect(); }
     void ReportHistoryState(bool canUndo, bool canRedo) override;

@@ -19,7 +19,7 @@ void CutToAxis(double start, double direction, int size, int reach, double& from
         if (low > 0 || high < 0) to = from;
         return;
     }
-    const auto [first, last] = std::minmax(low / direction, high / direction);
+    const auto [first, last] = std::minmax({low / direction, high / direction});
     from = std::max(from, first);
     to = std::min(to, last);
 }

@@ -8,10 +8,10 @@
 // SDL_SetWindowSize, SDL_CreateRenderer, SDL_DestroyRenderer, SDL_RenderSetScale, SDL_RenderSetViewport,
 // SDL_RenderSetClipRect, SDL_SetRenderTarget, SDL_SetRenderDrawBlendMode, SDL_SetRenderDrawColor,
 // SDL_RenderClear, SDL_RenderPresent, SDL_RenderCopy, SDL_RenderCopyEx, SDL_RenderFillRect,
-// SDL_RenderDrawRect, SDL_CreateTexture, SDL_CreateTextureFromSurface, SDL_DestroyTexture, SDL_UpdateTexture,
-// SDL_UpdateYUVTexture, SDL_SetTextureColorMod, SDL_SetTextureAlphaMod, SDL_SetTextureBlendMode,
-// SDL_SetYUVConversionMode, TTF_Init, TTF_Quit, TTF_OpenFont, TTF_CloseFont, IMG_Init, IMG_Quit,
-// IMG_LoadTexture.
+// SDL_RenderFillRects, SDL_RenderDrawLine, SDL_RenderDrawRect, SDL_CreateTexture,
+// SDL_CreateTextureFromSurface, SDL_DestroyTexture, SDL_UpdateTexture, SDL_UpdateYUVTexture,
+// SDL_SetTextureColorMod, SDL_SetTextureAlphaMod, SDL_SetTextureBlendMode, SDL_SetYUVConversionMode,
+// TTF_Init, TTF_Quit, TTF_OpenFont, TTF_CloseFont, IMG_Init, IMG_Quit, IMG_LoadTexture.
 #pragma once
 
 #include <SDL.h>
@@ -44,6 +44,8 @@ public:
     void SetRenderDrivers(std::vector<std::string> names);
     // Renderers say that the sides of their textures are at most that long. 0: what they say themselves.
     void LimitTextureSides(int limit);
+    // Renderers give that driver's name instead of their own, which null brings back. The name is not copied.
+    void NameRenderers(const char* driver);
     // SDL_CreateWindowFrom makes a hidden window of its own instead of asking for the host's: with the video
     // driver "dummy" a view can then be opened without any display.
     void ReplaceForeignWindows(bool replace);
@@ -59,6 +61,7 @@ public:
     [[nodiscard]] Uint32 FlagsToPass(Uint32 asked) const;
     [[nodiscard]] std::optional<std::vector<std::string>> RenderDrivers() const;
     [[nodiscard]] int TextureSideLimit() const;
+    [[nodiscard]] const char* NameOfRenderers() const;
     [[nodiscard]] bool ReplacesForeignWindows() const;
     void AddTexture(SDL_Renderer* renderer, SDL_Texture* texture, Uint32 askedFormat);
     void RemoveTexture(SDL_Texture* texture);
@@ -81,6 +84,7 @@ private:
     bool hdrRendererFlag_ = false;
     std::vector<std::string> renderDrivers_;
     int textureSideLimit_ = 0;
+    const char* nameOfRenderers_ = nullptr;
     bool replacesForeignWindows_ = false;
     std::map<SDL_Texture*, TextureRecord> textures_;
     std::vector<SDL_Renderer*> renderers_;

@@ -208,6 +208,8 @@ int SDL_GetRendererInfo(SDL_Renderer* renderer, SDL_RendererInfo* info) {
         info->max_texture_width = limit;
         info->max_texture_height = limit;
     }
+    const char* const name = Sdl().NameOfRenderers();
+    if (result == 0 && name != nullptr) info->name = name;
     return result;
 }
 
@@ -301,6 +303,18 @@ int SDL_RenderFillRect(SDL_Renderer* renderer, const SDL_Rect* rect) {
     static const auto real = Next(&SDL_RenderFillRect, "SDL_RenderFillRect");
     Record("SDL_RenderFillRect", renderer, Text(rect));
     return TakesFailure("SDL_RenderFillRect") ? -1 : real(renderer, rect);
+}
+
+int SDL_RenderFillRects(SDL_Renderer* renderer, const SDL_Rect* rects, int count) {
+    static const auto real = Next(&SDL_RenderFillRects, "SDL_RenderFillRects");
+    Record("SDL_RenderFillRects", renderer, count);
+    return TakesFailure("SDL_RenderFillRects") ? -1 : real(renderer, rects, count);
+}
+
+int SDL_RenderDrawLine(SDL_Renderer* renderer, int x1, int y1, int x2, int y2) {
+    static const auto real = Next(&SDL_RenderDrawLine, "SDL_RenderDrawLine");
+    Record("SDL_RenderDrawLine", renderer, x1, y1, x2, y2);
+    return TakesFailure("SDL_RenderDrawLine") ? -1 : real(renderer, x1, y1, x2, y2);
 }
 
 int SDL_RenderDrawRect(SDL_Renderer* renderer, const SDL_Rect* rect) {

@@ -47,6 +47,7 @@ VideoFrame::VideoFrame(std::string streamId, std::string sessionName, std::strin
       streamType_(Connections_GetStreamType(streamId_)),
       renderTimeNs_(UI::NowNs()),
       lastUploadTimeNs_(renderTimeNs_),
+      drawings_(Drawing::DrawingCanvasManager::Instance()),
       intake_(std::make_shared<FrameIntake>()),
       frameSink_(std::make_shared<FrameCallback>(
           [intake = intake_](const Frame& frame) { intake->OnFrame(frame); })),
@@ -64,13 +65,15 @@ VideoFrame::~VideoFrame() {
 
 void VideoFrame::MakeCanvas() {
     canvas_.reset();
-    const auto manager = Drawing::DrawingCanvasManager::Instance();
-    if (manager == nullptr) return;
+    const auto manager = drawings_.lock();
+    // A stream that has left is not to be drawn on again.
+    if (manager == nullptr || retired_.load()) return;
     canvas_ = std::make_unique<Drawing::DrawingCanvas>();
     manager->AttachCanvas(streamId_, canvas_.get());
 }
 
 void VideoFrame::Retire() {
+    retired_.store(true);
     worker_.RequestStop();
 }
 
@@ -129,7 +132,11 @@ void VideoFrame::DrawMarks(SDL_Renderer* renderer) {
     if (canvas_ == nullptr) return;
     const PictureSize picture = GetPictureSize();
     const bool hasPicture = picture.width > 0 && picture.height > 0 && picture_.GetTexture() != nullptr;
-    canvas_->Resize(renderer, hasPicture ? picture.width : rect.w, hasPicture ? picture.height : rect.h);
+    // The main video is drawn a second time as a thumbnail, of another shape where there is no picture: the
+    // canvas keeps to one of the two.
+    if (hasPicture || !inGrid || canvas_->TextureWidth() == 0) {
+        canvas_->Resize(renderer, hasPicture ? picture.width : rect.w, hasPicture ? picture.height : rect.h);
+    }
     canvas_->Render(renderer, sourceRect, rect);
 }
 

@@ -207,6 +207,9 @@ private:
     const std::string profileId_;
     const TileOrigin origin_;
     const StreamType streamType_;
+    // Of the room for which the tile was made.
+    const std::weak_ptr<Drawing::DrawingCanvasManager> drawings_;
+    std::atomic<bool> retired_{false};
     std::string displayNameOverride_;
     std::atomic<bool> videoEnabledWanted_{true};
     std::atomic<bool> active_{true};

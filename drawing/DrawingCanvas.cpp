@@ -148,6 +148,10 @@ void DrawingCanvas::SetPreview(std::shared_ptr<Shape> shape) {
     preview_ = std::move(shape);
 }
 
+void DrawingCanvas::EndPreview(const Shape& shape) {
+    if (preview_.get() == &shape) preview_ = nullptr;
+}
+
 std::shared_ptr<DrawingSource> DrawingCanvas::Source() const {
     const std::scoped_lock lock(mutex_);
     return source_.lock();

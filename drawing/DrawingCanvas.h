@@ -75,6 +75,8 @@ public:
 
     // The shape that the local user is drawing; null ends it.
     void SetPreview(std::shared_ptr<Shape> shape);
+    // Ends it if it is that shape.
+    void EndPreview(const Shape& shape);
 
     // Null while it is attached to none, or its source has gone.
     [[nodiscard]] std::shared_ptr<DrawingSource> Source() const;

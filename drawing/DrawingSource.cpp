@@ -51,4 +51,9 @@ void DrawingSource::DetachCanvas(DrawingCanvas* canvas) {
     if (canvases_.erase(canvas) > 0) canvas->LeaveSource(*this);
 }
 
+void DrawingSource::EndPreview(const Shape& shape) {
+    const std::scoped_lock lock(mutex_);
+    for (DrawingCanvas* const canvas : canvases_) canvas->EndPreview(shape);
+}
+
 }  // namespace Corvanta::Drawing

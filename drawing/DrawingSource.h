@@ -44,6 +44,8 @@ public:
     // source that it had.
     void AttachCanvas(DrawingCanvas* canvas);
     void DetachCanvas(DrawingCanvas* canvas);
+    // Render thread: no canvas shows the shape as the one that is being drawn any more.
+    void EndPreview(const Shape& shape);
 
     [[nodiscard]] const std::string& StreamId() const { return streamId_; }
     [[nodiscard]] DrawingHistory& History() { return history_; }

@@ -31,6 +31,7 @@ void SdlRecorder::Reset() {
     hdrRendererFlag_ = false;
     renderDrivers_.clear();
     textureSideLimit_ = 0;
+    nameOfRenderers_ = nullptr;
     replacesForeignWindows_ = false;
 }
 
@@ -98,6 +99,16 @@ void SdlRecorder::LimitTextureSides(int limit) {
 int SdlRecorder::TextureSideLimit() const {
     const std::lock_guard lock(mutex_);
     return textureSideLimit_;
+}
+
+void SdlRecorder::NameRenderers(const char* driver) {
+    const std::lock_guard lock(mutex_);
+    nameOfRenderers_ = driver;
+}
+
+const char* SdlRecorder::NameOfRenderers() const {
+    const std::lock_guard lock(mutex_);
+    return nameOfRenderers_;
 }
 
 void SdlRecorder::ReplaceForeignWindows(bool replace) {

@@ -86,6 +86,8 @@ void VideoRoomView::HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_
 }
 
 void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) {
+    // A press that closes a menu is for that alone.
+    const bool menuWasOpen = toolbar_.HasOpenMenu();
     switch (event.type) {
         case SDL_KEYDOWN:
             // What is typed into a text is no key to talk with.
@@ -102,7 +104,7 @@ void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) 
         case kRenderColorSpaceChangedEvent: UpdateHdrOptions(); break;
         default: break;
     }
-    if (!closing_.load() && !toolbar_.HasOpenMenu()) Draw(event);
+    if (!closing_.load() && !menuWasOpen && !toolbar_.HasOpenMenu()) Draw(event);
 }
 
 void VideoRoomView::Draw(const SDL_Event& event) {

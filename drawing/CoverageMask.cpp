@@ -28,46 +28,34 @@ struct Run {
 }  // namespace
 
 // One side of a polygon, walked downwards. Where it crosses row y is
-// ((65536 * (y - y1)) / (y2 - y1)) * (x2 - x1) + 65536 * x1 with an integer division, taken here without one.
+// ((65536 * (y - y1)) / (y2 - y1)) * (x2 - x1) + 65536 * x1 with an integer division. The quotient is the
+// upper half of a sum of rounded-up reciprocals, which is exact since no height has more than 16 bits.
 struct CoverageMask::Edge {
     Edge() = default;
     // upper.y is less than lower.y.
     Edge(SDL_Point upper, SDL_Point lower, int lowestRow)
         : top(upper.y),
           last(lower.y == lowestRow ? lower.y : lower.y - 1),
-          x(kOne * upper.x),
+          start(kOne * upper.x),
           width(lower.x - upper.x),
-          height(static_cast<uint32_t>(lower.y - upper.y)),
-          step(static_cast<int64_t>(static_cast<uint32_t>(kOne) / height) * width),
-          rest(static_cast<uint32_t>(kOne) % height) {}
+          step(((uint64_t{1} << 48U) - 1) / static_cast<uint64_t>(lower.y - upper.y) + 1) {}
 
-    void Skip(int rows) {
-        const int64_t part = kOne * rows;
-        x += part / height * width;
-        sum = static_cast<uint32_t>(part % height);
-    }
+    void Skip(int rows) { sum = step * static_cast<uint64_t>(rows); }
     // The crossing of the row, and on to the next.
     int64_t Next() {
-        const int64_t crossing = x;
-        x += step;
-        sum += rest;
-        if (sum >= height) {
-            sum -= height;
-            x += width;
-        }
+        const int64_t crossing = static_cast<int64_t>(sum >> 32U) * width + start;
+        sum += step;
         return crossing;
     }
 
     // Rows that it crosses, both included.
     int top = 0;
     int last = -1;
-    // In 1/65536, at the row to come.
-    int64_t x = 0;
-    int width = 0;
-    uint32_t height = 1;
-    int64_t step = 0;
-    uint32_t rest = 0;
-    uint32_t sum = 0;
+    // In 1/65536.
+    int64_t start = 0;
+    int64_t width = 0;
+    uint64_t step = 0;
+    uint64_t sum = 0;
 };
 
 CoverageMask::CoverageMask(const SDL_Rect& bounds) {

@@ -212,4 +212,9 @@ void LinePath::ReleaseTextures(SDL_Renderer* renderer) {
     Release(tailTextures, renderer);
 }
 
+void LinePath::ForgetTextures(SDL_Renderer* renderer) {
+    strokeTextures.erase(renderer);
+    tailTextures.erase(renderer);
+}
+
 }  // namespace Corvanta::Drawing

@@ -30,6 +30,7 @@ public:
     void SetEnd(double x, double y) override;
     [[nodiscard]] nlohmann::json ToJson() override;
     void ReleaseTextures(SDL_Renderer* renderer) override;
+    void ForgetTextures(SDL_Renderer* renderer) override;
 
     double normalizedStrokeWidth = 0;
     bool normalized = false;

@@ -2,9 +2,9 @@
 // wire carries it; fractions of the canvas, which Normalize computes once; and pixels of the renderer's
 // viewport, to which Render multiplies the fractions. So it is the same drawing at any resolution.
 //
-// Normalize, Render and ReleaseTextures belong to the render thread, under the lock of the canvas that draws
-// the shape; SetStart and SetEnd to the same thread. Shapes are shared, never copied; one that came over the
-// wire is complete before it is shared.
+// Normalize, Render, ReleaseTextures and ForgetTextures belong to the render thread, under the lock of the
+// canvas that draws the shape; SetStart and SetEnd to the same thread. Shapes are shared, never copied; one
+// that came over the wire is complete before it is shared.
 #pragma once
 
 #include <SDL.h>
@@ -28,6 +28,8 @@ public:
     [[nodiscard]] virtual nlohmann::json ToJson() = 0;
     // Frees what the shape holds for that renderer, which must still be alive.
     virtual void ReleaseTextures(SDL_Renderer* renderer);
+    // That renderer may have gone, and what the shape held for it goes with it.
+    virtual void ForgetTextures(SDL_Renderer* renderer);
     virtual ~Shape() = default;
 
     Shape(const Shape&) = delete;

@@ -103,4 +103,8 @@ void TextBox::ReleaseTextures(SDL_Renderer* renderer) {
     textures.erase(found);
 }
 
+void TextBox::ForgetTextures(SDL_Renderer* renderer) {
+    textures.erase(renderer);
+}
+
 }  // namespace Corvanta::Drawing

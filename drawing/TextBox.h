@@ -33,6 +33,7 @@ public:
     void SetEnd(double endX, double endY) override;
     [[nodiscard]] nlohmann::json ToJson() override;
     void ReleaseTextures(SDL_Renderer* renderer) override;
+    void ForgetTextures(SDL_Renderer* renderer) override;
 
     // Canvas units, the top left corner.
     double x = 0;

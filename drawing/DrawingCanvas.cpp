@@ -16,6 +16,9 @@ namespace {
 // Twice the reference size keeps marks sharp on a small stream.
 constexpr float kTextureScale = 2.0F;
 constexpr SDL_ScaleMode kScaleMode = SDL_ScaleModeLinear;
+// Who undoes the last mark often brings it back, and a layer of 15 MB takes time to be made. About a second,
+// and half of one for the main video, which the wall shows a second time.
+constexpr uint32_t kDrawingsWithoutMarks = 60;
 
 [[nodiscard]] bool IsSame(SDL_Point left, SDL_Point right) {
     return left.x == right.x && left.y == right.y;
@@ -44,6 +47,11 @@ void QueueAgain(DrawingCanvas::ParticipantResources& resources) {
     drawn.clear();
 }
 
+void Append(DrawingCanvas::ParticipantResources& resources, const std::shared_ptr<Shape>& shape) {
+    if (shape == nullptr || !resources.ids.insert(shape.get()).second) return;
+    resources.pendingShapes.push_back(shape);
+}
+
 void ClearShapes(DrawingCanvas::ParticipantResources& resources) {
     resources.ids.clear();
     resources.drawnShapes.clear();
@@ -65,19 +73,27 @@ DrawingCanvas::~DrawingCanvas() {
     }
 }
 
-void DrawingCanvas::AddShape(const std::string& participantId, std::shared_ptr<Shape> shape) {
-    if (shape == nullptr) return;
+void DrawingCanvas::AddShape(const std::string& participantId, const std::shared_ptr<Shape>& shape) {
+    AddShapes(participantId, {&shape, 1});
+}
+
+void DrawingCanvas::AddShapes(const std::string& participantId,
+                              std::span<const std::shared_ptr<Shape>> shapes) {
     const std::scoped_lock lock(mutex_);
     ParticipantResources& resources = participants_[participantId];
-    const Shape* const key = shape.get();
-    if (resources.ids.contains(key)) return;
-    resources.pendingShapes.push_back(std::move(shape));
-    resources.ids.insert(key);
+    for (const std::shared_ptr<Shape>& shape : shapes) Append(resources, shape);
+}
+
+void DrawingCanvas::ReplaceShapes(const std::string& participantId,
+                                  std::span<const std::shared_ptr<Shape>> shapes) {
+    const std::scoped_lock lock(mutex_);
+    ParticipantResources& resources = participants_[participantId];
+    ClearShapes(resources);
+    for (const std::shared_ptr<Shape>& shape : shapes) Append(resources, shape);
 }
 
 void DrawingCanvas::ClearParticipant(const std::string& participantId) {
-    const std::scoped_lock lock(mutex_);
-    ClearShapes(participants_[participantId]);
+    ReplaceShapes(participantId, {});
 }
 
 void DrawingCanvas::ClearAll() {
@@ -119,6 +135,19 @@ void DrawingCanvas::Render(SDL_Renderer* renderer, const SDL_Rect& sourceRect,
     } else if (preview_ != nullptr && DrawPreview()) {
         Show(renderer, previewTexture_, crop, destinationRect);
     }
+}
+
+void DrawingCanvas::DrawAgain() {
+    const std::scoped_lock lock(mutex_);
+    for (auto& [id, resources] : participants_) {
+        Destroy(resources.texture);
+        QueueAgain(resources);
+        for (const auto& shape : resources.pendingShapes) shape->ReleaseTextures(renderer_);
+    }
+    for (const auto& shape : {preview_, drawnPreview_}) {
+        if (shape != nullptr) shape->ReleaseTextures(renderer_);
+    }
+    Destroy(previewTexture_);
 }
 
 void DrawingCanvas::MoveToRenderer(SDL_Renderer* renderer) {
@@ -196,15 +225,24 @@ void DrawingCanvas::TakeFrameSize(int width, int height) {
 
 void DrawingCanvas::TakeRenderer(SDL_Renderer* renderer) {
     if (renderer_ == renderer) return;
-    // Textures of a renderer that was left without a word go with it, and it may have gone already.
-    for (auto& [id, resources] : participants_) {
-        resources.texture = nullptr;
-        QueueAgain(resources);
-    }
-    previewTexture_ = nullptr;
+    if (renderer_ != nullptr) ForgetRenderer();
     renderer_ = renderer;
     maxSide_ = LongestSideOf(renderer);
     textureSize_ = TextureSizeFor(canvasSize_, kTextureScale, maxSide_);
+}
+
+void DrawingCanvas::ForgetRenderer() {
+    // It was left without a word: textures go with it, and it may have gone already.
+    for (auto& [id, resources] : participants_) {
+        resources.texture = nullptr;
+        QueueAgain(resources);
+        for (const auto& shape : resources.pendingShapes) shape->ForgetTextures(renderer_);
+    }
+    for (const auto& shape : {preview_, drawnPreview_}) {
+        if (shape != nullptr) shape->ForgetTextures(renderer_);
+    }
+    drawnPreview_ = nullptr;
+    previewTexture_ = nullptr;
 }
 
 void DrawingCanvas::KeepLayerSize() {
@@ -229,10 +267,14 @@ SDL_Texture* DrawingCanvas::MakeLayer() const {
 
 bool DrawingCanvas::UpdateLayer(ParticipantResources& resources) const {
     if (resources.pendingShapes.empty()) {
+        if (!resources.drawnShapes.empty()) return resources.texture != nullptr;
         // An empty layer would be laid over every frame for nothing.
-        if (resources.drawnShapes.empty()) Destroy(resources.texture);
-        return resources.texture != nullptr;
+        if (resources.texture != nullptr && ++resources.drawingsWithoutMarks > kDrawingsWithoutMarks) {
+            Destroy(resources.texture);
+        }
+        return false;
     }
+    resources.drawingsWithoutMarks = 0;
     if (resources.texture == nullptr) {
         resources.texture = MakeLayer();
         resources.needsClear = true;
@@ -247,11 +289,11 @@ bool DrawingCanvas::UpdateLayer(ParticipantResources& resources) const {
         resources.needsClear = false;
     }
     while (!resources.pendingShapes.empty()) {
-        const std::shared_ptr<Shape> shape = resources.pendingShapes.front();
+        const std::shared_ptr<Shape>& shape = resources.pendingShapes.front();
         DrawShape(*shape);
-        resources.pendingShapes.pop_front();
         resources.drawnShapes.push_back(shape);
-        shape->ReleaseTextures(renderer_);
+        resources.pendingShapes.pop_front();
+        resources.drawnShapes.back()->ReleaseTextures(renderer_);
     }
     return true;
 }

@@ -2,23 +2,25 @@
 // stream, each mark drawn into its layer once, the layers laid over the video on every frame, and the shape
 // that the local user is drawing. It can be thrown away at any time and rebuilt from its source.
 //
-// AddShape, ClearParticipant and ClearAll: any thread, and they touch no renderer. Everything else: render
-// thread. The lock is taken inside a tile's and a source's.
+// AddShape, AddShapes, ReplaceShapes, ClearParticipant, ClearAll, Source, SetSource and LeaveSource: any
+// thread, and they touch no renderer. Everything else: render thread. The lock is taken inside a tile's and a
+// source's.
 #pragma once
 
 #include <SDL.h>
 
-#include <cstddef>
+#include <cstdint>
 #include <deque>
-#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <string>
 #include <unordered_set>
 
 #include "drawing/CanvasGeometry.h"
 #include "drawing/Shape.h"
+#include "drawing/ShapeIdentity.h"
 #include "ui/LockOrder.h"
 
 namespace Corvanta::Drawing {
@@ -27,16 +29,6 @@ class DrawingSource;
 
 class DrawingCanvas {
 public:
-    // Shapes by their controlId, which does not change once a canvas has them.
-    struct HashOfId {
-        size_t operator()(const Shape* shape) const { return std::hash<std::string>{}(shape->controlId); }
-    };
-    struct SameId {
-        bool operator()(const Shape* left, const Shape* right) const {
-            return left->controlId == right->controlId;
-        }
-    };
-
     struct ParticipantResources {
         // The layer must be cleared before the next mark.
         bool needsClear = false;
@@ -45,8 +37,10 @@ public:
         std::deque<std::shared_ptr<Shape>> pendingShapes;
         // All that are in the two. Asking it keeps a burst of shapes from being compared each with each.
         std::unordered_set<const Shape*, HashOfId, SameId> ids;
-        // The layer; null until a mark needs it, and again when the last one has gone.
+        // The layer; null until a mark needs it, and again some time after the last one has gone.
         SDL_Texture* texture = nullptr;
+        // How often the canvas has been drawn since then.
+        uint32_t drawingsWithoutMarks = 0;
     };
 
     DrawingCanvas() = default;
@@ -56,7 +50,11 @@ public:
     DrawingCanvas& operator=(const DrawingCanvas&) = delete;
 
     // A shape whose controlId the participant's layer has already is left out.
-    void AddShape(const std::string& participantId, std::shared_ptr<Shape> shape);
+    void AddShape(const std::string& participantId, const std::shared_ptr<Shape>& shape);
+    // The same with several, and with several in the place of all that are there; oldest first. Each is one
+    // step: no frame shows a part of it.
+    void AddShapes(const std::string& participantId, std::span<const std::shared_ptr<Shape>> shapes);
+    void ReplaceShapes(const std::string& participantId, std::span<const std::shared_ptr<Shape>> shapes);
     void ClearParticipant(const std::string& participantId);
     void ClearAll();
 
@@ -68,6 +66,8 @@ public:
     // Draws what is new into the layers, then layers and preview over what the tile has just drawn.
     // sourceRect: the part of the video that the tile shows, empty for all of it.
     void Render(SDL_Renderer* renderer, const SDL_Rect& sourceRect, const SDL_Rect& destinationRect);
+    // The renderer has lost what was drawn into its textures: all marks and the preview are drawn again.
+    void DrawAgain();
     // The tile goes to that renderer; the old one is still alive.
     void MoveToRenderer(SDL_Renderer* renderer);
     // The tile drops its graphics, and all shapes leave the canvas.
@@ -95,6 +95,7 @@ private:
     // Their callers hold mutex_.
     void TakeFrameSize(int width, int height);
     void TakeRenderer(SDL_Renderer* renderer);
+    void ForgetRenderer();
     void KeepLayerSize();
     [[nodiscard]] SDL_Texture* MakeLayer() const;
     // Brings the layer up to date. Whether there is something in it to be shown.

@@ -4,14 +4,19 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
+#include <span>
 #include <string>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "drawing/DrawingHistory.h"
 #include "drawing/Shape.h"
+#include "drawing/ShapeIdentity.h"
 #include "ui/LockOrder.h"
 
 namespace Corvanta::Drawing {
@@ -33,8 +38,13 @@ public:
     DrawingSource(const DrawingSource&) = delete;
     DrawingSource& operator=(const DrawingSource&) = delete;
 
-    // The same shape may come again: canvases leave out what they have.
+    // A shape may come again, by its controlId: the list then has the first one twice, and canvases leave
+    // out what they have.
     void Add(const std::string& participantId, const std::shared_ptr<Shape>& shape);
+    // The same with several, and with several in the place of all that the participant has; oldest first.
+    // Each is one step: no reader of the list and no frame of a canvas sees a part of it.
+    void AddAll(const std::string& participantId, std::span<const std::shared_ptr<Shape>> shapes);
+    void Replace(const std::string& participantId, std::span<const std::shared_ptr<Shape>> shapes);
     void RemoveParticipant(const std::string& participantId);
     // The history stays.
     void ClearAll();
@@ -51,10 +61,19 @@ public:
     [[nodiscard]] DrawingHistory& History() { return history_; }
 
 private:
+    using ShapeSet = std::unordered_set<std::shared_ptr<Shape>, HashOfId, SameId>;
+
+    // Their callers hold mutex_.
+    void Append(const std::string& participantId, std::span<const std::shared_ptr<Shape>> shapes);
+    [[nodiscard]] std::vector<Entry> TakeEntriesOf(const std::string& participantId);
+
     const std::string streamId_;
     mutable UI::OrderedMutex<std::mutex, UI::LockRank::DrawingSource> mutex_;
-    // guards: entries_, canvases_
+    // guards: entries_, shapes_, canvases_
     std::deque<Entry> entries_;
+    // Each participant's, once each. Everybody sends all of theirs whenever somebody joins: without it every
+    // newcomer would cost the memory of all shapes.
+    std::map<std::string, ShapeSet> shapes_;
     // Not owned.
     std::set<DrawingCanvas*> canvases_;
     // Render thread.

@@ -1,11 +1,13 @@
 #include "drawing/DrawingCanvasManager.h"
 
+#include <exception>
 #include <optional>
 #include <utility>
 
 #include "drawing/BroadcastMessage.h"
 #include "drawing/DrawingCanvas.h"
 #include "platform/Connections.h"
+#include "platform/Logger.h"
 #include "platform/MediaManager.h"
 
 namespace Corvanta::Drawing {
@@ -76,6 +78,12 @@ DrawingCanvas* DrawingCanvasManager::CurrentCanvas() {
     return roomView_ != nullptr ? roomView_->GetMainCanvas() : nullptr;
 }
 
+void DrawingCanvasManager::EndPreview(const Shape& shape) {
+    // A canvas may have lost its source.
+    if (DrawingCanvas* const canvas = CurrentCanvas()) canvas->EndPreview(shape);
+    for (const auto& [streamId, source] : Sources()) source->EndPreview(shape);
+}
+
 void DrawingCanvasManager::VideoArea(SDL_Rect* out) const {
     *out = roomView_ != nullptr ? roomView_->GetMainVideoArea() : SDL_Rect{0, 0, 0, 0};
 }
@@ -126,8 +134,22 @@ void DrawingCanvasManager::OnDataChannelMessage(const DataChannelMessage& messag
 
 void DrawingCanvasManager::PublishLocalDrawings() {
     for (const auto& [streamId, source] : Sources()) {
-        const std::string localId = Connections_GetLocalUserStreamID(StreamType::Camera);
-        SendShapes(source->ShapesOf(localId), streamId, false);
+        try {
+            Publish(*source);
+        } catch (const std::exception& error) {
+            LOG(kLogWarning, "The drawings on a stream could not be shared: %s", error.what());
+        }
+    }
+}
+
+void DrawingCanvasManager::Publish(const DrawingSource& source) {
+    const std::string localId = Connections_GetLocalUserStreamID(StreamType::Camera);
+    std::vector<std::shared_ptr<Shape>> sent = source.ShapesOf(localId);
+    SendShapes(sent, source.StreamId(), false);
+    // Where the local user took a shape back meanwhile, this message has brought it back to everybody.
+    for (auto present = source.ShapesOf(localId); present != sent; present = source.ShapesOf(localId)) {
+        sent = std::move(present);
+        SendShapes(sent, source.StreamId(), true);
     }
 }
 

@@ -49,6 +49,9 @@ public:
 
     // The main video's; null without one. All local drawing goes there.
     [[nodiscard]] DrawingCanvas* CurrentCanvas();
+    // No canvas shows the shape any more as the one that is being drawn, whichever stream its gesture began
+    // on.
+    void EndPreview(const Shape& shape);
     // Where the main video stands, in the pointer's coordinates; empty without a view.
     void VideoArea(SDL_Rect* out) const;
     [[nodiscard]] bool IsToolEnabled() const { return localDrawings_.IsToolEnabled(); }
@@ -73,7 +76,8 @@ public:
     void SendShape(const std::shared_ptr<Shape>& shape, const std::string& streamId, bool clearCanvas);
     // Every message of every kind. Throws at what is no message, and at a drawing that cannot be read.
     void OnDataChannelMessage(const DataChannelMessage& message);
-    // Somebody has joined: sends all of the local user's shapes, stream by stream.
+    // Somebody has joined: sends all of the local user's shapes, stream by stream. What cannot be sent is
+    // logged.
     void PublishLocalDrawings();
 
     // The participant has left: the drawings on that stream go, and its marks on all others.
@@ -88,6 +92,7 @@ private:
     // The source of the main video's stream; null without one.
     [[nodiscard]] std::shared_ptr<DrawingSource> CurrentSource();
     [[nodiscard]] SourceMap Sources() const;
+    void Publish(const DrawingSource& source);
 
     mutable UI::OrderedMutex<std::mutex, UI::LockRank::Drawings> sourcesMutex_;
     // guards: sources_

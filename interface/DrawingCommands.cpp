@@ -1,4 +1,6 @@
 // The host's commands on the drawing over the main video.
+#include <exception>
+
 #include "drawing/DrawToolSettings.h"
 #include "interface/ProcessState.h"
 #include "interface/SDLinterface.h"
@@ -13,7 +15,16 @@ namespace {
 // Under the host's lock, as a tick, so that no gesture is under way meanwhile.
 void CallIntoDrawings(void (Drawing::DrawingCanvasManager::*command)()) {
     const HostScope host;
-    if (const auto view = CurrentView()) CallIntoView([&] { (view->GetDrawings().*command)(); });
+    const auto view = CurrentView();
+    if (view == nullptr) return;
+    CallIntoView([&] {
+        try {
+            (view->GetDrawings().*command)();
+        } catch (const std::exception& error) {
+            // The host is no C++, and a stream whose id is no text cannot be named in a message.
+            LOG(3, "A change of the drawing could not be shared: %s", error.what());
+        }
+    });
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <SDL_ttf.h>
 
+#include <algorithm>
+
 #include "drawing/Ellipse.h"
 #include "drawing/ErasedLinePath.h"
 #include "drawing/Line.h"
@@ -12,6 +14,9 @@
 namespace Corvanta::Drawing {
 
 namespace {
+
+// In canvas units. The size goes out rounded, and readers refuse 0.
+constexpr double kSmallestFont = 1;
 
 // Cut to whole units, of which the low 32 bits count; 0 for what no 64-bit integer holds.
 uint32_t ToUnits(double width) {
@@ -77,7 +82,8 @@ std::shared_ptr<Shape> MakeToolShape(const DrawToolState& state, const std::stri
 
 void ApplyTextTool(TextBox& text, const DrawToolState& state, const std::string& fontFamily) {
     text.fontFamily = fontFamily;
-    text.fontSize = state.fontSize;
+    // In this order: what is no number is the smallest.
+    text.fontSize = std::max(kSmallestFont, state.fontSize);
     text.fontStyle &= ~(TTF_STYLE_BOLD | TTF_STYLE_ITALIC);
     if (state.useBoldFont) text.fontStyle |= TTF_STYLE_BOLD;
     if (state.useItalicizedFont) text.fontStyle |= TTF_STYLE_ITALIC;

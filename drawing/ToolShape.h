@@ -15,7 +15,8 @@ class TextBox;
 // family's text of the record is not looked at.
 [[nodiscard]] std::shared_ptr<Shape> MakeToolShape(const DrawToolState& state, const std::string& fontFamily);
 
-// Gives a text the tool's font and colour, to be drawn anew. Its underline stays.
+// Gives a text the tool's font, of 1 canvas unit or more, and its colour, to be drawn anew. Its underline
+// stays.
 void ApplyTextTool(TextBox& text, const DrawToolState& state, const std::string& fontFamily);
 
 }  // namespace Corvanta::Drawing

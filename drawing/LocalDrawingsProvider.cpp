@@ -3,6 +3,7 @@
 #include <SDL_keycode.h>
 
 #include <algorithm>
+#include <exception>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -11,11 +12,13 @@
 #include "drawing/DrawToolSettings.h"
 #include "drawing/DrawingCanvas.h"
 #include "drawing/DrawingCanvasManager.h"
+#include "drawing/FontText.h"
 #include "drawing/KeyToCharacter.h"
 #include "drawing/PointerMapping.h"
 #include "drawing/TextBox.h"
 #include "drawing/ToolShape.h"
 #include "platform/Connections.h"
+#include "platform/Logger.h"
 
 namespace Corvanta::Drawing {
 
@@ -39,6 +42,17 @@ std::optional<SDL_Point> PointOnCanvas(const DrawingCanvasManager& manager, cons
     SDL_Rect videoArea{0, 0, 0, 0};
     manager.VideoArea(&videoArea);
     return MapToCanvas(position, videoArea, canvasSize);
+}
+
+// A font that readers refuse keeps them from reading what comes after it too.
+bool CanBeRead(const TextBox& text) {
+    try {
+        static_cast<void>(ParseFontText(WriteFontText({text.fontStyle, text.fontSize, text.fontFamily})));
+    } catch (const std::exception& error) {
+        LOG(kLogWarning, "A text is dropped, since nobody could read its font: %s", error.what());
+        return false;
+    }
+    return true;
 }
 
 void DragText(TextBox& text, const SDL_Point& point) {
@@ -72,10 +86,7 @@ void LocalDrawingsProvider::OnMouseDown(const SDL_Point& position) {
     const SDL_Point size = UnitsOf(*canvas);
     const std::optional<SDL_Point> point = PointOnCanvas(manager_, position, size);
     if (!point || !IsOnCanvas(*point, size)) {
-        if (OpenText() != nullptr) {
-            canvas->SetPreview(nullptr);
-            currentShape_ = nullptr;
-        }
+        if (OpenText() != nullptr) LetGo();
         return;
     }
     if (toolState_.selectedTool == DrawToolText && currentShape_ != nullptr) {
@@ -139,6 +150,7 @@ void LocalDrawingsProvider::OnMouseUp(const SDL_Point& /*position*/) {
 void LocalDrawingsProvider::OnKeyDown(int keycode) {
     if (keycode == SDLK_LSHIFT) shiftDown_ = true;
     if (keycode == SDLK_CAPSLOCK) capsLock_ = !capsLock_;
+    if (IsTextOpen()) keysOfText_.insert(keycode);
 }
 
 void LocalDrawingsProvider::OnKeyUp(int keycode) {
@@ -146,7 +158,8 @@ void LocalDrawingsProvider::OnKeyUp(int keycode) {
         shiftDown_ = false;
         return;
     }
-    TextBox* const text = IsTextOpen() ? OpenText() : nullptr;
+    const bool isForText = keysOfText_.erase(keycode) > 0 && IsTextOpen();
+    TextBox* const text = isForText ? OpenText() : nullptr;
     if (text == nullptr) return;
     if (const char typed = KeyToCharacter(keycode, {.shift = shiftDown_, .capsLock = capsLock_})) {
         text->text += typed;
@@ -216,29 +229,51 @@ TextBox* LocalDrawingsProvider::OpenText() const {
 bool LocalDrawingsProvider::BeginShape() {
     std::shared_ptr<Shape> shape = MakeToolShape(toolState_, fontFamily_);
     if (shape == nullptr) return false;
+    if (currentShape_ != nullptr) LetGo();
     currentShape_ = std::move(shape);
     return true;
 }
 
 void LocalDrawingsProvider::FinishShape() {
-    DrawingCanvas* const canvas = manager_.CurrentCanvas();
+    const DrawingCanvas* const canvas = manager_.CurrentCanvas();
     const std::shared_ptr<DrawingSource> source = canvas != nullptr ? canvas->Source() : nullptr;
-    if (source != nullptr && !source->StreamId().empty()) {
-        currentShape_->controlId = GenerateControlId();
-        manager_.SendShape(currentShape_, source->StreamId(), false);
-        source->Add(LocalId(), currentShape_);
-        source->History().RecordCreate(currentShape_);
-        canvas->SetPreview(nullptr);
-        Report(*source);
+    const TextBox* const text = OpenText();
+    if (source == nullptr || source->StreamId().empty() || (text != nullptr && !CanBeRead(*text))) {
+        LetGo();
+        return;
     }
+    currentShape_->controlId = GenerateControlId();
+    try {
+        manager_.SendShape(currentShape_, source->StreamId(), false);
+    } catch (...) {
+        TakeBack();
+        throw;
+    }
+    source->Add(LocalId(), currentShape_);
+    source->History().RecordCreate(currentShape_);
+    LetGo();
+    Report(*source);
+}
+
+void LocalDrawingsProvider::TakeBack() {
+    currentShape_->controlId.clear();
+    if (TextBox* const text = OpenText()) {
+        // What was typed is not lost: in another font it may go out.
+        text->state = TextBox::State::Editing;
+    } else {
+        LetGo();
+    }
+}
+
+void LocalDrawingsProvider::LetGo() {
+    manager_.EndPreview(*currentShape_);
     currentShape_ = nullptr;
+    keysOfText_.clear();
 }
 
 void LocalDrawingsProvider::Refill(DrawingSource& source) {
-    const std::string localId = LocalId();
-    source.RemoveParticipant(localId);
     const std::vector<std::shared_ptr<Shape>> visible = source.History().VisibleShapes();
-    for (const std::shared_ptr<Shape>& shape : visible) source.Add(localId, shape);
+    source.Replace(LocalId(), visible);
     manager_.SendShapes(visible, source.StreamId(), true);
 }
 

@@ -5,6 +5,7 @@
 #include <SDL.h>
 
 #include <memory>
+#include <set>
 #include <string>
 
 #include "drawing/DrawingSource.h"
@@ -55,11 +56,16 @@ public:
 private:
     // Null unless a text is in progress.
     [[nodiscard]] TextBox* OpenText() const;
-    // Makes the tool's shape the one in progress. False when the tool makes none.
+    // Makes the tool's shape the one in progress, in the place of what was. False when the tool makes none.
     bool BeginShape();
     void OnTextMouseDown();
-    // Sends and files the shape in progress, if there is a stream for it, and lets go of it.
+    // Sends and files the shape in progress, if there is a stream for it and others can read it, and lets go
+    // of it.
     void FinishShape();
+    // The shape in progress could not be sent.
+    void TakeBack();
+    // There is no shape in progress any more, and no canvas shows it as such.
+    void LetGo();
     // What is visible takes the place of all that the local user has on the stream.
     void Refill(DrawingSource& source);
     void Report(DrawingSource& source);
@@ -70,6 +76,9 @@ private:
     bool drawing_ = false;
     bool shiftDown_ = false;
     bool capsLock_ = false;
+    // Keys that went down while the text was open and are still down. Characters come when keys go up, and
+    // one that was held before is none of the text's.
+    std::set<int> keysOfText_;
     // Its family's text is null; fontFamily_ holds it.
     DrawToolState toolState_{};
     std::string fontFamily_;

@@ -1,7 +1,6 @@
 #include "drawing/DrawToolSettings.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <string_view>

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "drawing/DrawingCanvasManager.h"
 #include "platform/Logger.h"
 #include "ui/RoomActive.h"
 #include "ui/TextureCache.h"
@@ -16,6 +17,13 @@ namespace {
 [[nodiscard]] bool StartsAnew(int status) {
     return status == static_cast<int>(RecordingPlaybackStatus::Opening) ||
            status == static_cast<int>(RecordingPlaybackStatus::Reopening);
+}
+
+// Playback goes on elsewhere, where what was drawn up to here need not have been.
+[[nodiscard]] bool EndsDrawings(int status) {
+    return status == static_cast<int>(RecordingPlaybackStatus::Ready) ||
+           status == static_cast<int>(RecordingPlaybackStatus::Seeking) ||
+           status == static_cast<int>(RecordingPlaybackStatus::Ended);
 }
 
 // Ten years: keeps a wild duration within the integer.
@@ -53,10 +61,26 @@ void RecordingsView::Reset() {
     SetActiveSpeaker("");
     mainTile_ = nullptr;
     spotlightTile_ = nullptr;
+    // Cleared first: a canvas keeps what it has of a source that goes.
+    GetDrawings().ClearAllSources();
+    GetDrawings().RemoveAllSources();
+    // The tiles stay, and show what is drawn when the recording is played again.
+    for (const auto& [id, tile] : remoteTiles_) {
+        if (Drawing::DrawingCanvas* const canvas = tile->GetCanvas()) GetDrawings().AttachCanvas(id, canvas);
+    }
+}
+
+void RecordingsView::Shutdown() {
+    VideoRoomView::Shutdown();
+    // A later view has a manager of its own.
+    if (Drawing::DrawingCanvasManager::Instance().get() == &GetDrawings()) {
+        Drawing::DrawingCanvasManager::DestroyInstance();
+    }
 }
 
 void RecordingsView::OnPlaybackStatus(int status) {
     if (StartsAnew(status)) Reset();
+    if (EndsDrawings(status)) GetDrawings().ClearAllSources();
 }
 
 void RecordingsView::OnActiveStreams(const std::vector<std::string>& streamIds) {

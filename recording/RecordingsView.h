@@ -19,7 +19,9 @@ public:
 
     // The recording is connected under this index. duration in milliseconds, truncated to whole ones.
     void InitPlayback(int connectionIndex, const std::string& title, double durationMs);
-    // The recording ends, or starts anew.
+    void Shutdown() override;
+
+    // The recording ends, or starts anew: nothing that was drawn in it stays. Any thread.
     void Reset();
     // A status of the connection library. Any thread.
     void OnPlaybackStatus(int status);

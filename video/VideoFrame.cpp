@@ -45,9 +45,9 @@ VideoFrame::VideoFrame(std::string streamId, std::string sessionName, std::strin
       profileId_(std::move(profileId)),
       origin_(origin),
       streamType_(Connections_GetStreamType(streamId_)),
+      drawings_(Drawing::DrawingCanvasManager::Instance()),
       renderTimeNs_(UI::NowNs()),
       lastUploadTimeNs_(renderTimeNs_),
-      drawings_(Drawing::DrawingCanvasManager::Instance()),
       intake_(std::make_shared<FrameIntake>()),
       frameSink_(std::make_shared<FrameCallback>(
           [intake = intake_](const Frame& frame) { intake->OnFrame(frame); })),
@@ -72,6 +72,12 @@ void VideoFrame::MakeCanvas() {
     manager->AttachCanvas(streamId_, canvas_.get());
 }
 
+void VideoFrame::SizeCanvas() {
+    if (canvas_ == nullptr) return;
+    const PictureSize picture = GetPictureSize();
+    canvas_->SetFrameSize(picture.width, picture.height);
+}
+
 void VideoFrame::Retire() {
     retired_.store(true);
     worker_.RequestStop();
@@ -89,7 +95,7 @@ void VideoFrame::Render(SDL_Renderer* renderer, SDL_Point /*position*/) {
     const std::scoped_lock lock(tileMutex_);
     if (!renderable) return;
     renderer_ = renderer;
-    picture_.KeepTexture(renderer);
+    if (picture_.KeepTexture(renderer)) SizeCanvas();
     if (inGrid) KeepName();
     if (picture_.GetTexture() != nullptr) DrawPicture(renderer);
     ReadDisplay(renderer);

@@ -196,6 +196,8 @@ private:
     void DrawAvatar(SDL_Renderer* renderer);
     void DrawMarks(SDL_Renderer* renderer);
     void MakeCanvas();
+    // Gives the canvas the size of the picture.
+    void SizeCanvas();
     void DropStalePicture();
     void ReadDisplay(SDL_Renderer* renderer);
     void DrawOverlays(SDL_Renderer* renderer);

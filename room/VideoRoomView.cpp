@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "drawing/DrawingCanvas.h"
 #include "platform/Configuration.h"
 #include "platform/Logger.h"
 #include "platform/MediaManager.h"
@@ -76,6 +77,11 @@ void VideoRoomView::ProcessInput() {
 }
 
 void VideoRoomView::HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_Point& wheel) {
+    if (event.type == SDL_RENDER_TARGETS_RESET || event.type == SDL_RENDER_DEVICE_RESET) {
+        // It tells no window.
+        DrawMarksAgain();
+        return;
+    }
     const int window = static_cast<int>(event.window.windowID);
     if (window == GetSdlWindowId()) {
         if (HasWall()) thumbnails_->HandleEvent(event, pointer, lastPointer_, wheel);
@@ -114,6 +120,17 @@ void VideoRoomView::Draw(const SDL_Event& event) {
         // A text whose family the host wrote in no UTF-8 cannot be sent; the room goes on without it.
         LOG(3, "A mark could not be shared: %s", error.what());
     }
+}
+
+void VideoRoomView::DrawMarksAgain() {
+    const auto drawAgain = [](Video::VideoFrame* tile) {
+        Drawing::DrawingCanvas* const canvas = tile != nullptr ? tile->GetCanvas() : nullptr;
+        if (canvas != nullptr) canvas->DrawAgain();
+    };
+    for (const TileMap* map : {&remoteTiles_, &localTiles_}) {
+        for (const auto& [id, tile] : *map) drawAgain(tile.get());
+    }
+    drawAgain(clone_.get());
 }
 
 void VideoRoomView::UpdatePointer(SDL_Point pointer) {

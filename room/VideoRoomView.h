@@ -244,6 +244,8 @@ private:
     void HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_Point& wheel);
     void HandleViewEvent(const SDL_Event& event, SDL_Point& pointer);
     void Draw(const SDL_Event& event);
+    // A renderer has lost what was drawn into its textures.
+    void DrawMarksAgain();
     [[nodiscard]] Drawing::DrawingCanvas* GetMainCanvas() override;
     [[nodiscard]] SDL_Rect GetMainVideoArea() const override { return GetMainVideoRect(); }
     void ReportHistoryState(bool canUndo, bool canRedo) override;

@@ -5,10 +5,10 @@
 //   if (!broadcast) return;
 //   source = GetOrCreateSource(broadcast->StreamId());
 //   broadcast->ReadBody();
-//   if (broadcast->EndsPresentShapes()) source->RemoveParticipant(message.senderId);
 //   while (broadcast->HasNext()) {
-//       if (std::shared_ptr<Shape> shape = broadcast->ReadNext()) source->Add(message.senderId, shape);
+//       if (std::shared_ptr<Shape> shape = broadcast->ReadNext()) shapes.push_back(std::move(shape));
 //   }
+//   broadcast->EndsPresentShapes() ? source->Replace(senderId, shapes) : source->AddAll(senderId, shapes);
 //
 // Belongs to the thread that made it, which may be any.
 #pragma once

@@ -126,10 +126,23 @@ void DrawingCanvasManager::OnDataChannelMessage(const DataChannelMessage& messag
     if (!broadcast) return;
     const std::shared_ptr<DrawingSource> source = GetOrCreateSource(broadcast->StreamId());
     broadcast->ReadBody();
-    if (broadcast->EndsPresentShapes()) source->RemoveParticipant(message.senderId);
-    while (broadcast->HasNext()) {
-        if (const std::shared_ptr<Shape> shape = broadcast->ReadNext()) source->Add(message.senderId, shape);
+    // All are read before the first is filed, so that nobody sees a part of an undo. What stands before a bad
+    // one holds.
+    std::vector<std::shared_ptr<Shape>> shapes;
+    std::exception_ptr badShape;
+    try {
+        while (broadcast->HasNext()) {
+            if (std::shared_ptr<Shape> shape = broadcast->ReadNext()) shapes.push_back(std::move(shape));
+        }
+    } catch (...) {
+        badShape = std::current_exception();
     }
+    if (broadcast->EndsPresentShapes()) {
+        source->Replace(message.senderId, shapes);
+    } else {
+        source->AddAll(message.senderId, shapes);
+    }
+    if (badShape != nullptr) std::rethrow_exception(badShape);
 }
 
 void DrawingCanvasManager::PublishLocalDrawings() {

@@ -92,7 +92,8 @@ void VideoRoomView::HandleEvent(const SDL_Event& event, SDL_Point& pointer, SDL_
 }
 
 void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) {
-    // A press that closes a menu is for that alone.
+    // A press that closes a menu is for that alone. A release ends what began before the menu came.
+    const bool isRelease = event.type == SDL_MOUSEBUTTONUP;
     const bool menuWasOpen = toolbar_.HasOpenMenu();
     switch (event.type) {
         case SDL_KEYDOWN:
@@ -110,7 +111,8 @@ void VideoRoomView::HandleViewEvent(const SDL_Event& event, SDL_Point& pointer) 
         case kRenderColorSpaceChangedEvent: UpdateHdrOptions(); break;
         default: break;
     }
-    if (!closing_.load() && !menuWasOpen && !toolbar_.HasOpenMenu()) Draw(event);
+    if (closing_.load()) return;
+    if (isRelease || !(menuWasOpen || toolbar_.HasOpenMenu())) Draw(event);
 }
 
 void VideoRoomView::Draw(const SDL_Event& event) {

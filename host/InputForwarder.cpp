@@ -25,6 +25,12 @@ bool IsCommand(const QKeyEvent& key) {
     return (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != Qt::NoModifier;
 }
 
+// The library knows the key of such a sign by the row of digits, which types another one.
+bool IsMistyped(const QKeyEvent& key) {
+    return (key.modifiers() & Qt::KeypadModifier) != Qt::NoModifier &&
+           (key.key() == Qt::Key_Asterisk || key.key() == Qt::Key_Plus);
+}
+
 }  // namespace
 
 InputForwarder::InputForwarder(QWidget& surface, int window) : surface_(surface), window_(window) {
@@ -57,7 +63,7 @@ void InputForwarder::Press(const QKeyEvent& key) {
     const std::string name = KeyNameOf(key.key());
     if (key.isAutoRepeat() || name.empty()) return;
     // The library would write the letter of a Ctrl+C into the text.
-    if (MakesText(key) && IsCommand(key) && SDLinterface_IsTextOpen()) return;
+    if (MakesText(key) && (IsCommand(key) || IsMistyped(key)) && SDLinterface_IsTextOpen()) return;
     held_[PlaceOf(key)] = name;
     SDLinterface_PushKeyDownEvent(window_, name.c_str());
 }

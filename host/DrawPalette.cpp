@@ -241,7 +241,8 @@ void DrawPalette::RefreshStroke() {
     const double width = record_.StrokeWidth();
     const QSignalBlocker quiet(strokeWidth_);
     strokeWidth_->setValue(ShownWidth(width));
-    strokeText_->setText(QString::number(width, 'f', 0));
+    // Of few digits, whatever the settings hold.
+    strokeText_->setText(QString::number(width, 'g', 4));
 }
 
 bool DrawPalette::eventFilter(QObject* watched, QEvent* event) {

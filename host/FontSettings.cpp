@@ -15,34 +15,45 @@ constexpr int kFamilyWidth = 140;
 constexpr int kSizeWidth = 62;
 constexpr double kLargestSize = 1000.0;
 
-// The families that the library draws texts in, where they are installed.
-constexpr std::array kFamilies{"Arial",           "Arial Black",
-                               "Arial Narrow",    "Arial Rounded MT Bold",
-                               "Baskerville",     "Book Antiqua",
-                               "Brush Script MT", "Calibri",
-                               "Calisto MT",      "Candara",
-                               "Century Gothic",  "Consolas",
-                               "Copperplate",     "Courier New",
-                               "Garamond",        "Georgia",
-                               "Gill Sans",       "Goudy Old Style",
-                               "Helvetica",       "Impact",
-                               "Lucida Bright",   "Lucida Sans Typewriter",
-                               "Palatino",        "Papyrus",
-                               "Tahoma",          "Times New Roman",
-                               "Trebuchet MS",    "Verdana"};
-// Drawn in whatever stands for it where it is missing, as every family that is.
+struct Family {
+    const char* name;
+    // The free family of the same widths, in which the library draws it where it is missing; null without
+    // one.
+    const char* standIn = nullptr;
+};
+
+// The families that the library draws texts in.
+constexpr std::array kFamilies{Family{"Arial", "Liberation Sans"},
+                               Family{"Arial Black"},
+                               Family{"Arial Narrow", "Liberation Sans Narrow"},
+                               Family{"Arial Rounded MT Bold"},
+                               Family{"Baskerville"},
+                               Family{"Book Antiqua"},
+                               Family{"Brush Script MT"},
+                               Family{"Calibri", "Carlito"},
+                               Family{"Calisto MT"},
+                               Family{"Candara"},
+                               Family{"Century Gothic"},
+                               Family{"Consolas"},
+                               Family{"Copperplate"},
+                               Family{"Courier New", "Liberation Mono"},
+                               Family{"Garamond"},
+                               Family{"Georgia", "Gelasio"},
+                               Family{"Gill Sans"},
+                               Family{"Goudy Old Style"},
+                               Family{"Helvetica", "Liberation Sans"},
+                               Family{"Impact"},
+                               Family{"Lucida Bright"},
+                               Family{"Lucida Sans Typewriter"},
+                               Family{"Palatino"},
+                               Family{"Papyrus"},
+                               Family{"Tahoma"},
+                               Family{"Times New Roman", "Liberation Serif"},
+                               Family{"Trebuchet MS"},
+                               Family{"Verdana"}};
+// Always offered: a new user has it, and families that are missing are drawn in it.
 constexpr const char* kDefaultFamily = "Arial";
 constexpr std::array kSizes{12, 16, 20, 24, 28, 32, 40, 48, 64, 80, 96, 128};
-
-QStringList OfferedFamilies() {
-    const QStringList installed = QFontDatabase::families();
-    QStringList offered;
-    for (const char* const family : kFamilies) {
-        const QString name = QString::fromLatin1(family);
-        if (name == QLatin1String(kDefaultFamily) || installed.contains(name)) offered.push_back(name);
-    }
-    return offered;
-}
 
 // Chooses the entry of that text, which is added if it is missing.
 void Select(QComboBox& box, const QString& text, const QVariant& data) {
@@ -66,13 +77,28 @@ QComboBox* MakeBox(QWidget* parent, const QString& name, int width) {
 
 }  // namespace
 
+QStringList FamiliesToOffer(const QStringList& installed) {
+    const auto isInstalled = [&installed](const char* family) {
+        return family != nullptr && installed.contains(QLatin1String(family));
+    };
+    QStringList offered;
+    for (const Family& family : kFamilies) {
+        const QString name = QString::fromLatin1(family.name);
+        if (name == QLatin1String(kDefaultFamily) || isInstalled(family.name) ||
+            isInstalled(family.standIn)) {
+            offered.push_back(name);
+        }
+    }
+    return offered;
+}
+
 FontSettings::FontSettings(QWidget* parent, DrawToolRecord& record, std::function<void()> onChanged)
     : QWidget(parent), record_(record), onChanged_(std::move(onChanged)) {
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins({});
     row->setSpacing(kSpace);
     family_ = MakeBox(this, QStringLiteral("Font"), kFamilyWidth);
-    family_->addItems(OfferedFamilies());
+    family_->addItems(FamiliesToOffer(QFontDatabase::families()));
     row->addWidget(family_);
     size_ = MakeBox(this, QStringLiteral("Font size"), kSizeWidth);
     for (const int size : kSizes) size_->addItem(QString::number(size), static_cast<double>(size));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
@@ -10,6 +11,9 @@
 #include "host/PaletteButton.h"
 
 namespace Corvanta::Host {
+
+// The families of texts that are worth offering where these are installed.
+[[nodiscard]] QStringList FamiliesToOffer(const QStringList& installed);
 
 class FontSettings final : public QWidget {
 public:

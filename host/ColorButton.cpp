@@ -6,14 +6,12 @@
 
 #include "host/ColorPopup.h"
 #include "host/ColorSwatch.h"
+#include "host/PaletteLook.h"
 
 namespace Corvanta::Host {
 namespace {
 
-constexpr int kSide = 34;
 constexpr int kSwatch = 22;
-constexpr qreal kRadius = 8.0;
-constexpr int kHoverLighter = 130;
 constexpr qreal kDisabledOpacity = 0.3;
 
 }  // namespace
@@ -32,7 +30,7 @@ void ColorButton::SetColor(std::uint32_t color) {
 }
 
 QSize ColorButton::sizeHint() const {
-    return {kSide, kSide};
+    return {kPaletteSide, kPaletteSide};
 }
 
 void ColorButton::Take(std::uint32_t color) {
@@ -51,8 +49,8 @@ void ColorButton::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (isEnabled() && (isDown() || underMouse() || hasFocus())) {
         painter.setPen(hasFocus() ? QPen(palette().color(QPalette::ButtonText), 1.0) : QPen(Qt::NoPen));
-        painter.setBrush(palette().color(QPalette::Button).lighter(isDown() ? 100 : kHoverLighter));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+        painter.setBrush(palette().color(QPalette::Button).lighter(isDown() ? 100 : kPaletteHoverLighter));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kPaletteRadius, kPaletteRadius);
     }
     if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
     QRectF place(0, 0, kSwatch, kSwatch);

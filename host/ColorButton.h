@@ -19,7 +19,6 @@ public:
 
     // 0xRRGGBBAA.
     void SetColor(std::uint32_t color);
-    [[nodiscard]] std::uint32_t Color() const { return color_; }
 
     [[nodiscard]] QSize sizeHint() const override;
 

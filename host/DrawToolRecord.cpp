@@ -3,6 +3,13 @@
 #include <cstring>
 
 namespace Corvanta::Host {
+namespace {
+
+bool SharesAButton(DrawTool tool) {
+    return tool >= DrawToolArrow && tool <= DrawToolRectangle;
+}
+
+}  // namespace
 
 DrawToolRecord::~DrawToolRecord() {
     delete[] state_.fontFamilyName;
@@ -14,10 +21,6 @@ void DrawToolRecord::Load() {
 
 void DrawToolRecord::Send() const {
     SDLinterface_SetDrawToolState(&state_);
-}
-
-bool DrawToolRecord::IsComplex(DrawTool tool) {
-    return tool >= DrawToolArrow && tool <= DrawToolRectangle;
 }
 
 bool DrawToolRecord::HasFill() const {
@@ -48,7 +51,7 @@ std::string DrawToolRecord::FontFamily() const {
 
 void DrawToolRecord::Choose(DrawTool tool) {
     state_.selectedTool = tool;
-    if (IsComplex(tool)) state_.complexSelectedShape = tool;
+    if (SharesAButton(tool)) state_.complexSelectedShape = tool;
 }
 
 void DrawToolRecord::SetFontFamily(const std::string& family) {

@@ -22,11 +22,9 @@ public:
     void Send() const;
 
     [[nodiscard]] const DrawToolState& State() const { return state_; }
-    [[nodiscard]] bool IsEnabled() const { return state_.enabled; }
     [[nodiscard]] DrawTool Tool() const { return static_cast<DrawTool>(state_.selectedTool); }
     // The last chosen of those that share a button: arrow, dashed line, ellipse, rectangle.
     [[nodiscard]] DrawTool ComplexTool() const { return static_cast<DrawTool>(state_.complexSelectedShape); }
-    [[nodiscard]] static bool IsComplex(DrawTool tool);
     // Whether the second colour fills what the tool draws.
     [[nodiscard]] bool HasFill() const;
     // Of the chosen tool, in canvas units; 0 for text, which has none.

@@ -4,14 +4,13 @@
 #include <QPalette>
 #include <QStyleOptionToolButton>
 
+#include "host/PaletteLook.h"
+
 namespace Corvanta::Host {
 namespace {
 
-constexpr int kSide = 34;
 constexpr int kIcon = 20;
 constexpr int kMenuPart = 14;
-constexpr qreal kRadius = 8.0;
-constexpr int kHoverLighter = 130;
 
 }  // namespace
 
@@ -31,7 +30,7 @@ void PaletteButton::SetLook(const char* icon, const QString& name) {
 }
 
 QSize PaletteButton::sizeHint() const {
-    return {popupMode() == MenuButtonPopup ? kSide + kMenuPart : kSide, kSide};
+    return {popupMode() == MenuButtonPopup ? kPaletteSide + kMenuPart : kPaletteSide, kPaletteSide};
 }
 
 void PaletteButton::paintEvent(QPaintEvent*) {
@@ -41,17 +40,17 @@ void PaletteButton::paintEvent(QPaintEvent*) {
     const QPalette& colors = palette();
     if (isChecked()) {
         painter.setBrush(colors.color(QPalette::Highlight));
-        painter.drawRoundedRect(rect(), kRadius, kRadius);
+        painter.drawRoundedRect(rect(), kPaletteRadius, kPaletteRadius);
     } else if (isEnabled() && (isDown() || underMouse())) {
         const QColor ground = colors.color(QPalette::Button);
-        painter.setBrush(isDown() ? ground : ground.lighter(kHoverLighter));
-        painter.drawRoundedRect(rect(), kRadius, kRadius);
+        painter.setBrush(isDown() ? ground : ground.lighter(kPaletteHoverLighter));
+        painter.drawRoundedRect(rect(), kPaletteRadius, kPaletteRadius);
     }
     QRect place(0, 0, kIcon, kIcon);
-    place.moveCenter({kSide / 2, height() / 2});
+    place.moveCenter({kPaletteSide / 2, height() / 2});
     icon().paint(&painter, place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
     if (popupMode() == MenuButtonPopup) {
-        const QPointF middle(kSide + kMenuPart / 2.0 - 3.0, height() / 2.0 + 1.0);
+        const QPointF middle(kPaletteSide + kMenuPart / 2.0 - 3.0, height() / 2.0 + 1.0);
         painter.setBrush(
             colors.color(isEnabled() ? QPalette::Normal : QPalette::Disabled, QPalette::ButtonText));
         painter.drawPolygon(
@@ -60,7 +59,8 @@ void PaletteButton::paintEvent(QPaintEvent*) {
     if (hasFocus()) {
         painter.setPen(QPen(colors.color(QPalette::ButtonText), 1.0));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5), kRadius - 1.5, kRadius - 1.5);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5), kPaletteRadius - 1.5,
+                                kPaletteRadius - 1.5);
     }
 }
 

@@ -32,7 +32,7 @@ TEST_F(DrawToolRecordTest, StaysOnWhenItIsLoadedAgain) {
     record_.SetEnabled(true);
     Drawing().fontFamily = "Georgia";
     record_.Load();
-    EXPECT_TRUE(record_.IsEnabled());
+    EXPECT_TRUE(record_.State().enabled);
     EXPECT_EQ(record_.FontFamily(), "Georgia");
 }
 

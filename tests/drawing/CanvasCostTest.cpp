@@ -17,6 +17,7 @@ using ::testing::Each;
 using ::testing::Field;
 using ::testing::IsEmpty;
 using Testing::kAll;
+using Testing::kBlack;
 using Testing::kRed;
 using Testing::kScreen;
 using Testing::kWholeCanvas;
@@ -32,6 +33,9 @@ protected:
         for (const char* const participant : {"a", "b", "c", "d", "e"}) {
             for (int number = first; number <= last; ++number) Add(participant, std::to_string(number), kDot);
         }
+    }
+    void DrawForASecond() {
+        for (int drawing = 0; drawing < 61; ++drawing) CallsOfFrame();
     }
 };
 
@@ -103,15 +107,30 @@ TEST_F(CanvasCost, OfALayerEndsWithItsLastMark) {
     AddNumbered(1, 1);
     Frame();
     canvas->ClearParticipant("c");
-    Frame();
+    EXPECT_THAT(CallsOfFrame(), SizeIs(4));
+    DrawForASecond();
     EXPECT_EQ(Sdl().LiveTextures(), 4U);
     EXPECT_THAT(CallsOfFrame(), SizeIs(4));
     canvas->ClearAll();
-    Frame();
+    DrawForASecond();
     EXPECT_EQ(Sdl().LiveTextures(), 0U);
     EXPECT_THAT(CallsOfFrame(), IsEmpty());
     Add("c", "1");
     EXPECT_TRUE(AreaIs(Frame(), kScreen, kRed));
+}
+
+TEST_F(CanvasCost, OfTakingTheLastMarkBackAndBringingItAgainIsNoNewLayer) {
+    const auto mark = Add("a", "1");
+    Frame();
+    for (int time = 0; time < 3; ++time) {
+        canvas->ClearParticipant("a");
+        for (int drawing = 0; drawing < 30; ++drawing) EXPECT_THAT(CallsOfFrame(), IsEmpty());
+        EXPECT_TRUE(AreaIs(Frame(), kScreen, kBlack));
+        canvas->AddShape("a", mark);
+        Calls().Clear();
+        EXPECT_TRUE(AreaIs(Frame(), kScreen, kRed));
+        EXPECT_EQ(Calls().Count("SDL_CreateTexture"), 0U);
+    }
 }
 
 TEST_F(CanvasCost, OfReplacingAllMarksIsNoNewLayer) {

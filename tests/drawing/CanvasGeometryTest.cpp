@@ -68,6 +68,13 @@ TEST(CanvasGeometry, MakesALayerTwiceTheReferenceSize) {
     ExpectTexture({540, 960}, 1080, 1920);
 }
 
+TEST(CanvasGeometry, CutsOffThePartOfAPixel) {
+    ExpectTexture(CanvasSizeFor(1000, 561), 2566, 1440);
+    ExpectTexture(CanvasSizeFor(561, 1000), 1077, 1919);
+    ExpectTexture({1280, 720.9}, 2558, 1441);
+    ExpectTexture({540.9, 960}, 1081, 1918);
+}
+
 TEST(CanvasGeometry, HoldsTheShorterSideOfALayerWithinItsLimits) {
     ExpectTexture({2560, 1080}, 5120, 2160);
     ExpectTexture({4320, 1080}, 8640, 2160);

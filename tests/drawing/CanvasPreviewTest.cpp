@@ -142,6 +142,38 @@ TEST_F(CanvasPreview, GetsATextureOfTheNewSize) {
     EXPECT_EQ(Sdl().LiveTextures(), 1U);
 }
 
+TEST_F(CanvasPreview, HasATextureAsALayerHas) {
+    const auto mark = Mark("p");
+    canvas->SetPreview(mark);
+    Frame();
+    Uint32 format = 0;
+    int access = 0;
+    SDL_Point size{};
+    ASSERT_EQ(SDL_QueryTexture(mark->target, &format, &access, &size.x, &size.y), 0);
+    EXPECT_EQ(format, static_cast<Uint32>(SDL_PIXELFORMAT_ARGB8888));
+    EXPECT_EQ(access, SDL_TEXTUREACCESS_TARGET);
+    EXPECT_EQ(size.x, 2560);
+    EXPECT_EQ(size.y, 1440);
+    SDL_BlendMode blendMode = SDL_BLENDMODE_NONE;
+    SDL_GetTextureBlendMode(mark->target, &blendMode);
+    EXPECT_EQ(blendMode, SDL_BLENDMODE_BLEND);
+    SDL_ScaleMode scaleMode = SDL_ScaleModeNearest;
+    SDL_GetTextureScaleMode(mark->target, &scaleMode);
+    EXPECT_EQ(scaleMode, SDL_ScaleModeLinear);
+}
+
+TEST_F(CanvasPreview, IsDrawnAtItsPlaceAndBlended) {
+    const auto mark = Mark("p", {320, 180, 640, 360}, 0x80FF0000);
+    canvas->SetPreview(mark);
+    reader.Fill(kGreen);
+    canvas->Render(Renderer(), kAll, kScreen);
+    const Picture picture = reader.Read();
+    EXPECT_EQ(mark->blendMode, SDL_BLENDMODE_BLEND);
+    EXPECT_TRUE(PixelIs(picture, 100, 180, kGreen));
+    EXPECT_FALSE(PixelIs(picture, 320, 180, kGreen, 60));
+    EXPECT_FALSE(PixelIs(picture, 320, 180, kRed, 60));
+}
+
 TEST_F(CanvasPreview, IsNotDrawnOntoTheWindowWhereItHasNoTexture) {
     const auto mark = Mark("p");
     canvas->SetPreview(mark);

@@ -121,6 +121,43 @@ TEST_F(CanvasThreads, SendMarksWhileTilesComeAndGo) {
     EXPECT_EQ(source.use_count(), 1);
 }
 
+TEST_F(CanvasThreads, ReplaceMarksWithoutAFrameInBetween) {
+    Testing::PixelReader reader(64, 36);
+    Testing::Sdl().LimitTextureSides(64);
+    DrawingCanvas canvas;
+    canvas.Resize(reader.Renderer(), 1280, 720);
+    source->AttachCanvas(&canvas);
+    const auto replace = [this](uint32_t argb) {
+        std::vector<std::shared_ptr<Shape>> marks;
+        for (int number = 0; number < 20; ++number) {
+            const float x = number < 10 ? 0 : 640;
+            marks.push_back(
+                std::make_shared<TestMark>(std::to_string(number), SDL_FRect{x, 0, 640, 720}, argb));
+        }
+        source->Replace("a", marks);
+    };
+    replace(Testing::kRed);
+    std::atomic<bool> isOver = false;
+    std::thread other([&] {
+        for (int number = 0; !isOver; ++number) {
+            replace(number % 2 == 0 ? Testing::kGreen : Testing::kRed);
+            std::this_thread::yield();
+        }
+    });
+    for (int round = 0; round < 500; ++round) {
+        reader.Fill(Testing::kBlack);
+        canvas.Render(reader.Renderer(), kAll, kTile);
+        const Testing::Picture picture = reader.Read();
+        const uint32_t left = picture.At(10, 18);
+        EXPECT_TRUE(left == Testing::kRed || left == Testing::kGreen) << std::hex << left;
+        EXPECT_EQ(picture.At(50, 18), left);
+        EXPECT_EQ(source->ShapesOf("a").size(), 20U);
+    }
+    isOver = true;
+    other.join();
+    canvas.ReleaseResources(reader.Renderer());
+}
+
 TEST_F(CanvasThreads, AttachOneCanvasToSeveralSources) {
     for (int round = 0; round < 200; ++round) {
         auto canvas = std::make_unique<DrawingCanvas>();

@@ -3,15 +3,12 @@
 
 #include <gmock/gmock.h>
 
-#include <climits>
-
 #include "tests/drawing/CanvasTest.h"
 
 namespace Corvanta::Drawing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using Testing::kAll;
 using Testing::kBlack;
 using Testing::kBlue;
@@ -23,123 +20,12 @@ using Testing::kScreen;
 using Testing::kWholeCanvas;
 using Testing::Picture;
 using Testing::PixelIs;
-using Testing::SamePicture;
 using Testing::Sdl;
 
 constexpr SDL_Rect kLeftOfScreen{0, 0, 319, 360};
 constexpr SDL_Rect kRightOfScreen{321, 0, 319, 360};
 
-class UnsizedCanvas : public Testing::CanvasTest {};
 class Canvas : public Testing::SizedCanvasTest {};
-
-// Size
-
-TEST_F(UnsizedCanvas, DrawsNothingAndKeepsMarksUntilItHasASize) {
-    const auto first = Add("a", "1", kWholeCanvas, kRed);
-    const auto second = Add("a", "2", kRightHalf, kGreen);
-    EXPECT_THAT(CallsOfFrame(), IsEmpty());
-    EXPECT_EQ(first->renders, 0);
-    EXPECT_EQ(canvas->CanvasWidth(), 0);
-    EXPECT_EQ(canvas->CanvasHeight(), 0);
-    EXPECT_EQ(canvas->TextureWidth(), 0);
-    EXPECT_EQ(canvas->TextureHeight(), 0);
-
-    canvas->Resize(Renderer(), 1280, 720);
-    const Picture picture = Frame();
-    EXPECT_TRUE(AreaIs(picture, kLeftOfScreen, kRed));
-    EXPECT_TRUE(AreaIs(picture, kRightOfScreen, kGreen));
-    EXPECT_EQ(second->renders, 1);
-}
-
-TEST_F(UnsizedCanvas, GetsItsSizeFromTheFrameAlone) {
-    canvas->SetFrameSize(1920, 1080);
-    EXPECT_EQ(canvas->CanvasWidth(), 1280);
-    EXPECT_EQ(canvas->CanvasHeight(), 720);
-    EXPECT_EQ(canvas->TextureWidth(), 2560);
-    EXPECT_EQ(canvas->TextureHeight(), 1440);
-    EXPECT_EQ(Sdl().LiveTextures(), 0U);
-}
-
-TEST_F(UnsizedCanvas, PassesOverASizeThatIsNotPositive) {
-    for (const SDL_Point size : {SDL_Point{0, 720}, {1280, 0}, {-1280, -720}, {0, 0}, {INT_MIN, INT_MIN}}) {
-        canvas->SetFrameSize(size.x, size.y);
-        canvas->Resize(Renderer(), size.x, size.y);
-        EXPECT_EQ(canvas->TextureWidth(), 0);
-    }
-    canvas->Resize(Renderer(), 720, 1280);
-    canvas->Resize(Renderer(), 0, 0);
-    EXPECT_EQ(canvas->CanvasWidth(), 540);
-    EXPECT_EQ(canvas->TextureWidth(), 1080);
-}
-
-TEST_F(UnsizedCanvas, ShowsAMarkAtOnePlaceWhateverResolutionTheStreamHas) {
-    canvas->Resize(Renderer(), 1280, 720);
-    Add("a", "1", {320, 180, 640, 360});
-    const Picture first = Frame();
-    EXPECT_TRUE(AreaIs(first, {161, 91, 318, 178}, kRed));
-    EXPECT_TRUE(PixelIs(first, 158, 180, kBlack));
-    for (const SDL_Point size : {SDL_Point{1920, 1080}, {3840, 2160}, {320, 180}}) {
-        canvas->ReleaseResources(Renderer());
-        canvas->Resize(Renderer(), size.x, size.y);
-        Add("a", "1", {320, 180, 640, 360});
-        EXPECT_TRUE(SamePicture(Frame(), first));
-    }
-}
-
-TEST_F(UnsizedCanvas, ShowsAMarkAtTheFractionsThatItsUnitsHaveOnItsOwnCanvas) {
-    // 960 by 960 units.
-    canvas->Resize(Renderer(), 1000, 1000);
-    Add("a", "1", {480, 480, 480, 480});
-    const Picture square = Frame();
-    EXPECT_TRUE(AreaIs(square, {321, 181, 319, 179}, kRed));
-    EXPECT_TRUE(AreaIs(square, kLeftOfScreen, kBlack));
-
-    canvas->ReleaseResources(Renderer());
-    canvas->Resize(Renderer(), 1280, 720);
-    Add("a", "1", {480, 480, 480, 480});
-    const Picture wide = Frame();
-    EXPECT_TRUE(AreaIs(wide, {241, 241, 238, 119}, kRed));
-    EXPECT_TRUE(PixelIs(wide, 238, 300, kBlack));
-    EXPECT_TRUE(PixelIs(wide, 482, 300, kBlack));
-}
-
-TEST_F(UnsizedCanvas, ShowsMarksOnFramesOfEveryShape) {
-    for (const SDL_Point size :
-         {SDL_Point{1, 1}, {8192, 8192}, {4000, 1000}, {8192, 1}, {1, 8192}, {720, 1280}}) {
-        canvas->Resize(Renderer(), size.x, size.y);
-        const auto width = static_cast<float>(canvas->CanvasWidth());
-        const auto height = static_cast<float>(canvas->CanvasHeight());
-        Add("a", "1", {width / 2, 0, width / 2, height});
-        const Picture picture = Frame();
-        EXPECT_TRUE(PixelIs(picture, 600, 180, kRed)) << size.x << 'x' << size.y;
-        EXPECT_TRUE(PixelIs(picture, 40, 180, kBlack)) << size.x << 'x' << size.y;
-        canvas->ReleaseResources(Renderer());
-    }
-}
-
-TEST_F(UnsizedCanvas, HoldsItsLayersWithinWhatTheRendererMakes) {
-    Sdl().LimitTextureSides(1024);
-    canvas->Resize(Renderer(), 1280, 720);
-    const auto mark = Add("a", "1", kLeftHalf);
-    EXPECT_TRUE(AreaIs(Frame(), {0, 0, 318, 360}, kRed));
-    EXPECT_EQ(mark->viewport.w, 1024);
-    EXPECT_EQ(mark->viewport.h, 576);
-    EXPECT_EQ(canvas->TextureWidth(), 1024);
-    EXPECT_EQ(canvas->TextureHeight(), 576);
-    EXPECT_EQ(canvas->CanvasWidth(), 1280);
-}
-
-TEST_F(UnsizedCanvas, AsksARendererOnceWhatItMakes) {
-    Sdl().LimitTextureSides(1024);
-    canvas->Resize(Renderer(), 1280, 720);
-    Sdl().LimitTextureSides(512);
-    canvas->Resize(Renderer(), 720, 1280);
-    Frame();
-    EXPECT_EQ(canvas->TextureHeight(), 1024);
-    canvas->MoveToRenderer(Renderer());
-    Frame();
-    EXPECT_EQ(canvas->TextureHeight(), 512);
-}
 
 // Lists and layers
 
@@ -270,6 +156,54 @@ TEST_F(Canvas, MakesLayersThatBlendAndScaleSmoothly) {
     EXPECT_EQ(scaleMode, SDL_ScaleModeLinear);
 }
 
+// It would be drawn again in each frame otherwise.
+TEST_F(Canvas, IsDoneWithAMarkThatShowsNothing) {
+    const auto nothing = Add("a", "1", {100, 100, 0, 0});
+    for (int frame = 0; frame < 3; ++frame) EXPECT_TRUE(AreaIs(Frame(), kScreen, kBlack));
+    EXPECT_EQ(nothing->renders, 1);
+    EXPECT_EQ(nothing->released.size(), 1U);
+    const auto again = Add("a", "1");
+    Frame();
+    EXPECT_EQ(again->renders, 0);
+    canvas->Resize(Renderer(), 640, 480);
+    Frame();
+    EXPECT_EQ(nothing->renders, 2);
+}
+
+TEST_F(Canvas, TakesSeveralMarksInTheirOrderWithoutThoseThatItHas) {
+    std::vector<std::string> order;
+    const auto known = Add("a", "1");
+    Frame();
+    std::vector<std::shared_ptr<Shape>> marks;
+    for (const auto* const id : {"3", "1", "2", "3"}) {
+        const auto mark = Mark(id);
+        mark->log = &order;
+        marks.push_back(mark);
+    }
+    marks.push_back(nullptr);
+    canvas->AddShapes("a", marks);
+    Frame();
+    EXPECT_THAT(order, ElementsAre("3", "2"));
+    EXPECT_EQ(known->renders, 1);
+}
+
+TEST_F(Canvas, PutsMarksInThePlaceOfAParticipants) {
+    Add("a", "1", kLeftHalf, kRed);
+    const auto others = Add("b", "2", {0, 0, 1280, 72}, kBlue);
+    Frame();
+    const auto waiting = Add("a", "3");
+    const std::vector<std::shared_ptr<Shape>> marks{Mark("1", kRightHalf, kGreen)};
+    canvas->ReplaceShapes("a", marks);
+    const Picture picture = Frame();
+    EXPECT_TRUE(AreaIs(picture, {0, 40, 319, 320}, kBlack));
+    EXPECT_TRUE(AreaIs(picture, {321, 40, 319, 320}, kGreen));
+    EXPECT_TRUE(AreaIs(picture, {0, 0, 640, 34}, kBlue));
+    EXPECT_EQ(waiting->renders, 0);
+    EXPECT_EQ(others->renders, 1);
+    canvas->ReplaceShapes("a", {});
+    EXPECT_TRUE(AreaIs(Frame(), {0, 40, 640, 320}, kBlack));
+}
+
 // The part that the tile shows
 
 TEST_F(Canvas, ShowsOnlyItsMiddleOverANarrowerPicture) {
@@ -298,56 +232,6 @@ TEST_F(Canvas, ShowsNothingWithoutARatioAndStillDrawsTheMarks) {
     EXPECT_EQ(Testing::Calls().Count("SDL_RenderCopy"), 0U);
     EXPECT_TRUE(AreaIs(Frame(), kScreen, kRed));
     EXPECT_EQ(mark->renders, 1);
-}
-
-// Changes of size
-
-TEST_F(Canvas, DrawsAllMarksAgainInTheirOrderForAnotherRatio) {
-    std::vector<std::string> order;
-    for (const auto& id : {"3", "1", "2"}) Add("a", id, kWholeCanvas, kRed)->log = &order;
-    Frame();
-    Add("a", "0", kLeftHalf, kGreen)->log = &order;
-    order.clear();
-    canvas->Resize(Renderer(), 640, 480);
-    const Picture picture = Frame();
-    EXPECT_THAT(order, ElementsAre("3", "1", "2", "0"));
-    EXPECT_TRUE(AreaIs(picture, kRightOfScreen, kRed));
-    // Its fractions are those of 1280 by 960 units, where it was drawn first.
-    EXPECT_TRUE(AreaIs(picture, {0, 0, 319, 269}, kGreen));
-    EXPECT_TRUE(AreaIs(picture, {0, 271, 319, 89}, kRed));
-    EXPECT_EQ(Sdl().LiveTextures(), 1U);
-}
-
-TEST_F(Canvas, KeepsTheFractionsOfAMarkThroughAChangeOfSize) {
-    Add("a", "1", {320, 180, 640, 360});
-    const Picture before = Frame();
-    canvas->Resize(Renderer(), 1000, 1000);
-    const Picture after = Frame();
-    EXPECT_TRUE(AreaIs(after, {161, 91, 318, 178}, kRed));
-    EXPECT_TRUE(PixelIs(after, 158, 180, kBlack));
-    EXPECT_TRUE(PixelIs(after, 481, 180, kBlack));
-}
-
-TEST_F(Canvas, DrawsNothingAgainWhereTheLayersKeepTheirSize) {
-    const auto mark = Add("a", "1");
-    Frame();
-    for (const SDL_Point size : {SDL_Point{1920, 1080}, {640, 360}, {0, 0}, {1280, 720}}) {
-        canvas->Resize(Renderer(), size.x, size.y);
-        EXPECT_TRUE(AreaIs(Frame(), kScreen, kRed));
-    }
-    EXPECT_EQ(mark->renders, 1);
-}
-
-TEST_F(Canvas, FollowsASizeThatCameWithoutARenderer) {
-    const auto mark = Add("a", "1");
-    Frame();
-    canvas->SetFrameSize(1000, 1000);
-    EXPECT_TRUE(AreaIs(Frame(), kScreen, kRed));
-    EXPECT_EQ(mark->viewport.w, 1920);
-    canvas->Resize(Renderer(), 1280, 720);
-    Frame();
-    EXPECT_EQ(mark->viewport.w, 2560);
-    EXPECT_EQ(mark->renders, 3);
 }
 
 // Renderers

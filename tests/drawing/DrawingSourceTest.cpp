@@ -76,6 +76,80 @@ TEST_F(Source, KeepsAMarkThatComesTwice) {
     EXPECT_THAT(IdsOf("a"), ElementsAre("1", "1"));
 }
 
+TEST_F(Source, HoldsTheFirstAloneOfAMarkThatComesTwice) {
+    const auto first = AddToSource("a", "1");
+    const auto second = AddToSource("a", "1");
+    EXPECT_THAT(source->ShapesOf("a"), ElementsAre(first, first));
+    EXPECT_EQ(second.use_count(), 1);
+    // Another participant's is another mark.
+    const auto others = AddToSource("b", "1");
+    EXPECT_THAT(source->ShapesOf("b"), ElementsAre(others));
+}
+
+TEST_F(Source, HoldsTheNextOneAfterAMarkHasGone) {
+    for (const bool all : {false, true}) {
+        const auto first = AddToSource("a", "1");
+        if (all) {
+            source->ClearAll();
+        } else {
+            source->RemoveParticipant("a");
+        }
+        EXPECT_EQ(first.use_count(), 1);
+        const auto second = AddToSource("a", "1");
+        EXPECT_THAT(source->ShapesOf("a"), ElementsAre(second));
+        source->RemoveParticipant("a");
+    }
+}
+
+TEST_F(Source, TakesSeveralMarksAtOnce) {
+    source->AttachCanvas(canvas.get());
+    const std::vector<std::shared_ptr<Shape>> marks{Mark("2", kLeftHalf, kGreen), nullptr,
+                                                    Mark("1", kRightHalf, kBlue)};
+    AddToSource("a", "0");
+    source->AddAll("a", marks);
+    EXPECT_THAT(IdsOf("a"), ElementsAre("0", "2", "1"));
+    const Picture picture = Frame();
+    EXPECT_TRUE(AreaIs(picture, kLeftOfScreen, kGreen));
+    EXPECT_TRUE(AreaIs(picture, kRightOfScreen, kBlue));
+}
+
+TEST_F(Source, PutsMarksInThePlaceOfAParticipantsAlone) {
+    source->AttachCanvas(canvas.get());
+    AddToSource("b", "1");
+    AddToSource("a", "2", kLeftHalf, kGreen);
+    AddToSource("b", "3");
+    Frame();
+    const std::vector<std::shared_ptr<Shape>> marks{Mark("3", kRightHalf, kBlue), Mark("4", {0, 0, 0, 0})};
+    source->Replace("b", marks);
+    EXPECT_THAT(IdsOf("b"), ElementsAre("3", "4"));
+    EXPECT_THAT(IdsOf("a"), ElementsAre("2"));
+    const Picture picture = Frame();
+    EXPECT_TRUE(AreaIs(picture, kLeftOfScreen, kGreen));
+    EXPECT_TRUE(AreaIs(picture, kRightOfScreen, kBlue));
+    source->Replace("b", {});
+    EXPECT_THAT(IdsOf("b"), IsEmpty());
+    EXPECT_TRUE(AreaIs(Frame(), kRightOfScreen, kBlack));
+}
+
+TEST_F(Source, RemovesTheMarksOfExactlyThatParticipant) {
+    for (const auto* const participant : {"a", "A", "a ", "aa", ""}) AddToSource(participant, "1");
+    AddToSource(std::string("a\0b", 3), "1");
+    source->RemoveParticipant("a");
+    EXPECT_THAT(IdsOf("a"), IsEmpty());
+    for (const auto* const participant : {"A", "a ", "aa", ""}) {
+        EXPECT_THAT(IdsOf(participant), ElementsAre("1")) << participant;
+    }
+    EXPECT_THAT(IdsOf(std::string("a\0b", 3)), ElementsAre("1"));
+}
+
+TEST_F(Source, TellsItsCanvasesOfAParticipantWithoutMarksToo) {
+    source->AttachCanvas(canvas.get());
+    canvas->AddShape("b", Mark("1"));
+    ASSERT_TRUE(AreaIs(Frame(), kScreen, kRed));
+    source->RemoveParticipant("b");
+    EXPECT_TRUE(AreaIs(Frame(), kScreen, kBlack));
+}
+
 TEST_F(Source, GivesALateCanvasALayerForEachParticipantWithItsMarksInOrder) {
     std::vector<std::string> order;
     std::vector<std::shared_ptr<TestMark>> marks;

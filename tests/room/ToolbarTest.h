@@ -260,12 +260,13 @@ protected:
     static void Run(const std::map<int32_t, int32_t>& programs) {
         Corvanta::Testing::Fake().FireProcesses(programs);
     }
-    // Calls of the host, but for the pointer's shape and the main video, which come by themselves.
+    // Calls of the host, but for the pointer's shape and for the main video and what can be undone there,
+    // which come by themselves.
     [[nodiscard]] static std::vector<Corvanta::Testing::Call> HostCalls() {
         std::vector<Corvanta::Testing::Call> calls;
         for (const auto& call : Corvanta::Testing::Calls().All()) {
             if (call.name.starts_with("Host_") && call.name != "Host_SetCursor" &&
-                call.name != "Host_OnMainVideoChanged") {
+                call.name != "Host_OnMainVideoChanged" && call.name != "Host_ReportHistoryState") {
                 calls.push_back(call);
             }
         }

@@ -236,7 +236,8 @@ TEST_F(MediaTest, GivesTheAdaptationEveryMessageAsItCame) {
                          R"({"type":"video-metadata-message","message":{"sourceData":{"streamId":"me",)"
                          R"("frameRate":"30","sourceName":""}}})",
                          "\xff\xfe%s%n"};
-    for (const std::string& text : texts) EXPECT_THAT(Fake().DeliverMessage("sender", text), IsEmpty());
+    // What raises is the drawings' handler, at what is no message at all.
+    for (const std::string& text : texts) EXPECT_LE(Fake().DeliverMessage("sender", text).size(), 1U);
     Names received;
     for (const Call& call : Fake().CallsOf("AdaptiveVideoSourceManager_OnDataChannelMessage")) {
         EXPECT_EQ(call.arguments.at(0), "sender");
@@ -245,8 +246,8 @@ TEST_F(MediaTest, GivesTheAdaptationEveryMessageAsItCame) {
     EXPECT_EQ(received, texts);
     Calls().Clear();
     const auto handlers = SDLinterface_VideoRoomGetRemoteDataChannelCallbacks();
-    ASSERT_THAT(handlers, SizeIs(1));
-    handlers[0]({"other", "{"});
+    ASSERT_THAT(handlers, SizeIs(2));
+    handlers[1]({"other", "{"});
     ASSERT_EQ(Calls().Count("AdaptiveVideoSourceManager_OnDataChannelMessage"), 1U);
     EXPECT_THAT(Fake().CallsOf("AdaptiveVideoSourceManager_OnDataChannelMessage")[0].arguments,
                 ElementsAre("other", "{"));

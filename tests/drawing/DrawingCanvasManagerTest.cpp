@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 #include "drawing/Rectangle.h"
 #include "drawing/TextBox.h"
 #include "tests/drawing/LocalUser.h"
@@ -15,6 +17,7 @@ using Testing::FakeResults;
 using ::testing::IsEmpty;
 using ::testing::Pair;
 using ::testing::SizeIs;
+using ::testing::StartsWith;
 using Testing::TestSurface;
 
 class DrawingCanvasManagerTest : public Testing::LocalUserTest {
@@ -195,6 +198,34 @@ TEST_F(DrawingCanvasManagerTest, PublishesWhileSourcesComeAndGo) {
     Forget();
     manager.PublishLocalDrawings();
     EXPECT_THAT(Sent(), SizeIs(3));
+}
+
+TEST_F(DrawingCanvasManagerTest, BringsNothingBackThatIsTakenBackWhileItPublishes) {
+    const auto a = DrawRectangle();
+    DrawRectangle();
+    Forget();
+    bool undone = false;
+    Fake().OnCall("MediaManager_SendDatachannelMessage", [&](const auto&) {
+        if (!std::exchange(undone, true)) manager.UndoCurrentCanvas();
+    });
+    manager.PublishLocalDrawings();
+    EXPECT_EQ(LastSent()["message"]["clearCanvas"], true);
+    EXPECT_EQ(LastSent()["streamId"], "stream");
+    EXPECT_THAT(IdsOf(LastSent()), ElementsAre(a->controlId));
+    EXPECT_THAT(Sent(), SizeIs(3));
+}
+
+TEST_F(DrawingCanvasManagerTest, PublishesEveryStreamThatCanBeNamed) {
+    Add("\x80", "me", "1");
+    // Behind the other in the order of streams.
+    Add("\xC3\xA9", "me", "2");
+    Forget();
+    manager.PublishLocalDrawings();
+    const auto sent = Sent();
+    ASSERT_THAT(sent, SizeIs(2));
+    EXPECT_EQ(sent[0]["streamId"], "stream");
+    EXPECT_EQ(sent[1]["streamId"], "\xC3\xA9");
+    EXPECT_THAT(Fake().LogsOf(3), ElementsAre(StartsWith("The drawings on a stream could not be shared")));
 }
 
 TEST_F(DrawingCanvasManagerTest, RemovesAStreamWithItsHistoryAndItsParticipantsMarks) {

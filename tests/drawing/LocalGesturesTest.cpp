@@ -27,18 +27,28 @@ const Color kPrimary(0xE8, 0x5C, 0x41, 0xFF);
 
 class LocalGestures : public Testing::LocalUserTest {
 protected:
-    // Whether anything is drawn over a black picture.
+    // Whether anything is drawn over a black picture, and whether all of it is drawn over.
     bool ShowsAnything() {
-        reader_.Fill(0xFF000000);
-        canvas.Render(reader_.Renderer(), {0, 0, 0, 0}, {0, 0, 128, 72});
-        const Testing::Picture picture = reader_.Read();
-        return std::any_of(picture.pixels.begin(), picture.pixels.end(),
-                           [](uint32_t pixel) { return pixel != 0xFF000000; });
+        const Testing::Picture picture = Rendered();
+        return std::any_of(picture.pixels.begin(), picture.pixels.end(), IsDrawn);
+    }
+    bool CoversEverything() {
+        // What is erased while it is drawn is seen a frame later.
+        static_cast<void>(Rendered());
+        const Testing::Picture picture = Rendered();
+        return std::all_of(picture.pixels.begin(), picture.pixels.end(), IsDrawn);
     }
     ~LocalGestures() override { canvas.ReleaseResources(reader_.Renderer()); }
     [[nodiscard]] SDL_Renderer* Renderer() const { return reader_.Renderer(); }
 
 private:
+    static bool IsDrawn(uint32_t pixel) { return pixel != 0xFF000000; }
+    Testing::Picture Rendered() {
+        reader_.Fill(0xFF000000);
+        canvas.Render(reader_.Renderer(), {0, 0, 0, 0}, {0, 0, 128, 72});
+        return reader_.Read();
+    }
+
     PixelReader reader_{128, 72};
 };
 
@@ -327,6 +337,16 @@ TEST_F(LocalGestures, DropTheShapeOfACanvasWithoutSource) {
     EXPECT_THAT(surface.reports, IsEmpty());
 }
 
+TEST_F(LocalGestures, DropTheirPreviewWithTheShape) {
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    EXPECT_TRUE(ShowsAnything());
+    manager.RemoveAllSources();
+    source.reset();
+    Release();
+    EXPECT_FALSE(ShowsAnything());
+}
+
 TEST_F(LocalGestures, DropTheShapeOfASourceWithoutStream) {
     manager.AttachCanvas("", &canvas);
     Drag({100, 200}, {500, 300});
@@ -345,6 +365,81 @@ TEST_F(LocalGestures, DrawOnTheStreamThatTheMainVideoShowsAtTheirEnd) {
     EXPECT_THAT(OwnShapes(), IsEmpty());
     EXPECT_THAT(manager.GetOrCreateSource("other")->ShapesOf("me"), SizeIs(1));
     EXPECT_EQ(LastSent()["streamId"], "other");
+}
+
+TEST_F(LocalGestures, EndTheirPreviewOnTheVideoWhereTheyBegan) {
+    DrawingCanvas other;
+    other.SetFrameSize(1280, 720);
+    manager.AttachCanvas("other", &other);
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    EXPECT_TRUE(ShowsAnything());
+    surface.canvas = &other;
+    Release();
+    EXPECT_FALSE(ShowsAnything());
+}
+
+TEST_F(LocalGestures, EraseNothingMoreOnTheVideoWhereTheyBegan) {
+    DrawingCanvas other;
+    other.SetFrameSize(1280, 720);
+    manager.AttachCanvas("other", &other);
+    const auto whole = std::make_shared<Rectangle>();
+    whole->fillColor = kPrimary;
+    whole->x = -20;
+    whole->y = -20;
+    whole->width = 1320;
+    whole->height = 760;
+    source->Add("me", whole);
+    Choose(DrawToolEraser);
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    EXPECT_FALSE(CoversEverything());
+    surface.canvas = &other;
+    Release();
+    source->RemoveParticipant("me");
+    source->Add("me", whole);
+    EXPECT_TRUE(CoversEverything());
+}
+
+TEST_F(LocalGestures, EndThePreviewOfAShapeThatIsLetGoOf) {
+    DrawingCanvas other;
+    other.SetFrameSize(1280, 720);
+    manager.AttachCanvas("other", &other);
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    surface.canvas = &other;
+    PressAt({100, 200});
+    EXPECT_NE(Current(), nullptr);
+    EXPECT_FALSE(ShowsAnything());
+}
+
+TEST_F(LocalGestures, LeaveNothingOfAShapeThatCannotBeSent) {
+    manager.AttachCanvas("\xFF", &canvas);
+    PressAt({100, 200});
+    MoveTo({500, 300});
+    const std::shared_ptr<Shape> shape = Current();
+    EXPECT_THROW(Release(), nlohmann::json::type_error);
+    EXPECT_EQ(Current(), nullptr);
+    EXPECT_FALSE(ShowsAnything());
+    EXPECT_THAT(shape->controlId, IsEmpty());
+    EXPECT_THAT(canvas.Source()->ShapesOf("me"), IsEmpty());
+    EXPECT_FALSE(canvas.Source()->History().CanUndo());
+    EXPECT_THAT(surface.reports, IsEmpty());
+}
+
+TEST_F(LocalGestures, ReportTheHistoryWhenAllElseIsDone) {
+    size_t reports = 0;
+    surface.onReport = [&] {
+        ++reports;
+        EXPECT_THAT(Sent(), SizeIs(reports));
+        EXPECT_EQ(Current(), nullptr);
+        EXPECT_THAT(OwnShapes(), SizeIs(reports % 2));
+    };
+    Drag({100, 200}, {500, 300});
+    manager.UndoCurrentCanvas();
+    manager.RedoCurrentCanvas();
+    manager.ClearCurrentCanvas();
+    EXPECT_EQ(reports, 4U);
 }
 
 TEST_F(LocalGestures, DrawNothingByThemselves) {

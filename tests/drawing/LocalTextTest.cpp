@@ -1,24 +1,32 @@
 // Texts that the local user types over the video.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <limits>
+#include <string>
+
 #include "drawing/LinePath.h"
 #include "tests/drawing/LocalUser.h"
+#include "tests/fake_platform/PixelReader.h"
 
 namespace Corvanta::Drawing {
 namespace {
 
 using ::testing::ElementsAre;
+using Testing::Fake;
 using ::testing::IsEmpty;
 using Testing::KeyDown;
 using Testing::KeyUp;
 using Testing::Motion;
 using ::testing::SizeIs;
+using ::testing::StartsWith;
 using State = TextBox::State;
 
 constexpr SDL_Point kInside{220, 220};
 constexpr SDL_Point kMargin{180, 220};
 constexpr SDL_Point kAway{600, 600};
 constexpr SDL_Point kOutside{-20, 100};
+constexpr uint32_t kBlack = 0xFF000000;
 
 class LocalText : public Testing::LocalUserTest {
 protected:
@@ -33,6 +41,13 @@ protected:
         return text;
     }
     void Press() { Dispatch(Testing::ButtonDown()); }
+    // The text tool with that font.
+    void ChooseFont(std::string family, double size) {
+        DrawToolState state = Testing::ToolState(DrawToolText);
+        state.fontFamilyName = family.data();
+        state.fontSize = size;
+        manager.SetDrawToolState(state);
+    }
     // Whether a gesture is under way, seen by what a release changes.
     bool IsDrawing() {
         Text().state = State::Moving;
@@ -413,6 +428,96 @@ TEST_F(LocalText, TypesALongText) {
     PressAt(kAway);
     Release();
     EXPECT_THAT(LastSent()["message"]["shapes"][0]["data"]["text"].get<std::string>(), SizeIs(10000));
+}
+
+TEST_F(LocalText, IsSentThoughTheToolChangesBeforeTheButtonIsUp) {
+    OpenText();
+    Type('h');
+    PressAt(kAway);
+    Choose(DrawToolPencil);
+    Release();
+    EXPECT_EQ(Current(), nullptr);
+    ASSERT_THAT(Sent(), SizeIs(1));
+    EXPECT_EQ(LastSent()["message"]["shapes"][0]["className"], "Text");
+    EXPECT_EQ(LastSent()["message"]["shapes"][0]["data"]["text"], "h");
+    EXPECT_THAT(OwnShapes(), SizeIs(1));
+}
+
+TEST_F(LocalText, GoesFromTheVideoWithAClickOutside) {
+    Testing::PixelReader reader(640, 360);
+    const auto showsAnything = [&] {
+        reader.Fill(kBlack);
+        canvas.Render(reader.Renderer(), {0, 0, 0, 0}, {0, 0, 640, 360});
+        const Testing::Picture picture = reader.Read();
+        return std::any_of(picture.pixels.begin(), picture.pixels.end(),
+                           [](uint32_t pixel) { return pixel != kBlack; });
+    };
+    OpenText();
+    EXPECT_TRUE(showsAnything());
+    PressAt(kOutside);
+    EXPECT_FALSE(showsAnything());
+    canvas.ReleaseResources(reader.Renderer());
+}
+
+TEST_F(LocalText, IsGivenBackWhenItCannotBeSent) {
+    TextBox& text = OpenText();
+    Type('h');
+    ChooseFont("\xFF", 32);
+    PressAt(kAway);
+    EXPECT_THROW(Release(), nlohmann::json::type_error);
+    ASSERT_EQ(Current().get(), &text);
+    EXPECT_EQ(text.state, State::Editing);
+    EXPECT_THAT(text.controlId, IsEmpty());
+    EXPECT_THAT(OwnShapes(), IsEmpty());
+    EXPECT_FALSE(source->History().CanUndo());
+    ChooseFont("Arial", 32);
+    Type('i');
+    PressAt(kAway);
+    Release();
+    ASSERT_THAT(Sent(), SizeIs(1));
+    EXPECT_EQ(LastSent()["message"]["shapes"][0]["data"]["text"], "hi");
+    EXPECT_THAT(text.controlId, ::testing::Not(IsEmpty()));
+    EXPECT_THAT(OwnShapes(), SizeIs(1));
+}
+
+TEST_F(LocalText, HasASizeThatOthersCanRead) {
+    for (const double size : {0.0, 0.4, -5.0, std::numeric_limits<double>::quiet_NaN()}) {
+        const TextBox& text = OpenText();
+        ChooseFont("Arial", size);
+        EXPECT_EQ(text.fontSize, 1) << size;
+        PressAt(kAway);
+        Release();
+        EXPECT_EQ(LastSent()["message"]["shapes"][0]["data"]["font"], "1px Arial") << size;
+    }
+}
+
+// The size's unit in the family's name has readers look for a number before it.
+TEST_F(LocalText, IsDroppedWhenNobodyCouldReadItsFont) {
+    OpenText();
+    ChooseFont("Some px", 32);
+    PressAt(kAway);
+    Release();
+    EXPECT_EQ(Current(), nullptr);
+    EXPECT_THAT(Sent(), IsEmpty());
+    EXPECT_THAT(OwnShapes(), IsEmpty());
+    EXPECT_FALSE(source->History().CanUndo());
+    EXPECT_THAT(surface.reports, IsEmpty());
+    EXPECT_THAT(Fake().LogsOf(3), ElementsAre(StartsWith("A text is dropped")));
+}
+
+TEST_F(LocalText, TakesNoKeyThatWasDownBeforeItOpened) {
+    for (const int key : {static_cast<int>(SDLK_a), static_cast<int>(SDLK_RETURN)}) Dispatch(KeyDown(key));
+    const TextBox& text = OpenText();
+    for (const int key : {static_cast<int>(SDLK_a), static_cast<int>(SDLK_RETURN)}) Dispatch(KeyUp(key));
+    EXPECT_EQ(text.text, "");
+    Type('a');
+    EXPECT_EQ(text.text, "a");
+    Dispatch(KeyDown(SDLK_BACKSPACE));
+    PressAt(kOutside);
+    const TextBox& next = OpenText();
+    Type('b');
+    Dispatch(KeyUp(SDLK_BACKSPACE));
+    EXPECT_EQ(next.text, "b");
 }
 
 }  // namespace

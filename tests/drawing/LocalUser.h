@@ -4,6 +4,7 @@
 
 #include <SDL.h>
 
+#include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -23,11 +24,15 @@ class TestSurface final : public Drawing::DrawingSurface {
 public:
     [[nodiscard]] Drawing::DrawingCanvas* GetMainCanvas() override { return canvas; }
     [[nodiscard]] SDL_Rect GetMainVideoArea() const override { return area; }
-    void ReportHistoryState(bool canUndo, bool canRedo) override { reports.emplace_back(canUndo, canRedo); }
+    void ReportHistoryState(bool canUndo, bool canRedo) override {
+        reports.emplace_back(canUndo, canRedo);
+        if (onReport) onReport();
+    }
 
     Drawing::DrawingCanvas* canvas = nullptr;
     SDL_Rect area{100, 50, 640, 360};
     std::vector<std::pair<bool, bool>> reports;
+    std::function<void()> onReport;
 };
 
 // Puts a clock that stands still in the place of the system's.

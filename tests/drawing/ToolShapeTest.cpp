@@ -107,6 +107,20 @@ TEST_F(ToolShapes, AreEmptyTextsOpenForTyping) {
     EXPECT_EQ(text.strokeWidth, 0U);
 }
 
+TEST_F(ToolShapes, AreTextsOfAtLeastOneUnit) {
+    const auto sizeFor = [this](double size) {
+        DrawToolState state = Testing::ToolState(DrawToolText);
+        state.fontSize = size;
+        return Make<TextBox>(state).fontSize;
+    };
+    EXPECT_EQ(sizeFor(0), 1);
+    EXPECT_EQ(sizeFor(0.99), 1);
+    EXPECT_EQ(sizeFor(-1e308), 1);
+    EXPECT_EQ(sizeFor(std::numeric_limits<double>::quiet_NaN()), 1);
+    EXPECT_EQ(sizeFor(1.5), 1.5);
+    EXPECT_EQ(sizeFor(1e308), 1e308);
+}
+
 TEST_F(ToolShapes, TakeItalicsForTexts) {
     DrawToolState state = Testing::ToolState(DrawToolText);
     state.useItalicizedFont = true;

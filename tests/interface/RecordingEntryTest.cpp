@@ -1,16 +1,25 @@
 // The way into a recording, and what its playback reports.
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <memory>
+#include <string>
 #include <thread>
 
+#include "drawing/DrawingCanvas.h"
+#include "drawing/DrawingCanvasManager.h"
+#include "drawing/Rectangle.h"
 #include "tests/fake_platform/TestFrames.h"
 #include "tests/interface/RoomTest.h"
 
 namespace Corvanta::Testing {
 namespace {
 
+using Drawing::DrawingCanvasManager;
+using Drawing::DrawingSource;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
 
 class RecordingEntryTest : public LibraryTest {
 protected:
@@ -21,6 +30,12 @@ protected:
         return SDLinterface_ConnectToRecording(nullptr, nullptr, title, durationMs, &OnStatus);
     }
     static void OnStatus(int status) { statuses.push_back(status); }
+    // A mark of a participant on that stream.
+    static std::shared_ptr<DrawingSource> Mark(const std::string& streamId) {
+        const auto source = DrawingCanvasManager::Instance()->GetOrCreateSource(streamId);
+        source->Add("b", std::make_shared<Drawing::Rectangle>());
+        return source;
+    }
 
     static inline std::vector<int> statuses;
 };
@@ -214,6 +229,70 @@ TEST_F(RecordingEntryTest, EndsTheConnectionWithoutAView) {
     Fake().Set([](FakeResults& results) { results.endRecordingResult = -1; });
     EXPECT_EQ(SDLinterface_DisconnectFromRecording(99), -1);
     EXPECT_THAT(Fake().CallsOf("Connections_EndRecording")[0].arguments, ElementsAre("99"));
+}
+
+TEST_F(RecordingEntryTest, ClearsTheDrawingsWhenItStandsAtAnotherPlace) {
+    InitView();
+    Connect();
+    const std::shared_ptr<DrawingSource> source = Mark("a");
+    for (const int status : {102, 103, 104, 7}) Fake().RecordingCallbacks().status(status);
+    EXPECT_THAT(source->ShapesOf("b"), SizeIs(1));
+    for (const int status : {101, 105, 106}) {
+        Mark("a");
+        Fake().RecordingCallbacks().status(status);
+        EXPECT_THAT(source->ShapesOf("b"), IsEmpty()) << status;
+        EXPECT_EQ(DrawingCanvasManager::Instance()->GetOrCreateSource("a"), source) << status;
+    }
+}
+
+TEST_F(RecordingEntryTest, ForgetsTheDrawingsWhenItIsLeftOrOpenedAnew) {
+    InitView();
+    Connect();
+    const auto forgets = [](const std::function<void()>& end) {
+        const std::weak_ptr<DrawingSource> source = Mark("stream without a tile");
+        end();
+        return source.expired();
+    };
+    EXPECT_TRUE(forgets([] { Fake().RecordingCallbacks().status(1); }));
+    EXPECT_TRUE(forgets([] { Fake().RecordingCallbacks().status(2); }));
+    EXPECT_TRUE(forgets([] { SDLinterface_DisconnectFromRecording(2); }));
+}
+
+TEST_F(RecordingEntryTest, ShowsWhatIsDrawnAfterItIsOpenedAnew) {
+    InitView();
+    Connect();
+    Fake().OfferRemoteSource("a");
+    const auto canvas = [] {
+        SDLinterface_VideoRoomUpdateActiveSpeaker("a");
+        SDL_VideoRoomCheckInputAndRender();
+        return DrawingCanvasManager::Instance()->CurrentCanvas();
+    };
+    ASSERT_NE(canvas(), nullptr);
+    const std::weak_ptr<DrawingSource> former = canvas()->Source();
+    Fake().RecordingCallbacks().status(2);
+    EXPECT_TRUE(former.expired());
+    EXPECT_EQ(canvas()->Source(), DrawingCanvasManager::Instance()->GetOrCreateSource("a"));
+}
+
+TEST_F(RecordingEntryTest, TakesTheDrawingsWithIt) {
+    InitView();
+    EXPECT_TRUE(DrawingCanvasManager::HasInstance());
+    SDLinterface_GlobalQuit();
+    EXPECT_FALSE(DrawingCanvasManager::HasInstance());
+}
+
+// What has no name in a message.
+TEST_F(RecordingEntryTest, KeepsWhatCannotBeSharedInsideItsCommands) {
+    InitView();
+    Connect();
+    Fake().OfferRemoteSource("\xFF");
+    SDLinterface_VideoRoomUpdateActiveSpeaker("\xFF");
+    SDL_VideoRoomCheckInputAndRender();
+    Fake().ClearLogs();
+    SDLinterface_ClearCurrentCanvas();
+    SDLinterface_UndoCurrentCanvas();
+    SDLinterface_RedoCurrentCanvas();
+    EXPECT_THAT(Fake().LogsOf(3), SizeIs(3));
 }
 
 TEST_F(RecordingEntryTest, TicksAndEndsLikeARoom) {

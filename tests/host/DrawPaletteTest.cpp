@@ -4,12 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QImage>
+#include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QSlider>
 #include <QTest>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -182,6 +186,19 @@ TEST_F(DrawPaletteTest, LeavesAWidthBeyondItsSliderAsItIs) {
     EXPECT_THAT(LastSent(), HasSubstr("widths 4000.5 20 10 "));
 }
 
+TEST_F(DrawPaletteTest, ShowsAnyWidthInAFewDigits) {
+    Drawing().pencilStrokeWidth = 1e308;
+    Open();
+    const auto shows = [this](const QString& text) {
+        const auto labels = palette_.findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [&](const QLabel* label) { return label->text() == text; });
+    };
+    EXPECT_TRUE(shows("1e+308"));
+    EXPECT_LE(palette_.width(), window_.width());
+    Part<QSlider>("Width").setValue(14);
+    EXPECT_TRUE(shows("14"));
+}
+
 TEST_F(DrawPaletteTest, OffersTheFontWithTheTextToolAlone) {
     Open();
     EXPECT_FALSE(Part<QComboBox>("Font").isVisible());
@@ -247,6 +264,23 @@ TEST_F(DrawPaletteTest, ChangesTheColours) {
     EXPECT_THAT(LastSent(), HasSubstr("colours 2196f3ff ffffff40"));
     Click(*swatch("Black"));
     EXPECT_THAT(LastSent(), HasSubstr("colours 2196f3ff 00000040")) << "as opaque as before";
+}
+
+TEST_F(DrawPaletteTest, TakesAnyOtherColourFromADialog) {
+    Open();
+    Click(Button("Colour"));
+    QPushButton* more = nullptr;
+    for (QPushButton* const button : palette_.findChildren<QPushButton*>()) {
+        if (button->text() == "More colours...") more = button;
+    }
+    ASSERT_NE(more, nullptr);
+    Click(*more);
+    auto* const dialog = window_.findChild<QColorDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->currentColor(), QColor(0xE8, 0x5C, 0x41));
+    dialog->setCurrentColor(QColor(0x12, 0x34, 0x56, 0x78));
+    dialog->accept();
+    EXPECT_THAT(LastSent(), HasSubstr("colours 12345678 ffffffff"));
 }
 
 TEST_F(DrawPaletteTest, OffersTheColoursThatTheToolDrawsWith) {

@@ -236,6 +236,26 @@ TEST_F(TypingTest, WritesNoLetterOfACommand) {
     EXPECT_THAT(chord(Qt::ControlModifier), ElementsAre("key 0 C", "key up 0 C"));
 }
 
+TEST_F(TypingTest, WritesNoOtherSignThanTheKeypads) {
+    const auto stroke = [this](Qt::Key key) {
+        Send(QKeyEvent(QEvent::KeyPress, key, Qt::KeypadModifier, kAScanCode, 0, 0));
+        Send(QKeyEvent(QEvent::KeyRelease, key, Qt::KeypadModifier, kAScanCode, 0, 0));
+        return TakePushed();
+    };
+    EXPECT_THAT(stroke(Qt::Key_Asterisk), IsEmpty());
+    EXPECT_THAT(stroke(Qt::Key_Plus), IsEmpty());
+    EXPECT_THAT(stroke(Qt::Key_5), ElementsAre("key 0 D5", "key up 0 D5"));
+    EXPECT_THAT(stroke(Qt::Key_Minus), ElementsAre("key 0 OemMinus", "key up 0 OemMinus"));
+    EXPECT_THAT(stroke(Qt::Key_Enter), ElementsAre("key 0 Return", "key up 0 Return"));
+    // With Shift it is the key in the row of digits.
+    Press(Qt::Key_Asterisk, kAScanCode);
+    EXPECT_THAT(TakePushed(), ElementsAre("key 0 D8"));
+    Release(Qt::Key_Asterisk, kAScanCode);
+    static_cast<void>(TakePushed());
+    Drawing().textOpen = false;
+    EXPECT_THAT(stroke(Qt::Key_Plus), ElementsAre("key 0 OemPlus", "key up 0 OemPlus"));
+}
+
 TEST_F(TypingTest, HandsTypedKeysToTheLibrary) {
     Press(Qt::Key_Shift, kLeftShiftScanCode);
     Press(Qt::Key_A, kAScanCode);

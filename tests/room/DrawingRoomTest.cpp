@@ -226,6 +226,23 @@ TEST_F(DrawingRoomTest, NothingIsDrawnWhileAMenuIsOpen) {
     EXPECT_THAT(Sent(), SizeIs(1));
 }
 
+TEST_F(DrawingRoomTest, AStrokeEndsThoughAMenuHasOpened) {
+    OpenBar();
+    AddCamera(kCameraColor);
+    Choose(DrawToolRectangle);
+    view->Tick();
+    Calls().Clear();
+    PushMotion(At(0.25, 0.25));
+    PushDown();
+    PushMotion(At(0.75, 0.75));
+    view->Tick();
+    LayoutMenu().GetAnchorElement()->OnClick();
+    ASSERT_TRUE(LayoutMenu().visible);
+    PushUp();
+    view->Tick();
+    EXPECT_THAT(Sent(), SizeIs(1));
+}
+
 TEST_F(DrawingRoomTest, NothingIsTypedWhileAMenuIsOpen) {
     OpenBar();
     AddCamera(kCameraColor);

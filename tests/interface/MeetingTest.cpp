@@ -182,6 +182,7 @@ The own camera comes
     MediaManager_SetLocalVideoFrameAdaptationCallback(set)
     Connections_GetLocalUserStreamID(0)
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(me)
 Anna joins
     Connections_GetStreamType(Anna)
@@ -217,20 +218,25 @@ The microphone is switched on
     Host_OnMicrophoneChanged(true)
 Anna speaks
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(Anna)
 Ben speaks
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(Ben)
 A click on Carl
     Host_SetCursor(1)
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(Carl)
 Anna speaks, and Carl stays
 A second click on Carl
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(me)
 Anna goes on speaking
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(Anna)
 Anna is pinned
     Host_SetCursor(0)
@@ -269,10 +275,12 @@ The screen is shared
     WebRTC_SetConnectionStatsCallback(set)
     Connections_GetLocalUserStreamID(1)
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(my-screen)
 The screen is to end
 The screen has ended
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(Anna)
 A file is to be shared
     [action thread] Host_StartNativeStream(4)
@@ -285,10 +293,12 @@ The file is shared
     WebRTC_SetLocalStreamsLocalAudioVolume(1)
     Connections_GetLocalUserStreamID(4)
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(my-file)
 The file is to end
 The file has ended
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(Anna)
 The microphone is muted
     WebRTC_SetEnabledLocalAudioTrack(false, 0)
@@ -347,6 +357,7 @@ The wall has a window
     Connections_GetLocalUserStreamID(6)
     MediaManager_RegisterCallback(Anna, ...)
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
 The wall becomes a grid
 The wall is to come back
     Host_AttachWall()
@@ -362,6 +373,7 @@ The wall is back
     WebRTC_SetConnectionStatsCallback(set)
     Configuration_SetPropertyInt(detachedLayout, 2)
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
 A still is saved
     Configuration_GetLocation()
     WebRTC_ExportStillImageFromVideoFrameBuffer(configuration-folder/exportedRemoteFrame, 64x48 type 1)
@@ -415,6 +427,7 @@ Anna and Carl leave
     Connections_IsPublisherFromExternalSource(Carl)
     AdaptiveVideoSourceManager_OnRemoteStreamRemoved(Carl)
     Host_OnMainVideoChanged()
+    Host_ReportHistoryState(false, false)
     AdaptiveVideoSourceManager_SetMainStream(me)
 The own user is to leave
     Host_LeaveRoom()

@@ -265,6 +265,7 @@ TEST(OwnStreams, ComeAndGoOnManyThreads) {
     const std::vector types{StreamType::Device, StreamType::NDI, StreamType::Elgato};
     {
         std::vector<std::jthread> threads;
+        threads.reserve(3);
         for (int thread = 0; thread < 3; ++thread) {
             threads.emplace_back([&, thread] {
                 for (int round = 0; round < 12; ++round) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <semaphore>
 #include <stdexcept>
 #include <thread>
@@ -121,16 +122,14 @@ TEST_F(ActionQueueTest, WaitsForARunningActionAtItsEnd) {
         returned = true;
     });
     ASSERT_TRUE(gate.WaitForArrival());
-    std::atomic<bool> ended{false};
-    std::thread owner([&] {
-        queue.reset();
-        EXPECT_TRUE(returned);
-        ended = true;
+    std::thread opener([&] {
+        // Long enough for an end that does not wait to be over.
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        gate.Open();
     });
-    EXPECT_FALSE(ended);
-    gate.Open();
-    owner.join();
-    EXPECT_TRUE(ended);
+    queue.reset();
+    EXPECT_TRUE(returned);
+    opener.join();
 }
 
 TEST_F(ActionQueueTest, MayBeDestroyedByItsOwnAction) {

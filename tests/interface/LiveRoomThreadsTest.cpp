@@ -139,6 +139,7 @@ protected:
         ASSERT_EQ(passes.size(), 8U);
         std::barrier start(static_cast<std::ptrdiff_t>(passes.size() + 1));
         std::vector<std::thread> threads;
+        threads.reserve(passes.size());
         for (const auto& pass : passes) {
             threads.emplace_back([&start, pass] {
                 start.arrive_and_wait();
@@ -479,7 +480,7 @@ TEST_F(LiveRoomThreadsTest, KeepsNothingOfAThousandJoinsAndLeaves) {
     EXPECT_EQ(Sdl().LiveTextures(), textures);
     // What the allocator keeps for threads counts as used, so some change is no loss. Under a sanitizer all
     // is 0.
-    EXPECT_LT(mallinfo2().uordblks, bytes + 512 * 1024);
+    EXPECT_LT(mallinfo2().uordblks, bytes + size_t{512} * 1024);
 }
 
 TEST_F(LiveRoomThreadsTest, TicksPastAThreadThatHoldsTheRoom) {

@@ -155,6 +155,7 @@ TEST_F(ActionQueueTest, TakesActionsFromManyThreads) {
     constexpr int kEach = 200;
     int ran = 0;
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&] {
             for (int j = 0; j < kEach; ++j) queue->Run([&ran] { ++ran; });

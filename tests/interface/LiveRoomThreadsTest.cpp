@@ -465,7 +465,7 @@ TEST_F(LiveRoomThreadsTest, KeepsNothingOfAThousandJoinsAndLeaves) {
     const auto settle = [&] {
         return Eventually([&] {
             SDL_VideoRoomCheckInputAndRender();
-            return threads() == threadsOfAnEmptyRoom;
+            return threads() <= threadsOfAnEmptyRoom;
         });
     };
     // What is made once is there.

@@ -150,6 +150,23 @@ TEST_F(ActionQueueTest, MayBeDestroyedByItsOwnAction) {
     EXPECT_FALSE(later);
 }
 
+// The queue's thread may get the id of the one that made the queue.
+TEST_F(ActionQueueTest, MayBeDestroyedByItsOwnActionWhenItsMakerHasEnded) {
+    std::shared_ptr<ActionQueue> shared;
+    std::thread([&] { shared = std::make_shared<ActionQueue>(); }).join();
+    std::binary_semaphore done{0};
+    Gate gate;
+    shared->Run([&, owner = shared]() mutable {
+        gate.Pass();
+        owner.reset();
+        done.release();
+    });
+    ASSERT_TRUE(gate.WaitForArrival());
+    shared.reset();
+    gate.Open();
+    done.acquire();
+}
+
 TEST_F(ActionQueueTest, TakesActionsFromManyThreads) {
     constexpr int kThreads = 8;
     constexpr int kEach = 200;

@@ -255,7 +255,7 @@ TEST(OwnStreams, GoWhenNothingOfThemCanBePlayed) {
     visitor.Enter();
     const auto path = visitor.folder.File("noise.mkv");
     visitor.folder.Write("noise.mkv", "this is no film");
-    if (ShareStream(StreamType::File, path.string())) GTEST_SKIP() << "found out before";
+    ASSERT_EQ(ShareStream(StreamType::File, path.string()), std::nullopt);
     EXPECT_TRUE(Eventually([] { return SharedStreams().empty(); }));
 }
 

@@ -64,6 +64,7 @@ void SDLinterface_OnRecordingPlaybackStatus(int status) {
 
 void SDLinterface_OnRecordingPlaybackProgress(int /*position*/, int /*duration*/) {}
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the media manager gives the list away.
 void SDLinterface_OnActiveStreams(std::vector<std::string> streamIds) {
     if (const auto view = GetRecordingsView()) view->OnActiveStreams(streamIds);
 }

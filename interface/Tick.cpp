@@ -1,4 +1,5 @@
 // The tick that the host calls: timers, what is asked for once a second, and the view's own tick.
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>

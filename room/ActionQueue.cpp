@@ -2,6 +2,7 @@
 
 #include <SDL.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -23,6 +24,13 @@ void Carry(const std::function<void()>& action) {
     } catch (...) {
         LOG(4, "An action of the toolbar failed");
     }
+}
+
+// Unlike a thread's id it is never given again, not even to the queue's own thread.
+uint64_t NumberOfThisThread() {
+    static std::atomic<uint64_t> last{0};
+    thread_local const uint64_t number = ++last;
+    return number;
 }
 
 }  // namespace
@@ -53,7 +61,7 @@ struct ActionQueue::State {
     std::thread actionThread;
 };
 
-ActionQueue::ActionQueue() : state_(std::make_shared<State>()) {}
+ActionQueue::ActionQueue() : state_(std::make_shared<State>()), maker_(NumberOfThisThread()) {}
 
 ActionQueue::~ActionQueue() {
     Close();
@@ -63,7 +71,7 @@ ActionQueue::~ActionQueue() {
         ending = std::move(state_->actionThread);
     }
     if (!ending.joinable()) return;
-    if (maker_ == std::this_thread::get_id()) {
+    if (maker_ == NumberOfThisThread()) {
         ending.join();
     } else {
         ending.detach();

@@ -2,9 +2,9 @@
 // long as a person does, and so are never waited for inside a tick. One at a time and in order. Any thread.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
-#include <thread>
 
 namespace Corvanta::Room {
 
@@ -26,7 +26,7 @@ public:
 private:
     struct State;
     const std::shared_ptr<State> state_;
-    const std::thread::id maker_ = std::this_thread::get_id();
+    const uint64_t maker_;
 };
 
 }  // namespace Corvanta::Room

@@ -17,6 +17,17 @@ constexpr const char* kSdrBrightnessKey = "SDRBrightnessBoost";
 constexpr int kDefaultSdrBrightnessNits = 280;
 // No display comes near it; it keeps a host's wild value within an int.
 constexpr float kHighestBrightnessNits = 1.0e6F;
+// Beyond any display too; layouts may add and multiply what lies within.
+constexpr int kLongestSide = 1 << 20;
+constexpr float kLargestScale = 64.0F;
+
+int PlausibleSide(int side) {
+    return std::clamp(side, -kLongestSide, kLongestSide);
+}
+
+float PlausibleScale(float scale) {
+    return std::isnan(scale) ? scale : std::clamp(scale, -kLargestScale, kLargestScale);
+}
 
 int TruncateNits(float nits) {
     return std::isnan(nits)
@@ -33,8 +44,8 @@ AbstractView::~AbstractView() {
 int AbstractView::Init(void* nativeHandle, int width, int height) {
     if (initialised_.load()) return 0;
     CleanupWindow();
-    width_ = width;
-    height_ = height;
+    width_ = PlausibleSide(width);
+    height_ = PlausibleSide(height);
     aspectRatio_ = static_cast<float>(width) / static_cast<float>(height);
     if (nativeHandle == nullptr) return -1;
     if (!IsNativeWindow(nativeHandle)) {
@@ -97,9 +108,9 @@ void AbstractView::ApplySDRBrightness() {
 void AbstractView::Resize(int width, int height) {
     if (window_ != nullptr) SDL_SetWindowSize(window_, width, height);
     dirty_.store(true);
-    width_ = width;
-    height_ = height;
-    OnResized(width, height);
+    width_ = PlausibleSide(width);
+    height_ = PlausibleSide(height);
+    OnResized(width_, height_);
 }
 
 void AbstractView::SetViewport(int width, int height) {
@@ -115,8 +126,8 @@ void AbstractView::SetContentScaleFactor(float factor) {
 }
 
 void AbstractView::SetWindowScale(float scale) {
-    if (scale == scale_) return;
-    scale_ = scale;
+    if (PlausibleScale(scale) == scale_) return;
+    scale_ = PlausibleScale(scale);
     OnContentScaleChanged(scale_);
     Resize(width_, height_);
 }

@@ -26,6 +26,7 @@ public:
     // Destroys renderer and window; safe when nothing was made. Init may run again afterwards.
     void CleanupWindow();
 
+    // Sides beyond a million, and scales beyond 64, count as that.
     void Resize(int width, int height);
     void SetViewport(int width, int height);
     // Pixels of the window to a logical pixel; a factor that is not above 0 is ignored.

@@ -17,7 +17,7 @@ OwnStream::OwnStream(EngineLoop& engineLoop, OwnStreamDescription streamDescript
       sourceId(std::move(mediaSourceId)),
       mixer(std::move(roomMixer)) {}
 
-void OwnStream::Open(std::function<void()> whenEnded) {
+void OwnStream::Open(const std::function<void()>& whenEnded) {
     if (hasEnded) return;
     // The stream owns the playback, so the events do not own the stream.
     PlaybackEvents events{

@@ -34,7 +34,7 @@ public:
 
     // Opens the source and holds it at its first picture. `whenEnded` is called on the engine's thread,
     // inside the playback, when the source has ended or cannot be played.
-    void Open(std::function<void()> whenEnded);
+    void Open(const std::function<void()>& whenEnded);
     // Announces it to the library and starts it. False while the library has no room for it.
     [[nodiscard]] bool Offer();
     // Lets go of the source and takes the announcement back. The stream has ended before.

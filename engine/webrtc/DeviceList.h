@@ -44,8 +44,8 @@ public:
 
 private:
     struct DeviceReleaser {
-        void operator()(GstDevice* device) const { gst_object_unref(device); }
-        void operator()(GstDeviceMonitor* monitor) const { gst_object_unref(monitor); }
+        void operator()(GstDevice* object) const { gst_object_unref(object); }
+        void operator()(GstDeviceMonitor* object) const { gst_object_unref(object); }
     };
     struct Entry {
         DeviceKind kind;

@@ -69,10 +69,11 @@ Playback::Playback(EngineLoop& engineLoop, PlaybackSource playedSource, std::sha
     : loop(engineLoop),
       source(std::move(playedSource)),
       events(std::move(handlers)),
-      videoSink(source.name, containerColor, [this](const std::shared_ptr<const MappedPicture>& picture) {
-          if (!hasDelivered.exchange(true)) PostHere([](Playback& self) { self.OnFirstPicture(); });
-          events.picture(picture);
-      }),
+      videoSink(source.name, containerColor,
+                [this](const std::shared_ptr<const MappedPicture>& picture) {
+                    if (!hasDelivered.exchange(true)) PostHere([](Playback& self) { self.OnFirstPicture(); });
+                    events.picture(picture);
+                }),
       audioSink(std::move(mixer)) {}
 
 Playback::~Playback() {

@@ -52,7 +52,7 @@ SoundMixer::Input::~Input() {
     Detach();
 }
 
-void SoundMixer::Input::Attach(GstElement* pipeline, GstElement* mixingElement) {
+void SoundMixer::Input::Attach(GstElement* roomPipeline, GstElement* mixingElement) {
     Detach();
     auto newSource = MakeElement("appsrc");
     if (!newSource) return;
@@ -62,7 +62,7 @@ void SoundMixer::Input::Attach(GstElement* pipeline, GstElement* mixingElement) 
                  "max-buffers", guint64{0}, "max-bytes", guint64{0}, "max-time", kLongestQueue, "leaky-type",
                  GST_APP_LEAKY_TYPE_DOWNSTREAM, "min-latency", gint64{0}, "max-latency",
                  static_cast<gint64>(kLongestQueue), nullptr);
-    gst_bin_add(GST_BIN(pipeline), GST_ELEMENT(gst_object_ref(newSource.get())));
+    gst_bin_add(GST_BIN(roomPipeline), GST_ELEMENT(gst_object_ref(newSource.get())));
     GstOwned<GstPad> newPad(gst_element_request_pad_simple(mixingElement, "sink_%u"));
     const GstOwned<GstPad> output(gst_element_get_static_pad(newSource.get(), "src"));
     gst_pad_link(output.get(), newPad.get());
@@ -223,7 +223,7 @@ void SoundMixer::CloseLocked() {
 }
 
 std::shared_ptr<SoundMixer::Input> SoundMixer::MakeInput(double gain) {
-    const std::shared_ptr<Input> input(new Input(gain));
+    std::shared_ptr<Input> input(new Input(gain));
     const std::lock_guard lock(elementsMutex);
     std::erase_if(inputs, [](const auto& each) { return each.expired(); });
     inputs.push_back(input);

@@ -38,7 +38,7 @@ public:
         friend class SoundMixer;
 
         explicit Input(double linear) : gain(linear) {}
-        void Attach(GstElement* pipeline, GstElement* mixer);
+        void Attach(GstElement* roomPipeline, GstElement* mixingElement);
         void Detach();
 
         std::mutex elementsMutex;  // guards: everything below

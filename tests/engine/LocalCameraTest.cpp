@@ -241,6 +241,7 @@ TEST_F(LocalCamera, StopsAndStartsOnManyThreadsAndCanStillBeBroughtBack) {
     MediaManager_RegisterCallback(kCamera, &sink.callback);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([] {
                 for (int round = 0; round < 50; ++round) StopAndRenegotiate();

@@ -255,7 +255,7 @@ TEST(OwnStreams, GoWhenNothingOfThemCanBePlayed) {
     visitor.Enter();
     const auto path = visitor.folder.File("noise.mkv");
     visitor.folder.Write("noise.mkv", "this is no film");
-    if (ShareStream(StreamType::File, path.string())) GTEST_SKIP() << "found out before";
+    ASSERT_EQ(ShareStream(StreamType::File, path.string()), std::nullopt);
     EXPECT_TRUE(Eventually([] { return SharedStreams().empty(); }));
 }
 
@@ -265,6 +265,7 @@ TEST(OwnStreams, ComeAndGoOnManyThreads) {
     const std::vector types{StreamType::Device, StreamType::NDI, StreamType::Elgato};
     {
         std::vector<std::jthread> threads;
+        threads.reserve(3);
         for (int thread = 0; thread < 3; ++thread) {
             threads.emplace_back([&, thread] {
                 for (int round = 0; round < 12; ++round) {

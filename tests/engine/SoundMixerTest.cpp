@@ -226,6 +226,7 @@ TEST(SoundMixer, SurvivesInputsThatComeAndGoOnManyThreads) {
     const Tone low(player, kLowHz);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&] {
                 for (int round = 0; round < 15; ++round) {

@@ -44,6 +44,7 @@ protected:
     }
     static std::vector<std::string> Items(const QComboBox& box) {
         std::vector<std::string> items;
+        items.reserve(static_cast<size_t>(box.count()));
         for (int i = 0; i < box.count(); ++i) items.push_back(box.itemText(i).toStdString());
         return items;
     }

@@ -140,6 +140,7 @@ protected:
         ASSERT_EQ(passes.size(), 8U);
         std::barrier start(static_cast<std::ptrdiff_t>(passes.size() + 1));
         std::vector<std::thread> threads;
+        threads.reserve(passes.size());
         for (const auto& pass : passes) {
             threads.emplace_back([&start, pass] {
                 start.arrive_and_wait();
@@ -461,11 +462,13 @@ TEST_F(LiveRoomThreadsTest, KeepsNothingOfAThousandJoinsAndLeaves) {
         Fake().ClearLogs();
     };
     const auto threads = [] { return EntriesOf("/proc/self/task"); };
+    // A sanitizer starts a thread of its own beside the first.
+    std::thread([] {}).join();
     const size_t threadsOfAnEmptyRoom = threads();
     const auto settle = [&] {
         return Eventually([&] {
             SDL_VideoRoomCheckInputAndRender();
-            return threads() == threadsOfAnEmptyRoom;
+            return threads() <= threadsOfAnEmptyRoom;
         });
     };
     // What is made once is there.
@@ -480,7 +483,7 @@ TEST_F(LiveRoomThreadsTest, KeepsNothingOfAThousandJoinsAndLeaves) {
     EXPECT_EQ(Sdl().LiveTextures(), textures);
     // What the allocator keeps for threads counts as used, so some change is no loss. Under a sanitizer all
     // is 0.
-    EXPECT_LT(mallinfo2().uordblks, bytes + 512 * 1024);
+    EXPECT_LT(mallinfo2().uordblks, bytes + size_t{512} * 1024);
 }
 
 TEST_F(LiveRoomThreadsTest, TicksPastAThreadThatHoldsTheRoom) {

@@ -233,8 +233,8 @@ TEST_F(MediaTest, GivesTheAdaptationEveryMessageAsItCame) {
                          R"({"type":"of-another-program","message":{"a":1}})",
                          R"({"type":7})",
                          R"({"message":{}})",
-                         R"({"type":"video-metadata-message","message":{"sourceData":{"streamId":"me",)"
-                         R"("frameRate":"30","sourceName":""}}})",
+                         (R"({"type":"video-metadata-message","message":{"sourceData":{"streamId":"me",)"
+                          R"("frameRate":"30","sourceName":""}}})"),
                          "\xff\xfe%s%n"};
     // What raises is the drawings' handler, at what is no message at all.
     for (const std::string& text : texts) EXPECT_LE(Fake().DeliverMessage("sender", text).size(), 1U);

@@ -34,7 +34,7 @@ protected:
     }
 
     [[nodiscard]] uint32_t CentreOfWindow() const {
-        return host_->ReadPixels()[static_cast<size_t>(kHeight / 2 * kWidth + kWidth / 2)];
+        return host_->ReadPixels()[size_t{kHeight / 2} * kWidth + kWidth / 2];
     }
     // Ticks until the window's centre is the colour; frames are prepared on a thread of their own.
     [[nodiscard]] bool TickUntilCentreIs(uint32_t argb) const {

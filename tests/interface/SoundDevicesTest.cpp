@@ -81,6 +81,7 @@ TEST_F(SoundDevicesTest, NegotiatesSoundDevicesWithTheDevicesOfTheLastChange) {
     std::string asked;
     Calls().OnCall("WebRTC_GetVideoCaptureIndex", [&](const Call& call) {
         const auto address = std::strtoull(call.arguments.at(0).c_str(), nullptr, 16);
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): calls are recorded as text.
         asked = reinterpret_cast<const char*>(address);
     });
     ASSERT_TRUE(SDLinterface_VideoRoomTriggerDeviceRenegociation(name, &first, &second, &third));

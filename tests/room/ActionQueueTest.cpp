@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <semaphore>
 #include <stdexcept>
 #include <thread>
@@ -121,16 +122,14 @@ TEST_F(ActionQueueTest, WaitsForARunningActionAtItsEnd) {
         returned = true;
     });
     ASSERT_TRUE(gate.WaitForArrival());
-    std::atomic<bool> ended{false};
-    std::thread owner([&] {
-        queue.reset();
-        EXPECT_TRUE(returned);
-        ended = true;
+    std::thread opener([&] {
+        // Long enough for an end that does not wait to be over.
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        gate.Open();
     });
-    EXPECT_FALSE(ended);
-    gate.Open();
-    owner.join();
-    EXPECT_TRUE(ended);
+    queue.reset();
+    EXPECT_TRUE(returned);
+    opener.join();
 }
 
 TEST_F(ActionQueueTest, MayBeDestroyedByItsOwnAction) {
@@ -151,11 +150,29 @@ TEST_F(ActionQueueTest, MayBeDestroyedByItsOwnAction) {
     EXPECT_FALSE(later);
 }
 
+// The queue's thread may get the id of the one that made the queue.
+TEST_F(ActionQueueTest, MayBeDestroyedByItsOwnActionWhenItsMakerHasEnded) {
+    std::shared_ptr<ActionQueue> shared;
+    std::thread([&] { shared = std::make_shared<ActionQueue>(); }).join();
+    std::binary_semaphore done{0};
+    Gate gate;
+    shared->Run([&, owner = shared]() mutable {
+        gate.Pass();
+        owner.reset();
+        done.release();
+    });
+    ASSERT_TRUE(gate.WaitForArrival());
+    shared.reset();
+    gate.Open();
+    done.acquire();
+}
+
 TEST_F(ActionQueueTest, TakesActionsFromManyThreads) {
     constexpr int kThreads = 8;
     constexpr int kEach = 200;
     int ran = 0;
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&] {
             for (int j = 0; j < kEach; ++j) queue->Run([&ran] { ++ran; });

@@ -25,6 +25,7 @@ protected:
         }
         std::sort(seen.begin(), seen.end());
         std::vector<std::string> names;
+        names.reserve(seen.size());
         for (const auto& [x, name] : seen) names.push_back(name);
         return names;
     }

@@ -400,7 +400,7 @@ TEST_F(StreamControlsTest, StoppingAnOwnStreamLetsGoOfItInADetachedRoom) {
         Press(picture);
         EXPECT_FALSE(HasClone()) << picture;
         SetCapturing(type, false);
-        Fake().Set([&](FakeResults& results) { results.localUserStreamIds.erase(type); });
+        Fake().Set([ended = type](FakeResults& results) { results.localUserStreamIds.erase(ended); });
         view.reset();
     }
 }

@@ -383,6 +383,17 @@ TEST_F(AbstractViewTest, DoesNothingWhenTheWindowScaleIsTheOneItHas) {
     EXPECT_TRUE(Fake().CallNames().empty());
 }
 
+TEST_F(AbstractViewTest, KeepsSizesAndScalesToWhatLayoutsCanReckonWith) {
+    TestView view;
+    view.Resize(std::numeric_limits<int>::max(), std::numeric_limits<int>::min());
+    EXPECT_EQ(view.GetWidth(), 1 << 20);
+    EXPECT_EQ(view.GetHeight(), -(1 << 20));
+    view.SetWindowScale(1.0e30F);
+    EXPECT_EQ(view.GetScale(), 64.0F);
+    view.SetWindowScale(-std::numeric_limits<float>::infinity());
+    EXPECT_EQ(view.GetScale(), -64.0F);
+}
+
 TEST_F(AbstractViewTest, TakesAScaleThatIsNoNumberForNewEachTime) {
     TestView view;
     view.SetWindowScale(std::numeric_limits<float>::quiet_NaN());

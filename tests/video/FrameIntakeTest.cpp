@@ -138,6 +138,7 @@ TEST_F(FrameIntakeTest, TakesFramesAndRequestsFromSeveralThreadsAtOnce) {
     constexpr int kThreads = 4;
     constexpr int kEach = 300;
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([this, i] {
             const auto frame = MakeFrame({.width = 2, .height = 2});

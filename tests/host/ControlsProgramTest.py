@@ -1,7 +1,9 @@
 """The program's own bar, panel, mixer and settings, by a person's keys on a real display. CORVANTA_ROOM names the
 program."""
+import contextlib
 import glob
 import os
+import re
 import time
 import unittest
 
@@ -71,13 +73,14 @@ class ControlsProgramTest(RoomDisplay):
         self.open_room("--camera", "none")
         self.press(self.room, "ctrl+comma")
         settings = self.window("^Settings$")
-        self.press(settings, "alt+h", "space")
-        self.press(settings, "t")
+        # The button is pressed a moment after its shortcut; until then it takes no key.
+        self.press(settings, "alt+h")
+        self.until(lambda: self.press(settings, "t") or self.has_key_to_talk("T"), "the key is not taken")
         self.press(settings, "Escape")
         self.until(lambda: not self.find("^Settings$"), "the settings stay open")
         self.press(self.room, "ctrl+q")
         self.program.wait(timeout=40)
-        self.assertRegex(self.configuration(), r'"Device\.PushToTalkKey"\s*:\s*"T"')
+        self.assertTrue(self.has_key_to_talk("T"))
 
     def test_keeps_the_volumes_of_the_mixer(self):
         self.open_room("--camera", "none")
@@ -94,12 +97,16 @@ class ControlsProgramTest(RoomDisplay):
         self.press(mixer, "Escape")
         self.until(lambda: not self.find("^Audio mixer$"), "the mixer stays open")
 
+    def has_key_to_talk(self, key):
+        return re.search(rf'"Device\.PushToTalkKey"\s*:\s*"{key}"', self.configuration()) is not None
+
     def configuration(self):
         files = [path for path in glob.glob(os.path.join(self.folder, "**", "*"), recursive=True)
                  if os.path.isfile(path) and not path.endswith(".mp4")]
         texts = []
         for path in files:
-            with open(path, encoding="utf-8", errors="replace") as file:
+            # Files are written beside their places and then moved there.
+            with contextlib.suppress(FileNotFoundError), open(path, encoding="utf-8", errors="replace") as file:
                 texts.append(file.read())
         return "\n".join(texts)
 

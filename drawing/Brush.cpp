@@ -47,8 +47,8 @@ void Brush::ThickBezier(std::span<const SDL_Point> control, int steps, int width
     if (control.size() < kLeastControlPoints || steps < kLeastSteps || width < 1) return;
     const int samples = static_cast<int>(control.size()) * steps + 1;
     SDL_Point from = control.front();
-    Corners piece{};
-    bool hasPiece = false;
+    // How the curve came there; nothing at its beginning.
+    SDL_Point before{0, 0};
     for (int i = 1; i <= samples; ++i) {
         const SDL_Point to = BezierSample(control, steps, i);
         if (IsSame(from, to)) continue;
@@ -56,13 +56,18 @@ void Brush::ThickBezier(std::span<const SDL_Point> control, int steps, int width
             thinLines_.emplace_back(from, to);
             return;
         }
-        const Corners next = ThickLineCorners(from, to, width);
-        mask_.AddPolygon(next);
-        if (hasPiece) mask_.AddPolygon(Corners{piece[2], piece[3], next[0], next[1]});
-        piece = next;
-        hasPiece = true;
+        AddStep(before, from, to, width);
+        before = {to.x - from.x, to.y - from.y};
         from = to;
     }
+}
+
+void Brush::AddStep(SDL_Point before, SDL_Point from, SDL_Point to, int width) {
+    if (stamps_ != nullptr) {
+        const MaskStamp* const stamp = stamps_->Find(before, from, {to.x - from.x, to.y - from.y});
+        if (stamp != nullptr && mask_.AddStamp(from, *stamp)) return;
+    }
+    AddCurveStep(mask_, before, from, to, width);
 }
 
 void Brush::Draw(SDL_Renderer* renderer, const SDL_Color& color, SDL_Point offset) const {

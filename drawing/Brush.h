@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "drawing/CoverageMask.h"
+#include "drawing/StepStamps.h"
 
 namespace Corvanta::Drawing {
 
@@ -18,6 +19,8 @@ class Brush final {
 public:
     // Where it may paint, in pixels of the target; the rest is cut.
     explicit Brush(const SDL_Rect& bounds) : mask_(bounds) {}
+    // With what other curves of one width have left there; borrowed.
+    Brush(const SDL_Rect& bounds, StepStamps& stamps) : mask_(bounds), stamps_(&stamps) {}
 
     // Of all primitives: coordinates and radii are of 16 bits, widths of 8.
     // A radius below 0 is nothing, 0 a pixel.
@@ -31,11 +34,18 @@ public:
     // only its first piece is drawn.
     void ThickBezier(std::span<const SDL_Point> control, int steps, int width);
 
+    // Paints nothing where the other mask covers, which then covers the paint too. See
+    // CoverageMask::TakeFrom.
+    void PaintBeside(CoverageMask& covered) { mask_.TakeFrom(covered); }
+
     // Moved by the offset.
     void Draw(SDL_Renderer* renderer, const SDL_Color& color, SDL_Point offset = {0, 0}) const;
 
 private:
+    void AddStep(SDL_Point before, SDL_Point from, SDL_Point to, int width);
+
     CoverageMask mask_;
+    StepStamps* stamps_ = nullptr;
     std::vector<std::pair<SDL_Point, SDL_Point>> thinLines_;
     // The last circle: a stroke has hundreds of one radius.
     std::vector<RowRun> disc_;

@@ -9,7 +9,6 @@
 namespace Corvanta::Drawing {
 namespace {
 
-constexpr int kWordBits = 64;
 constexpr int64_t kOne = 65536;
 constexpr size_t kUsualCorners = 4;
 
@@ -62,7 +61,7 @@ CoverageMask::CoverageMask(const SDL_Rect& bounds) {
     if (SDL_RectEmpty(&bounds) == SDL_TRUE) return;
     bounds_ = bounds;
     stride_ = (static_cast<size_t>(bounds.w) + kWordBits - 1) / kWordBits;
-    words_.resize(stride_ * static_cast<size_t>(bounds.h));
+    words_.resize(stride_ * static_cast<size_t>(bounds.h) + 1);
 }
 
 void CoverageMask::AddRect(const SDL_Rect& rect) {
@@ -146,6 +145,51 @@ void CoverageMask::AddRowsBetween(std::span<Edge* const> edges, int top, int las
         std::sort(crossings, crossings + edges.size());
         for (size_t i = 0; i + 1 < edges.size(); i += 2)
             AddSpan(row, Round(crossings[i] + 1), Round(crossings[i + 1] - 1));
+    }
+}
+
+bool CoverageMask::AddStamp(SDL_Point place, const MaskStamp& stamp) {
+    const int left = place.x + stamp.offset.x - bounds_.x;
+    const int top = place.y + stamp.offset.y - bounds_.y;
+    const int height = static_cast<int>(stamp.rows.size());
+    if (left < 0 || top < 0 || left + stamp.width > bounds_.w || top + height > bounds_.h) return false;
+    const unsigned shift = static_cast<unsigned>(left) % kWordBits;
+    Word* word = words_.data() + static_cast<size_t>(top) * stride_ + static_cast<size_t>(left) / kWordBits;
+    for (const Word bits : stamp.rows) {
+        word[0] |= bits << shift;
+        // In two steps, since a word cannot be shifted by all of its bits.
+        word[1] |= bits >> 1U >> (kWordBits - 1U - shift);
+        word += stride_;
+    }
+    return true;
+}
+
+MaskStamp CoverageMask::ToStamp(SDL_Point place) const {
+    MaskStamp stamp;
+    Word all = 0;
+    for (const Word row : words_) all |= row;
+    if (all == 0 || stride_ != 1) return stamp;
+    const auto isEmpty = [](Word row) { return row == 0; };
+    const auto first = std::find_if_not(words_.begin(), words_.end(), isEmpty);
+    const auto end = std::find_if_not(words_.rbegin(), words_.rend(), isEmpty).base();
+    const int left = std::countr_zero(all);
+    stamp.offset = {bounds_.x + left - place.x,
+                    bounds_.y + static_cast<int>(first - words_.begin()) - place.y};
+    stamp.width = kWordBits - left - std::countl_zero(all);
+    stamp.rows.assign(first, end);
+    for (Word& row : stamp.rows) row >>= static_cast<unsigned>(left);
+    return stamp;
+}
+
+void CoverageMask::TakeFrom(CoverageMask& covered) {
+    Word* own = words_.data();
+    for (int y = bounds_.y; y < bounds_.y + bounds_.h; ++y) {
+        Word* other = covered.Row(y) + (bounds_.x - covered.bounds_.x) / kWordBits;
+        for (size_t i = 0; i < stride_; ++i, ++own, ++other) {
+            const Word left = *own & ~*other;
+            *other |= *own;
+            *own = left;
+        }
     }
 }
 

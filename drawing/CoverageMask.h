@@ -16,8 +16,19 @@
 
 namespace Corvanta::Drawing {
 
+// A few pixels by which a mask is covered again and again, one word to a row, its lowest bit the leftmost.
+struct MaskStamp {
+    // Of the upper left pixel from the place that it is put to.
+    SDL_Point offset{0, 0};
+    int width = 0;
+    std::vector<uint64_t> rows;
+};
+
 class CoverageMask final {
 public:
+    // Pixels to a word of a row, and the most columns of a stamp.
+    static constexpr int kWordBits = 64;
+
     // Whatever lies outside of the bounds is left out. Empty bounds hold nothing.
     explicit CoverageMask(const SDL_Rect& bounds);
 
@@ -28,6 +39,15 @@ public:
     void AddRows(SDL_Point offset, std::span<const RowRun> rows);
     // Corners of 16 bits or little more. Fewer than three are nothing.
     void AddPolygon(std::span<const SDL_Point> corners);
+
+    // False, and nothing is added, unless all of it is within the bounds.
+    [[nodiscard]] bool AddStamp(SDL_Point place, const MaskStamp& stamp);
+    // What is covered, seen from that place. Of a mask no wider than a stamp.
+    [[nodiscard]] MaskStamp ToStamp(SDL_Point place) const;
+
+    // Leaves out what the other one covers, which then covers what was left out and what stays. Its bounds
+    // hold these, and both begin at a multiple of 64.
+    void TakeFrom(CoverageMask& covered);
 
     // Appends rectangles that cover the same pixels, none twice. Runs that stay the same from row to row are
     // one rectangle.
@@ -62,6 +82,7 @@ private:
     SDL_Rect bounds_{0, 0, 0, 0};
     // Words to a row.
     size_t stride_ = 0;
+    // One more than the rows have, for what a stamp in the last one does not reach.
     std::vector<Word> words_;
 };
 

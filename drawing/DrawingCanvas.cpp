@@ -2,10 +2,13 @@
 
 #include <iterator>
 #include <utility>
+#include <vector>
 
 #include "drawing/DrawingSource.h"
 #include "drawing/ErasedLinePath.h"
 #include "drawing/LayerTarget.h"
+#include "drawing/LinePath.h"
+#include "drawing/StrokePile.h"
 #include "platform/Connections.h"
 #include "platform/Logger.h"
 #include "ui/HdrSdl.h"
@@ -289,13 +292,31 @@ bool DrawingCanvas::UpdateLayer(ParticipantResources& resources) const {
         resources.needsClear = false;
     }
     while (!resources.pendingShapes.empty()) {
-        const std::shared_ptr<Shape>& shape = resources.pendingShapes.front();
-        DrawShape(*shape);
-        resources.drawnShapes.push_back(shape);
-        resources.pendingShapes.pop_front();
-        resources.drawnShapes.back()->ReleaseTextures(renderer_);
+        for (size_t left = DrawNext(resources.pendingShapes); left > 0; --left) {
+            resources.drawnShapes.push_back(resources.pendingShapes.front());
+            resources.pendingShapes.pop_front();
+            resources.drawnShapes.back()->ReleaseTextures(renderer_);
+        }
     }
     return true;
+}
+
+size_t DrawingCanvas::DrawNext(const std::deque<std::shared_ptr<Shape>>& pending) const {
+    std::vector<const LinePath*> strokes;
+    for (const std::shared_ptr<Shape>& shape : pending) {
+        auto* const stroke = dynamic_cast<LinePath*>(shape.get());
+        if (stroke == nullptr) break;
+        stroke->Normalize(canvasSize_.width, canvasSize_.height);
+        if (!stroke->IsSolid(renderer_)) break;
+        strokes.push_back(stroke);
+    }
+    if (strokes.size() < 2) {
+        DrawShape(*pending.front());
+        return 1;
+    }
+    StrokePile pile(renderer_);
+    for (auto stroke = strokes.rbegin(); stroke != strokes.rend(); ++stroke) pile.Draw(**stroke);
+    return strokes.size();
 }
 
 void DrawingCanvas::DrawShape(Shape& shape) const {

@@ -100,6 +100,8 @@ private:
     [[nodiscard]] SDL_Texture* MakeLayer() const;
     // Brings the layer up to date. Whether there is something in it to be shown.
     [[nodiscard]] bool UpdateLayer(ParticipantResources& resources) const;
+    // The first of them, or all that begin it where those are solid strokes. Returns how many.
+    [[nodiscard]] size_t DrawNext(const std::deque<std::shared_ptr<Shape>>& pending) const;
     void DrawShape(Shape& shape) const;
     // Whether there is something in its texture to be shown.
     [[nodiscard]] bool DrawPreview();

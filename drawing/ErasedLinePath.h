@@ -17,6 +17,7 @@ public:
     explicit ErasedLinePath(const nlohmann::json& data);
 
     void Render(SDL_Renderer* renderer) override;
+    [[nodiscard]] bool IsSolid(SDL_Renderer* /*renderer*/) const override { return false; }
     // Sets the colour to opaque black, as which an eraser travels.
     [[nodiscard]] nlohmann::json ToJson() override;
 

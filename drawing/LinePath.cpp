@@ -85,8 +85,7 @@ void LinePath::Render(SDL_Renderer* renderer) {
     SDL_GetRenderDrawBlendMode(renderer, &blendMode);
     const PathTracer tracer(normalizedPoints, normalizedStrokeWidth, viewport);
     // Lines of a single pixel are SDL's, which draws them differently where they are cut at an edge.
-    const bool isFinished = !controlId.empty() && !strokeTextures.contains(renderer);
-    if (isFinished && (color.a == SDL_ALPHA_OPAQUE || tracer.Thickness() != 1)) {
+    if (IsFinished(renderer) && (color.a == SDL_ALPHA_OPAQUE || tracer.Thickness() != 1)) {
         RenderFinished(renderer, tracer);
     } else {
         RenderGrowing(renderer, tracer, {viewport.w, viewport.h});
@@ -94,17 +93,28 @@ void LinePath::Render(SDL_Renderer* renderer) {
     SDL_SetRenderDrawBlendMode(renderer, blendMode);
 }
 
+bool LinePath::IsSolid(SDL_Renderer* renderer) const {
+    SDL_Rect viewport;
+    SDL_RenderGetViewport(renderer, &viewport);
+    return IsFinished(renderer) && color.a == SDL_ALPHA_OPAQUE && !normalizedPoints.empty() &&
+           PathTracer(normalizedPoints, normalizedStrokeWidth, viewport).Thickness() != 1;
+}
+
+bool LinePath::IsFinished(SDL_Renderer* renderer) const {
+    return !controlId.empty() && !strokeTextures.contains(renderer);
+}
+
 void LinePath::RenderFinished(SDL_Renderer* renderer, const PathTracer& tracer) const {
     const SDL_Rect box = tracer.BoxOfAll();
     if (SDL_RectEmpty(&box) == SDL_TRUE) return;
     Brush brush(box);
-    const Point pen = tracer.TraceCurve(brush, 0, {});
     if (color.a == SDL_ALPHA_OPAQUE) {
-        tracer.TraceTail(brush, pen);
+        tracer.TraceAll(brush);
         SDL_SetRenderDrawBlendMode(renderer, SDL_BLENDMODE_NONE);
         brush.Draw(renderer, color.ToSdl());
         return;
     }
+    tracer.TraceCurve(brush, 0, {});
     SDL_Texture* const texture = MakeStrokeTexture(renderer, {box.w, box.h});
     if (texture == nullptr) {
         // As even, if not to the last bit the same.

@@ -32,6 +32,10 @@ public:
     void ReleaseTextures(SDL_Renderer* renderer) override;
     void ForgetTextures(SDL_Renderer* renderer) override;
 
+    // Whether it hides whatever lies below it on the renderer's target, all in one piece: a stroke that will
+    // not grow, without transparency, wider than a pixel (lines of one are SDL's own). Once normalised.
+    [[nodiscard]] virtual bool IsSolid(SDL_Renderer* renderer) const;
+
     double normalizedStrokeWidth = 0;
     bool normalized = false;
     // The first point that is not yet in the stroke texture; 0 when nothing is drawn.
@@ -54,6 +58,7 @@ protected:
     LinePath(const LinePath& other);
 
 private:
+    [[nodiscard]] bool IsFinished(SDL_Renderer* renderer) const;
     // A stroke that will not grow, without a texture of its own size.
     void RenderFinished(SDL_Renderer* renderer, const PathTracer& tracer) const;
     void RenderGrowing(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Point size);

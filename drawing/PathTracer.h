@@ -29,6 +29,8 @@ public:
     Fraction TraceCurve(Brush& brush, size_t index, Fraction pen) const;
     // To the last point.
     void TraceTail(Brush& brush, const Fraction& pen) const;
+    // The curve and its tail.
+    void TraceAll(Brush& brush) const { TraceTail(brush, TraceCurve(brush, 0, {})); }
     // Straight from point to point, without those that lie within half a stroke of the one before.
     void TraceStraight(Brush& brush) const;
 

@@ -38,18 +38,21 @@ Fraction MidpointOf(const Fraction& from, const Fraction& to) {
             from.second + std::copysign(std::sin(angle) * half, dy >= 0 ? 1.0 : -1.0)};
 }
 
-Corners ThickLineCorners(SDL_Point from, SDL_Point to, int width) {
-    const double dx = to.x - from.x;
-    const double dy = to.y - from.y;
+std::pair<double, double> ThickLineOffset(SDL_Point step, int width) {
+    const double dx = step.x;
+    const double dy = step.y;
     const double squared = dx * dx + dy * dy;
     // The cosine of twice the line's angle.
     const double cosine = (dy * dy - dx * dx) / squared;
     const double adjustment = 0.1 + 0.9 * std::abs(cosine);
     const double scale = (width - adjustment) / (2 * std::sqrt(squared));
-    const double offsetX = scale * dy;
-    const double offsetY = scale * dx;
-    return {CornerAt(from.x + offsetX, from.y - offsetY), CornerAt(from.x - offsetX, from.y + offsetY),
-            CornerAt(to.x - offsetX, to.y + offsetY), CornerAt(to.x + offsetX, to.y - offsetY)};
+    return {scale * dy, -scale * dx};
+}
+
+Corners ThickLineCorners(SDL_Point from, SDL_Point to, int width) {
+    const auto [x, y] = ThickLineOffset({to.x - from.x, to.y - from.y}, width);
+    return {CornerAt(from.x + x, from.y + y), CornerAt(from.x - x, from.y - y), CornerAt(to.x - x, to.y - y),
+            CornerAt(to.x + x, to.y + y)};
 }
 
 SDL_Point BezierSample(std::span<const SDL_Point> control, int steps, int index) {

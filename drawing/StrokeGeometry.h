@@ -23,6 +23,9 @@ using Corners = std::array<SDL_Point, 4>;
 // Half way from one point to the next, found by angle.
 [[nodiscard]] Fraction MidpointOf(const Fraction& from, const Fraction& to);
 
+// From the middle of a thick line's end to its first corner, of a line that leads so far from there.
+[[nodiscard]] std::pair<double, double> ThickLineOffset(SDL_Point step, int width);
+
 // The thick line between two different pixels, as SDL2_gfx widens it: the first two corners are at `from`.
 [[nodiscard]] Corners ThickLineCorners(SDL_Point from, SDL_Point to, int width);
 

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "drawing/TextLines.h"
+
 namespace Corvanta::Drawing {
 namespace {
 
@@ -22,37 +24,73 @@ void CutTo(std::string& text, size_t bytes) {
     text.resize(bytes);
 }
 
-// What a picture takes at most.
-struct Bound {
-    int64_t pixels = 0;
-    int64_t rows = 0;
-    int64_t work = 0;
+// A line feed at the end makes an empty line of its own.
+[[nodiscard]] std::string Complete(std::string text) {
+    if (text.ends_with('\n')) text += ' ';
+    return text;
+}
 
-    [[nodiscard]] bool IsWithin(int64_t mostRows) const {
-        return pixels <= kMostPixels && rows <= mostRows && work <= kMostWork;
+[[nodiscard]] SDL_Point SizeOf(TTF_Font* font, const std::string& text) {
+    SDL_Point size{0, 0};
+    if (TTF_SizeUTF8(font, text.c_str(), &size.x, &size.y) != 0) size.x = std::numeric_limits<int>::max();
+    return size;
+}
+
+// How large the picture of a text may be.
+class Limits final {
+public:
+    Limits(TTF_Font* font, int wrapWidth, int64_t mostRows)
+        : font_(font),
+          wrapWidth_(wrapWidth),
+          mostRows_(mostRows),
+          lineSkip_(std::max(1, TTF_FontLineSkip(font))) {}
+
+    // How many bytes of the text are in the lines for which there is room.
+    [[nodiscard]] size_t HeldOf(const std::string& text) const {
+        const int64_t firstRows = std::max(SizeOf(font_, text).y, lineSkip_);
+        if (firstRows > mostRows_) return 0;
+        // A line holds a character at least.
+        const auto mostLines = static_cast<int64_t>(text.size());
+        if (wrapWidth_ > 0 && Hold(mostLines, firstRows, wrapWidth_, text.size())) return text.size();
+        int64_t lines = 0;
+        int64_t width = wrapWidth_;
+        for (size_t from = 0; from < text.size();) {
+            const size_t next = NextLine(font_, text, from, wrapWidth_);
+            if (wrapWidth_ == 0) {
+                const std::string line = text.substr(from, next - from);
+                width = std::max<int64_t>(width, SizeOf(font_, line).x);
+            }
+            if (!Hold(++lines, firstRows, width, next))
+                return from > 0 ? from : NextLine(font_, text, 0, static_cast<int>(kMostPixels / firstRows));
+            from = next;
+        }
+        return text.size();
     }
+
+private:
+    [[nodiscard]] bool Hold(int64_t lines, int64_t firstRows, int64_t width, size_t bytes) const {
+        const int64_t rows = firstRows + (lines - 1) * lineSkip_;
+        return rows <= mostRows_ && rows * width <= kMostPixels &&
+               lines * static_cast<int64_t>(bytes) <= kMostWork;
+    }
+
+    TTF_Font* font_;
+    int wrapWidth_;
+    int64_t mostRows_;
+    int lineSkip_;
 };
 
-[[nodiscard]] Bound BoundOf(TTF_Font* font, const std::string& text, int wrapWidth) {
-    int64_t lines = 0;
-    int64_t widest = 0;
-    for (size_t from = 0; from <= text.size();) {
-        const size_t end = std::min(text.find('\n', from), text.size());
-        int width = 0;
-        if (TTF_SizeUTF8(font, text.substr(from, end - from).c_str(), &width, nullptr) != 0)
-            width = std::numeric_limits<int>::max();
-        // Two neighbouring lines of a broken paragraph are together wider than one may be, or they would be
-        // one; and each holds a character at least.
-        const auto most = static_cast<int64_t>(end - from) + 1;
-        lines += wrapWidth > 0 ? std::min(most, 2 * (int64_t{width} / wrapWidth) + 1) : 1;
-        widest = std::max(widest, int64_t{width});
-        from = end + 1;
+// As many lines as there is room for.
+[[nodiscard]] std::string CutToLimits(std::string text, const Limits& limits) {
+    CutTo(text, kMostBytes);
+    // A text that has been cut may be broken otherwise, though hardly ever is.
+    for (;;) {
+        std::string complete = Complete(text);
+        const size_t held = limits.HeldOf(complete);
+        if (held >= complete.size()) return complete;
+        text.resize(std::min(held, text.size()));
+        if (text.ends_with('\n')) text.pop_back();
     }
-    const int64_t rowHeight = std::max(TTF_FontHeight(font), TTF_FontLineSkip(font));
-    const int64_t rows = lines * rowHeight;
-    // Several lines are as wide as they may be, even if all are empty.
-    if (wrapWidth > 0) widest = wrapWidth + rowHeight;
-    return {rows * std::max(widest, rowHeight), rows, lines * static_cast<int64_t>(text.size())};
 }
 
 [[nodiscard]] int64_t MostRowsOf(SDL_Renderer* renderer) {
@@ -66,13 +104,9 @@ struct Bound {
 
 SDL_Surface* RasteriseText(SDL_Renderer* renderer, TTF_Font* font, const std::string& text,
                            const SDL_Color& color, int wrapWidth) {
-    std::string shown = text.substr(0, text.find('\0'));
-    CutTo(shown, kMostBytes);
-    const int64_t mostRows = MostRowsOf(renderer);
-    while (!shown.empty() && !BoundOf(font, shown, wrapWidth).IsWithin(mostRows))
-        CutTo(shown, shown.size() / 2);
+    const std::string shown =
+        CutToLimits(text.substr(0, text.find('\0')), Limits(font, wrapWidth, MostRowsOf(renderer)));
     if (shown.empty()) return nullptr;
-    if (shown.back() == '\n') shown += ' ';
     return TTF_RenderUTF8_Blended_Wrapped(font, shown.c_str(), color, static_cast<Uint32>(wrapWidth));
 }
 

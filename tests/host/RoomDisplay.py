@@ -51,7 +51,7 @@ class RoomDisplay(unittest.TestCase):
         arguments = []
         for name in COLOURS:
             path = os.path.join(self.folder, name + ".mp4")
-            run("ffmpeg", "-v", "error", "-f", "lavfi", "-i", f"color={name}:s=640x360:r=10:d=2", "-pix_fmt", "yuv420p",
+            run("ffmpeg", "-v", "error", "-f", "lavfi", "-i", f"color={name}:s=640x360:r=10:d=2", "-pix_fmt", "yuv420p", "-y",
                 path, stdin=subprocess.DEVNULL)
             arguments += ["--participant", f"{name}={path}"]
         return arguments

@@ -159,9 +159,10 @@ CORVANTA_EXPORT void SDLinterface_VideoRoomSetDrawToolEnabled(bool enabled);
 
 /* ---- Drawing over the main video ---- */
 
-/* Fills the record from the configuration, field by field with a default where there is no good value. enabled
-   stays as it is, and the tool is the pencil. fontFamilyName must be null or come from an earlier call, which
-   is released; the new one is new char[] and belongs to the caller. Always true. A null record is ignored. */
+/* Fills the record from the configuration, field by field with a default where there is no good value.
+   enabled stays as it is, and the tool is the pencil. fontFamilyName must be null or come from an earlier
+   call, which is released; the new one is new char[] and belongs to the caller. Always true. A null record is
+   ignored. */
 CORVANTA_EXPORT bool SDLinterface_LoadDrawToolState(DrawToolState* state);
 /* The tool with its settings, which are kept in the configuration and hold for the next mark; an open text
    changes at once. enabled also shows or hides the room's bar, as SDLinterface_VideoRoomSetDrawToolEnabled

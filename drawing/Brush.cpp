@@ -1,5 +1,6 @@
 #include "drawing/Brush.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -17,7 +18,9 @@ constexpr int kLeastSteps = 2;
 
 // The box around one pixel, ends included: it reaches further to the lower right.
 [[nodiscard]] SDL_Rect BoxAt(SDL_Point center, int width) {
-    return {center.x - width / 2, center.y - width / 2, width + width / 2 + 1, width + width / 2 + 1};
+    const auto [left, right] = std::minmax({ToPixel(center.x - width / 2), ToPixel(center.x + width)});
+    const auto [top, bottom] = std::minmax({ToPixel(center.y - width / 2), ToPixel(center.y + width)});
+    return {left, top, right - left + 1, bottom - top + 1};
 }
 
 }  // namespace

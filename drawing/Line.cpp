@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "drawing/Brush.h"
@@ -16,7 +17,7 @@ namespace {
 
 constexpr int kMostDashes = 65536;
 // In viewports. Dashes that paint one another over this often cannot be told apart any more, and a stroke as
-// wide as the picture must not cost minutes.
+// wide as the picture must not cost minutes: those beyond are drawn all at once.
 constexpr int64_t kMostPainted = 64;
 
 [[nodiscard]] int64_t AreaOf(const SDL_Rect& rect) {
@@ -33,12 +34,22 @@ struct Pen {
     int capRadius = 0;
 
     [[nodiscard]] int Reach() const { return std::max(thickness, capRadius) + 1; }
+    [[nodiscard]] SDL_Rect Whole() const { return {0, 0, viewport.w, viewport.h}; }
     // What a piece between these can paint of the viewport.
     [[nodiscard]] SDL_Rect BoxOf(SDL_Point from, SDL_Point to) const {
+        const auto [left, right] = std::minmax(from.x, to.x);
+        const auto [top, bottom] = std::minmax(from.y, to.y);
         const int reach = Reach();
-        return Visible(renderer,
-                       {std::min(from.x, to.x) - reach, std::min(from.y, to.y) - reach,
-                        std::abs(from.x - to.x) + 2 * reach + 1, std::abs(from.y - to.y) + 2 * reach + 1});
+        if (Wraps(left, right, reach) || Wraps(top, bottom, reach)) return Whole();
+        return Visible(renderer, {left - reach, top - reach, right - left + 2 * reach + 1,
+                                  bottom - top + 2 * reach + 1});
+    }
+    // As the library's caps leave it, for those that are drawn and for those that nobody could see: all
+    // bodies but the first are drawn in it.
+    void SetBlendModeOfCaps() const {
+        if (capRadius < 0) return;
+        SDL_SetRenderDrawBlendMode(renderer,
+                                   color.a == SDL_ALPHA_OPAQUE ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
     }
     void DrawCap(SDL_Point center, const SDL_Rect& box) const {
         if (IsWithinLibrary(capRadius, capRadius)) {
@@ -46,8 +57,7 @@ struct Pen {
                              static_cast<Sint16>(capRadius), color.r, color.g, color.b, color.a);
             return;
         }
-        SDL_SetRenderDrawBlendMode(renderer,
-                                   color.a == SDL_ALPHA_OPAQUE ? SDL_BLENDMODE_NONE : SDL_BLENDMODE_BLEND);
+        SetBlendModeOfCaps();
         Brush brush(box);
         brush.FilledCircle(center, capRadius);
         brush.Draw(renderer, color);
@@ -57,13 +67,25 @@ struct Pen {
         const SDL_Point from = ToPixels(piece.from, viewport);
         const SDL_Point to = ToPixels(piece.to, viewport);
         const SDL_Rect box = BoxOf(from, to);
-        if (SDL_RectEmpty(&box) == SDL_TRUE) return 0;
+        if (SDL_RectEmpty(&box) == SDL_TRUE) {
+            SetBlendModeOfCaps();
+            return 0;
+        }
         Brush brush(box);
         brush.ThickLine(from, to, thickness);
         brush.Draw(renderer, color);
         DrawCap(from, box);
         DrawCap(to, box);
         return AreaOf(box);
+    }
+    void AddPiece(Brush& brush, const LineSpan& piece) const {
+        const SDL_Point from = ToPixels(piece.from, viewport);
+        const SDL_Point to = ToPixels(piece.to, viewport);
+        const SDL_Rect box = BoxOf(from, to);
+        if (SDL_RectEmpty(&box) == SDL_TRUE) return;
+        brush.ThickLine(from, to, thickness);
+        brush.FilledCircle(from, capRadius);
+        brush.FilledCircle(to, capRadius);
     }
 };
 
@@ -73,15 +95,25 @@ void DrawSolid(const Pen& pen, const LineCourse& line, const Fraction& end) {
 
 void DrawDashes(const Pen& pen, const LineCourse& line, const Fraction& end, double dash) {
     const DashRange range = VisibleDashes(line, dash, pen.strokeWidth, pen.viewport, pen.Reach());
+    if (range.first > 0) pen.SetBlendModeOfCaps();
+    const int64_t most = kMostPainted * AreaOf(pen.viewport);
     int64_t painted = 0;
+    std::optional<Brush> rest;
     double t = range.first;
     for (int count = 0; t < range.end && count < kMostDashes; ++count) {
         const LineSpan whole{line.At(t), t + dash < line.length ? line.At(t + dash) : end};
-        painted += pen.DrawPiece(PullIn(whole, line.direction, pen.strokeWidth / 2));
+        const LineSpan piece = PullIn(whole, line.direction, pen.strokeWidth / 2);
+        if (painted > most) {
+            if (!rest) rest.emplace(pen.Whole());
+            pen.AddPiece(*rest, piece);
+        } else {
+            painted += pen.DrawPiece(piece);
+        }
         const double next = t + range.step;
-        if (painted > kMostPainted * AreaOf(pen.viewport) || !(next > t)) return;
+        if (!(next > t)) break;
         t = next;
     }
+    if (rest) rest->Draw(pen.renderer, pen.color);
 }
 
 void DrawArrowHead(const Pen& pen, const Fraction& base, const Fraction& direction) {

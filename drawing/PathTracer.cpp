@@ -30,10 +30,9 @@ public:
         top_ = std::min(top_, y);
         bottom_ = std::max(bottom_, y);
     }
-    // Beyond 16 bits places come in again from the other side, and the midpoints between them anywhere.
-    [[nodiscard]] bool Wraps() const {
-        return left_ < SDL_MIN_SINT16 || top_ < SDL_MIN_SINT16 || right_ > SDL_MAX_SINT16 ||
-               bottom_ > SDL_MAX_SINT16;
+    // Beyond 16 bits the midpoints between places come in anywhere.
+    [[nodiscard]] bool Wraps(int reach) const {
+        return Drawing::Wraps(left_, right_, reach) || Drawing::Wraps(top_, bottom_, reach);
     }
     [[nodiscard]] SDL_Rect GrownBy(int reach) const {
         return {left_ - reach, top_ - reach, right_ - left_ + 2 * reach + 1, bottom_ - top_ + 2 * reach + 1};
@@ -47,7 +46,7 @@ private:
 };
 
 [[nodiscard]] SDL_Rect BoxIn(const SDL_Rect& viewport, const Extent& extent, int reach) {
-    if (extent.Wraps()) return viewport;
+    if (extent.Wraps(reach)) return viewport;
     const SDL_Rect grown = extent.GrownBy(reach);
     SDL_Rect box{0, 0, 0, 0};
     return SDL_IntersectRect(&grown, &viewport, &box) == SDL_TRUE ? box : SDL_Rect{0, 0, 0, 0};
@@ -96,7 +95,7 @@ Fraction PathTracer::TraceCurve(Brush& brush, size_t index, Fraction pen) const 
 }
 
 void PathTracer::TraceTail(Brush& brush, const Fraction& pen) const {
-    if (points_.size() >= 2) TracePiece(brush, pen, points_.back());
+    TracePiece(brush, pen, points_.back());
 }
 
 void PathTracer::TraceStraight(Brush& brush) const {

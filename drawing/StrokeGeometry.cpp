@@ -11,10 +11,6 @@ namespace {
 // Keeps the angle of an upright piece finite.
 constexpr double kLeastRun = 1e-6;
 
-[[nodiscard]] SDL_Point CornerAt(double x, double y) {
-    return {UI::Truncate(x), UI::Truncate(y)};
-}
-
 }  // namespace
 
 int ToPixel(double value) {
@@ -27,6 +23,10 @@ int ToThickness(double value) {
 
 SDL_Point ToPixels(const Fraction& place, const SDL_Rect& viewport) {
     return {ToPixel(viewport.w * place.first), ToPixel(viewport.h * place.second)};
+}
+
+bool Wraps(int least, int most, int reach) {
+    return int64_t{least} - reach < SDL_MIN_SINT16 || int64_t{most} + reach > SDL_MAX_SINT16;
 }
 
 Fraction MidpointOf(const Fraction& from, const Fraction& to) {
@@ -51,8 +51,9 @@ std::pair<double, double> ThickLineOffset(SDL_Point step, int width) {
 
 Corners ThickLineCorners(SDL_Point from, SDL_Point to, int width) {
     const auto [x, y] = ThickLineOffset({to.x - from.x, to.y - from.y}, width);
-    return {CornerAt(from.x + x, from.y + y), CornerAt(from.x - x, from.y - y), CornerAt(to.x - x, to.y - y),
-            CornerAt(to.x + x, to.y + y)};
+    const auto corner = [](double left, double top) { return SDL_Point{ToPixel(left), ToPixel(top)}; };
+    return {corner(from.x + x, from.y + y), corner(from.x - x, from.y - y), corner(to.x - x, to.y - y),
+            corner(to.x + x, to.y + y)};
 }
 
 SDL_Point BezierSample(std::span<const SDL_Point> control, int steps, int index) {

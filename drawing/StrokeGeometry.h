@@ -20,6 +20,10 @@ using Corners = std::array<SDL_Point, 4>;
 [[nodiscard]] int ToThickness(double value);
 [[nodiscard]] SDL_Point ToPixels(const Fraction& place, const SDL_Rect& viewport);
 
+// Whether what lies between these pixels, or reaches that far beyond them, leaves the 16 bits: its parts come
+// in again from the other side.
+[[nodiscard]] bool Wraps(int least, int most, int reach);
+
 // Half way from one point to the next, found by angle.
 [[nodiscard]] Fraction MidpointOf(const Fraction& from, const Fraction& to);
 

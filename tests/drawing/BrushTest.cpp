@@ -267,5 +267,28 @@ TEST_F(BrushTest, DrawsAnEllipseAsLargeAsALayerWhole) {
     for (int x = 0; x < 2560; ++x) ASSERT_TRUE(PixelIs(picture, x, 720, kOpaqueRed)) << x;
 }
 
+TEST_F(BrushTest, PaintsThickLinesOfTheLibrarysPixelsWhereTheyLeaveThe16Bits) {
+    size_t painted = 0;
+    for (int i = 0; i < 300; ++i) {
+        const auto place = [&] {
+            const int inwards = Number(0, 100);
+            return SDL_Point{i % 2 == 0 ? SDL_MAX_SINT16 - inwards : SDL_MIN_SINT16 + inwards,
+                             Number(0, 360)};
+        };
+        const SDL_Point from = place();
+        const SDL_Point to = i % 5 == 0 ? from : place();
+        const int width = Number(2, 255);
+        const Picture expected = Expected([&](SDL_Renderer* renderer) {
+            thickLineRGBA(renderer, static_cast<Sint16>(from.x), static_cast<Sint16>(from.y),
+                          static_cast<Sint16>(to.x), static_cast<Sint16>(to.y), static_cast<Uint8>(width),
+                          255, 0, 0, 255);
+        });
+        painted += CountOf(expected, kOpaqueRed);
+        ASSERT_TRUE(Identical(Painted([&](Brush& brush) { brush.ThickLine(from, to, width); }), expected))
+            << "width " << width << " from " << from.x << ' ' << from.y << " to " << to.x << ' ' << to.y;
+    }
+    EXPECT_GT(painted, 100000U);
+}
+
 }  // namespace
 }  // namespace Corvanta::Drawing

@@ -3,13 +3,16 @@
 #include <SDL2_gfxPrimitives.h>
 
 #include <chrono>
+#include <cmath>
 #include <limits>
 
+#include "drawing/LineGeometry.h"
 #include "tests/drawing/ShapeTest.h"
 
 namespace Corvanta::Drawing {
 namespace {
 
+using Testing::AreaIs;
 using Testing::Calls;
 using Testing::CountOf;
 using Testing::Identical;
@@ -223,6 +226,68 @@ TEST_F(LineTest, OfEndlessLengthTouchesNothing) {
     Calls().Clear();
     line.Render(Renderer());
     EXPECT_TRUE(Calls().All().empty());
+}
+
+TEST_F(LineTest, OfATranslucentColourHasItsUsualToneWhereItsFirstDashesCannotBeSeen) {
+    // Dashes of 50 pixels at 50, 200, 350: the first one of the line is written, the others are blended.
+    const auto drawnFrom = [this](double x, uint8_t alpha) {
+        Line line;
+        Drag(line, x, 180, 1280, 180);
+        line.SetColor(Color(255, 0, 0, alpha));
+        line.dash = 100;
+        return Drawn(line);
+    };
+    const Picture inView = drawnFrom(100, 128);
+    ASSERT_NE(inView.At(75, 90), inView.At(225, 90));
+    for (const double x : {-200.0, -500.0, -50000.0}) {
+        const Picture picture = drawnFrom(x, 128);
+        EXPECT_EQ(picture.At(75, 90), inView.At(225, 90)) << x;
+        EXPECT_EQ(picture.At(225, 90), inView.At(225, 90)) << x;
+    }
+    EXPECT_EQ(drawnFrom(-500, 255).At(75, 90), kOpaqueRed);
+}
+
+TEST_F(LineTest, ReachesItsFarEndHoweverOftenItsDashesOverlap) {
+    Testing::PixelReader layer(2560, 1440);
+    Line line;
+    Drag(line, 0, 180, 1280, 180);
+    line.dash = 1;
+    line.strokeWidth = 400;
+    line.Normalize(1280, 720);
+    Calls().Clear();
+    line.Render(layer.Renderer());
+    const Picture picture = layer.Read();
+    EXPECT_TRUE(AreaIs(picture, {0, 300, 2560, 120}, kOpaqueRed));
+    EXPECT_LT(Calls().Count("SDL_RenderFillRects"), 300U) << "of more than 400 dashes";
+}
+
+TEST_F(LineTest, ComesInFromTheOtherSideWhereItLeavesThe16Bits) {
+    Line line;
+    Drag(line, 65400, 100, 65460, 300);
+    line.strokeWidth = 510;
+    const Picture picture = Drawn(line);
+    const double dx = line.endX - line.startX;
+    const double dy = line.endY - line.startY;
+    const double length = std::sqrt(dx * dx + dy * dy);
+    const auto [from, to] = PullIn({{line.startX, line.startY}, {line.endX, line.endY}},
+                                   {dx / length, dy / length}, line.normalizedStrokeWidth / 2);
+    const SDL_Point a = ToPixels(from, {0, 0, 640, 360});
+    const SDL_Point b = ToPixels(to, {0, 0, 640, 360});
+    Start(kBackground);
+    thickLineRGBA(Renderer(), static_cast<Sint16>(a.x), static_cast<Sint16>(a.y), static_cast<Sint16>(b.x),
+                  static_cast<Sint16>(b.y), 255, 255, 0, 0, 255);
+    EXPECT_TRUE(Identical(picture, reader.Read()));
+    EXPECT_GT(CountOf(picture, kOpaqueRed), 1000U);
+}
+
+TEST_F(LineTest, BeginsAnewWithBothEndsAtOnePlace) {
+    Line line;
+    Drag(line, 100, 180, 500, 300);
+    line.SetStart(7, 8);
+    EXPECT_EQ(line.x1, 7);
+    EXPECT_EQ(line.y1, 8);
+    EXPECT_EQ(line.x2, 7);
+    EXPECT_EQ(line.y2, 8);
 }
 
 }  // namespace

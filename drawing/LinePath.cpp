@@ -141,7 +141,7 @@ void LinePath::RenderGrowing(SDL_Renderer* renderer, const PathTracer& tracer, S
     const bool isNew = Prepare(renderer, size, stroke);
     if (isNew) {
         drawnIndex = 0;
-        strokeBox_ = {0, 0, 0, 0};
+        painted_[renderer].stroke = {0, 0, 0, 0};
     }
     const bool hasTail = color.a == SDL_ALPHA_OPAQUE;
     const bool hasNewPoints = drawnIndex == 0 || drawnIndex + 1 < normalizedPoints.size();
@@ -156,15 +156,16 @@ void LinePath::RenderGrowing(SDL_Renderer* renderer, const PathTracer& tracer, S
     if (hasTail) {
         SDL_Texture*& tail = tailTextures[renderer];
         const bool isNewTail = Prepare(renderer, size, tail);
-        if (tail == nullptr) {
-            tailTextures.erase(renderer);
-        } else if (isNewTail || hasNewPoints) {
-            DrawTail(renderer, tracer, tail);
+        if (tail != nullptr && (isNewTail || hasNewPoints) && !DrawTail(renderer, tracer, tail)) {
+            SDL_DestroyTexture(tail);
+            tail = nullptr;
         }
+        if (tail == nullptr) tailTextures.erase(renderer);
     }
-    Copy(renderer, stroke, strokeBox_);
+    const Painted& painted = painted_[renderer];
+    Copy(renderer, stroke, painted.stroke);
     const auto tail = tailTextures.find(renderer);
-    if (tail != tailTextures.end()) Copy(renderer, tail->second, tailBox_);
+    if (tail != tailTextures.end()) Copy(renderer, tail->second, painted.tail);
 }
 
 bool LinePath::DrawCurve(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Texture* texture) {
@@ -179,19 +180,22 @@ bool LinePath::DrawCurve(SDL_Renderer* renderer, const PathTracer& tracer, SDL_T
     drawnIndex = normalizedPoints.size() - 1;
     SDL_SetRenderDrawBlendMode(renderer, SDL_BLENDMODE_NONE);
     brush.Draw(renderer, color.ToSdl());
-    strokeBox_ = UnionOf(strokeBox_, box);
+    SDL_Rect& painted = painted_[renderer].stroke;
+    painted = UnionOf(painted, box);
     return true;
 }
 
-void LinePath::DrawTail(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Texture* texture) {
+bool LinePath::DrawTail(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Texture* texture) {
     const LayerTarget target(renderer, texture);
-    if (!target.IsSet()) return;
+    if (!target.IsSet()) return false;
     Clear(renderer);
-    tailBox_ = tracer.BoxFrom(normalizedPoints.size() - 1, {penX, penY});
-    Brush brush(tailBox_);
+    const SDL_Rect box = tracer.BoxFrom(normalizedPoints.size() - 1, {penX, penY});
+    Brush brush(box);
     tracer.TraceTail(brush, {penX, penY});
     SDL_SetRenderDrawBlendMode(renderer, SDL_BLENDMODE_NONE);
     brush.Draw(renderer, color.ToSdl());
+    painted_[renderer].tail = box;
+    return true;
 }
 
 void LinePath::Normalize(double canvasWidth, double canvasHeight) {
@@ -220,11 +224,13 @@ void LinePath::SetEnd(double x, double y) {
 void LinePath::ReleaseTextures(SDL_Renderer* renderer) {
     Release(strokeTextures, renderer);
     Release(tailTextures, renderer);
+    painted_.erase(renderer);
 }
 
 void LinePath::ForgetTextures(SDL_Renderer* renderer) {
     strokeTextures.erase(renderer);
     tailTextures.erase(renderer);
+    painted_.erase(renderer);
 }
 
 }  // namespace Corvanta::Drawing

@@ -64,11 +64,15 @@ private:
     void RenderGrowing(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Point size);
     // False when the texture cannot be drawn into.
     [[nodiscard]] bool DrawCurve(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Texture* texture);
-    void DrawTail(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Texture* texture);
+    [[nodiscard]] bool DrawTail(SDL_Renderer* renderer, const PathTracer& tracer, SDL_Texture* texture);
 
-    // Beyond these the textures are empty, and copying nothing would cost a frame much.
-    SDL_Rect strokeBox_{0, 0, 0, 0};
-    SDL_Rect tailBox_{0, 0, 0, 0};
+    // What is painted of the textures for one renderer: the rest is empty, and copying nothing would cost a
+    // frame much.
+    struct Painted {
+        SDL_Rect stroke{0, 0, 0, 0};
+        SDL_Rect tail{0, 0, 0, 0};
+    };
+    std::map<SDL_Renderer*, Painted> painted_;
 };
 
 }  // namespace Corvanta::Drawing

@@ -274,5 +274,61 @@ TEST_F(LinePathTest, DrawsNothingWhereItCannotHaveATexture) {
     EXPECT_GT(CountOf(Drawn(path), kOpaqueRed), 1000U) << "the next frame tries again";
 }
 
+TEST_F(LinePathTest, ComesInFromTheOtherSideWhereItLeavesThe16Bits) {
+    path.strokeWidth = 510;
+    AddPoints(path, {{65400, 100}, {65460, 300}});
+    const Picture growing = Drawn(path);
+    path.ReleaseTextures(Renderer());
+    path.controlId = "finished";
+    const Picture finished = Drawn(path);
+    Start(kBackground);
+    Brush brush(SDL_Rect{0, 0, 640, 360});
+    brush.ThickLine({32700, 50}, {32730, 150}, 255);
+    brush.Draw(Renderer(), Testing::kRedColor);
+    EXPECT_TRUE(Identical(growing, reader.Read()));
+    EXPECT_TRUE(Identical(finished, reader.Read()));
+    EXPECT_GT(CountOf(growing, kOpaqueRed), 1000U);
+}
+
+TEST_F(LinePathTest, KeepsItsCurveWhereOnlyTheTailCannotBeDrawnInto) {
+    AddPoints(path, kZigzag);
+    const Picture whole = Drawn(path);
+    path.ReleaseTextures(Renderer());
+    int made = 0;
+    Calls().OnCall("SDL_CreateTexture", [&made](const Testing::Call& /*call*/) {
+        if (++made == 2) Sdl().Fail("SDL_SetRenderTarget");
+    });
+    const Picture picture = Drawn(path);
+    Calls().OnCall("SDL_CreateTexture", {});
+    EXPECT_TRUE(path.tailTextures.empty());
+    EXPECT_EQ(Sdl().LiveTextures(), 1U);
+    EXPECT_GT(CountOf(picture, kOpaqueRed), 1000U);
+    EXPECT_FALSE(Identical(picture, whole));
+    EXPECT_TRUE(Identical(Drawn(path), whole)) << "the next frame tries again";
+}
+
+TEST_F(LinePathTest, IsWholeOnEachOfTwoRenderersInTurn) {
+    Testing::PixelReader other(320, 180);
+    const auto drawnOnOther = [&] {
+        other.Fill(kBackground);
+        SDL_SetRenderDrawBlendMode(other.Renderer(), SDL_BLENDMODE_BLEND);
+        path.Render(other.Renderer());
+        return other.Read();
+    };
+    AddPoints(path, kZigzag);
+    const Picture first = Drawn(path);
+    const Picture second = drawnOnOther();
+    EXPECT_TRUE(Identical(Drawn(path), first));
+    EXPECT_TRUE(Identical(drawnOnOther(), second));
+    path.ReleaseTextures(other.Renderer());
+    EXPECT_TRUE(Identical(Drawn(path), first));
+}
+
+TEST_F(LinePathTest, IsNormalizedAgainAfterItsStart) {
+    path.normalized = true;
+    path.SetStart(1, 2);
+    EXPECT_FALSE(path.normalized);
+}
+
 }  // namespace
 }  // namespace Corvanta::Drawing

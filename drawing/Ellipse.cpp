@@ -17,6 +17,7 @@ void Ellipse::Render(SDL_Renderer* renderer) {
     const SDL_Point center = ToPixels({centerX, centerY}, viewport);
     const auto fill = [&](double acrossX, double acrossY, const Color& color) {
         const SDL_Point radius = ToPixels({acrossX, acrossY}, viewport);
+        if (radius.x < 0 || radius.y < 0) return;
         if (IsWithinLibrary(radius.x, radius.y)) {
             filledEllipseRGBA(renderer, static_cast<Sint16>(center.x), static_cast<Sint16>(center.y),
                               static_cast<Sint16>(radius.x), static_cast<Sint16>(radius.y), color.r, color.g,

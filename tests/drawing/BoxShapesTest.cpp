@@ -89,7 +89,9 @@ TEST_F(BoxShapesTest, AreNothingWithoutASize) {
     Drag(dot, 100, 80, 100, 80);
     Ellipse flat;
     Drag(flat, 100, 80, 300, 80);
-    for (Shape* const shape : std::initializer_list<Shape*>{&line, &level, &dot, &flat})
+    Ellipse upright;
+    Drag(upright, 100, 80, 100, 280);
+    for (Shape* const shape : std::initializer_list<Shape*>{&line, &level, &dot, &flat, &upright})
         EXPECT_EQ(CountOf(Drawn(*shape), kBackground), 640U * 360U);
 }
 
@@ -178,6 +180,56 @@ TEST_F(BoxShapesTest, SurviveEveryNumber) {
     Rectangle everything;
     Drag(everything, -1e9, -1e9, 1e9, 1e9);
     EXPECT_EQ(CountOf(Drawn(everything), kOpaqueBlue), 640U * 360U);
+}
+
+TEST_F(BoxShapesTest, RectangleIsCutTowardZero) {
+    // 50.5 pixels from a place of 50.5, and 50 from -1.5 on.
+    Rectangle box;
+    Drag(box, 101, 101, 202, 202);
+    box.strokeWidth = 0;
+    Picture picture = Drawn(box);
+    EXPECT_TRUE(AreaIs(picture, {50, 50, 50, 50}, kOpaqueBlue));
+    EXPECT_EQ(CountOf(picture, kOpaqueBlue), 50U * 50U);
+    Drag(box, -3, -3, 97, 97);
+    box.strokeWidth = 0;
+    picture = Drawn(box);
+    EXPECT_TRUE(AreaIs(picture, {0, 0, 49, 49}, kOpaqueBlue));
+    EXPECT_EQ(CountOf(picture, kOpaqueBlue), 49U * 49U);
+}
+
+TEST_F(BoxShapesTest, RectangleIsFilledUnderTheBlendModeInForce) {
+    Rectangle box;
+    Drag(box, 100, 80, 300, 280);
+    box.fillColor = Color(0, 0, 255, 128);
+    box.Normalize(1280, 720);
+    SDL_SetRenderDrawBlendMode(Renderer(), SDL_BLENDMODE_NONE);
+    Calls().Clear();
+    box.Render(Renderer());
+    EXPECT_EQ(Calls().Count("SDL_SetRenderDrawBlendMode"), 0U);
+    EXPECT_EQ(reader.Read().At(100, 90), 0x800000FFU) << "in the stroke's place, not over it";
+}
+
+TEST_F(BoxShapesTest, BeginAnewWithoutASize) {
+    Rectangle box;
+    Ellipse ellipse;
+    Drag(box, 100, 80, 300, 280);
+    Drag(ellipse, 100, 80, 300, 280);
+    box.SetStart(7, 8);
+    ellipse.SetStart(7, 8);
+    EXPECT_EQ(box.x, 7);
+    EXPECT_EQ(ellipse.y, 8);
+    for (const double size : {box.width, box.height, ellipse.width, ellipse.height}) EXPECT_EQ(size, 0);
+}
+
+TEST_F(BoxShapesTest, EllipseOfARadiusThatWrapsBelowZeroIsNothing) {
+    // 40000 pixels are -25536 in 16 bits.
+    Ellipse ellipse;
+    Drag(ellipse, 0, 80, 160000, 480);
+    ellipse.Normalize(1280, 720);
+    Calls().Clear();
+    ellipse.Render(Renderer());
+    EXPECT_EQ(Calls().Count("SDL_SetRenderDrawBlendMode"), 0U);
+    EXPECT_EQ(CountOf(reader.Read(), kBackground), 640U * 360U);
 }
 
 }  // namespace

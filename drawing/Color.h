@@ -27,7 +27,7 @@ public:
     // "#RRGGBBAA", upper case.
     [[nodiscard]] std::string ToHexString() const;
 
-    // The four bytes in memory order, as SDL_ttf takes a colour by value.
+    // The four bytes as one value, red at the lowest address.
     [[nodiscard]] uint32_t InMemoryOrder() const;
     [[nodiscard]] SDL_Color ToSdl() const { return {r, g, b, a}; }
 

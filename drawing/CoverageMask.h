@@ -32,8 +32,6 @@ public:
     // Whatever lies outside of the bounds is left out. Empty bounds hold nothing.
     explicit CoverageMask(const SDL_Rect& bounds);
 
-    [[nodiscard]] const SDL_Rect& Bounds() const { return bounds_; }
-
     void AddRect(const SDL_Rect& rect);
     // Moved there.
     void AddRows(SDL_Point offset, std::span<const RowRun> rows);

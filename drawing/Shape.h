@@ -28,9 +28,9 @@ public:
     [[nodiscard]] virtual nlohmann::json ToJson() = 0;
     // Frees what the shape holds for that renderer, which must still be alive.
     virtual void ReleaseTextures(SDL_Renderer* renderer);
+    virtual ~Shape() = default;
     // That renderer may have gone, and what the shape held for it goes with it.
     virtual void ForgetTextures(SDL_Renderer* renderer);
-    virtual ~Shape() = default;
 
     Shape(const Shape&) = delete;
     Shape& operator=(const Shape&) = delete;

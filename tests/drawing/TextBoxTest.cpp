@@ -3,6 +3,7 @@
 #include <SDL_ttf.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <string>
 
@@ -10,6 +11,7 @@
 #include "drawing/DashedBox.h"
 #include "tests/drawing/ShapeTest.h"
 #include "tests/drawing/TestFont.h"
+#include "tests/drawing/WrappedTexts.h"
 #include "ui/SystemFontProvider.h"
 
 namespace Corvanta::Drawing {
@@ -24,6 +26,7 @@ using Testing::kOpaqueRed;
 using Testing::LogLine;
 using Testing::Picture;
 using Testing::Sdl;
+using Testing::WrappedTexts;
 
 // Size 120 of the shipped font.
 TTF_Font* Font() {
@@ -337,6 +340,48 @@ TEST_F(TextBoxTest, SurvivesEveryNumber) {
             Redrawn();
             box.SetStart(10, 10);
         }
+    }
+}
+
+TEST_F(TextBoxTest, IsCutTowardZero) {
+    box.x = 101;
+    box.y = -3;
+    box.fontSize = 49;
+    bool wouldRound = false;
+    for (const char* const text : {"Hello", "Hello!", "Hello!!", "a", "ab", "abc"}) {
+        box.text = text;
+        Redrawn();
+        EXPECT_EQ(box.drawnRect.x, 50);
+        EXPECT_EQ(box.drawnRect.y, -1);
+        const float width = static_cast<float>(SizeOf(text).x) * (24 / 120.0F);
+        EXPECT_EQ(box.drawnRect.w, static_cast<int>(width));
+        wouldRound |= std::round(width) > width;
+    }
+    EXPECT_TRUE(wouldRound);
+}
+
+TEST_F(TextBoxTest, BreaksItsLinesAtTheRestOfTheViewInTheRastersPixels) {
+    const auto wrapOf = [this](double x, double fontSize) {
+        box.SetStart(x, 0);
+        box.fontSize = fontSize;
+        Redrawn();
+        return WrappedTexts().back().wrapLength;
+    };
+    EXPECT_EQ(wrapOf(200, 48), 2700) << "540 pixels at 120 / 24";
+    EXPECT_EQ(wrapOf(200, 94), 1378) << "1378.7";
+    EXPECT_EQ(wrapOf(1280, 48), 0);
+    EXPECT_EQ(wrapOf(0, 38), 4042);
+    EXPECT_EQ(wrapOf(0, 36), 4096) << "4266.7";
+}
+
+TEST_F(TextBoxTest, FarBelowTheViewDrawsNothing) {
+    box.y = 1e308;
+    for (const TextBox::State state : {TextBox::State::Editing, TextBox::State::Finished}) {
+        box.state = state;
+        box.text = "Hello";
+        EXPECT_EQ(CountOf(Redrawn(), kBackground), 640U * 360U);
+        box.text.clear();
+        EXPECT_EQ(CountOf(Redrawn(), kBackground), 640U * 360U);
     }
 }
 

@@ -67,9 +67,9 @@ class RoomDisplay(unittest.TestCase):
         with os.fdopen(read_end) as channel:
             self.environment["DISPLAY"] = ":" + channel.readline().strip()
 
-    def open_room(self, *arguments):
+    def open_room(self, *arguments, size="1000x400"):
         self.open_display()
-        program = subprocess.Popen([PROGRAM, "--size", "1000x400", *self.participants(), *arguments], cwd=self.folder,
+        program = subprocess.Popen([PROGRAM, "--size", size, *self.participants(), *arguments], cwd=self.folder,
                                    env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                    stderr=subprocess.DEVNULL)
         self.addCleanup(program.wait)

@@ -87,7 +87,7 @@ private:
 
 TEST_F(StrokePileTest, HasEveryPixelOfStrokesDrawnOneByOne) {
     const uint32_t widths[] = {10, 1, 2, 3, 5, 8, 10, 13, 19, 20, 21, 40, 128, 300};
-    for (int round = 0; round < 12; ++round) {
+    for (int round = 0; round < 5; ++round) {
         for (int i = 0; i < 40; ++i) {
             const uint32_t width = widths[static_cast<size_t>(Number(0, std::size(widths) - 1))];
             Add(Stroke(Scribble(i % 3 == 0 ? 60 : 14), width, 255));
@@ -97,7 +97,7 @@ TEST_F(StrokePileTest, HasEveryPixelOfStrokesDrawnOneByOne) {
 }
 
 TEST_F(StrokePileTest, KeepsTheOrderAmongTranslucentThinAndErasingOnes) {
-    for (int round = 0; round < 6; ++round) {
+    for (int round = 0; round < 3; ++round) {
         for (int i = 0; i < 40; ++i) {
             const int kind = Number(0, 9);
             if (kind == 0) {

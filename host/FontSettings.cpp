@@ -15,44 +15,25 @@ constexpr int kFamilyWidth = 140;
 constexpr int kSizeWidth = 62;
 constexpr double kLargestSize = 1000.0;
 
-struct Family {
-    const char* name;
-    // The free family of the same widths, in which the library draws it where it is missing; null without
-    // one.
-    const char* standIn = nullptr;
-};
-
 // The families that the library draws texts in.
-constexpr std::array kFamilies{Family{"Arial", "Liberation Sans"},
-                               Family{"Arial Black"},
-                               Family{"Arial Narrow", "Liberation Sans Narrow"},
-                               Family{"Arial Rounded MT Bold"},
-                               Family{"Baskerville"},
-                               Family{"Book Antiqua"},
-                               Family{"Brush Script MT"},
-                               Family{"Calibri", "Carlito"},
-                               Family{"Calisto MT"},
-                               Family{"Candara"},
-                               Family{"Century Gothic"},
-                               Family{"Consolas"},
-                               Family{"Copperplate"},
-                               Family{"Courier New", "Liberation Mono"},
-                               Family{"Garamond"},
-                               Family{"Georgia", "Gelasio"},
-                               Family{"Gill Sans"},
-                               Family{"Goudy Old Style"},
-                               Family{"Helvetica", "Liberation Sans"},
-                               Family{"Impact"},
-                               Family{"Lucida Bright"},
-                               Family{"Lucida Sans Typewriter"},
-                               Family{"Palatino"},
-                               Family{"Papyrus"},
-                               Family{"Tahoma"},
-                               Family{"Times New Roman", "Liberation Serif"},
-                               Family{"Trebuchet MS"},
-                               Family{"Verdana"}};
-// Always offered: a new user has it, and families that are missing are drawn in it.
+constexpr std::array kFamilies{"Arial",           "Arial Black",
+                               "Arial Narrow",    "Arial Rounded MT Bold",
+                               "Baskerville",     "Book Antiqua",
+                               "Brush Script MT", "Calibri",
+                               "Calisto MT",      "Candara",
+                               "Century Gothic",  "Consolas",
+                               "Copperplate",     "Courier New",
+                               "Garamond",        "Georgia",
+                               "Gill Sans",       "Goudy Old Style",
+                               "Helvetica",       "Impact",
+                               "Lucida Bright",   "Lucida Sans Typewriter",
+                               "Palatino",        "Papyrus",
+                               "Tahoma",          "Times New Roman",
+                               "Trebuchet MS",    "Verdana"};
+// In which families that are missing are drawn, and the one that the library takes where it is missing
+// itself.
 constexpr const char* kDefaultFamily = "Arial";
+constexpr const char* kStandIn = "Liberation Sans";
 constexpr std::array kSizes{12, 16, 20, 24, 28, 32, 40, 48, 64, 80, 96, 128};
 
 // Chooses the entry of that text, which is added if it is missing.
@@ -79,15 +60,13 @@ QComboBox* MakeBox(QWidget* parent, const QString& name, int width) {
 
 QStringList FamiliesToOffer(const QStringList& installed) {
     const auto isInstalled = [&installed](const char* family) {
-        return family != nullptr && installed.contains(QLatin1String(family));
+        return installed.contains(QLatin1String(family));
     };
     QStringList offered;
-    for (const Family& family : kFamilies) {
-        const QString name = QString::fromLatin1(family.name);
-        if (name == QLatin1String(kDefaultFamily) || isInstalled(family.name) ||
-            isInstalled(family.standIn)) {
+    for (const char* const family : kFamilies) {
+        const QLatin1String name(family);
+        if (isInstalled(family) || (name == QLatin1String(kDefaultFamily) && isInstalled(kStandIn)))
             offered.push_back(name);
-        }
     }
     return offered;
 }

@@ -13,9 +13,9 @@ public:
     SystemFontFiles(const SystemFontFiles&) = delete;
     SystemFontFiles& operator=(const SystemFontFiles&) = delete;
 
-    // Path of the family's first face; empty when the family is not installed. On Linux, which ships none of
-    // the best known families, the free family of the same widths stands in for one that is missing: texts
-    // are laid out the same, so a drawing looks alike to all. Nothing else is answered in a family's stead.
+    // Path of the family's first face; empty when the family is not installed. On Linux, which does not ship
+    // Arial, the free family of the same widths stands in for it where it is missing, since all other missing
+    // families are drawn in it. Nothing else is answered in a family's stead.
     [[nodiscard]] std::string Find(const std::string& family) const;
 
 private:

@@ -17,17 +17,10 @@ using FontSet = std::unique_ptr<FcFontSet, decltype(&FcFontSetDestroy)>;
 
 enum class Faces { RegularRoman, All };
 
-struct StandIn {
-    const char* family;
-    const char* ofSameWidths;
-};
-constexpr StandIn kStandIns[] = {{"Arial", "Liberation Sans"},
-                                 {"Arial Narrow", "Liberation Sans Narrow"},
-                                 {"Calibri", "Carlito"},
-                                 {"Courier New", "Liberation Mono"},
-                                 {"Georgia", "Gelasio"},
-                                 {"Helvetica", "Liberation Sans"},
-                                 {"Times New Roman", "Liberation Serif"}};
+// The family in which every other one that is missing is drawn: without it a system that has no fonts but
+// free ones would show no text at all. Its stand-in is of the same widths.
+constexpr char kDefaultFamily[] = "Arial";
+constexpr char kStandIn[] = "Liberation Sans";
 
 // The family's first file by name, so that the answer does not depend on the order of folders.
 [[nodiscard]] std::string FirstFile(FcConfig* config, const std::string& family, Faces faces) {
@@ -70,9 +63,7 @@ std::string SystemFontFiles::Find(const std::string& family) const {
     if (first_ == nullptr) return {};
     auto* config = static_cast<FcConfig*>(first_);
     std::string path = FileOf(config, family);
-    for (const StandIn& standIn : kStandIns) {
-        if (path.empty() && family == standIn.family) path = FileOf(config, standIn.ofSameWidths);
-    }
+    if (path.empty() && family == kDefaultFamily) path = FileOf(config, kStandIn);
     return path;
 }
 

@@ -102,17 +102,24 @@ TEST(SystemFontFiles, NeverAnswerWithASubstitute) {
     EXPECT_EQ(files.Find(""), "");
 }
 
-TEST(SystemFontFiles, AnswerWithTheFamilyOfTheSameWidthsWhereAFamilyIsMissing) {
+TEST(SystemFontFiles, AnswerWithTheFamilyOfTheSameWidthsWhereArialAloneIsMissing) {
     FontSystem system;
     system.Add("sans.ttf", "Liberation Sans");
     system.Add("serif.ttf", "Liberation Serif");
-    system.Add("times.ttf", "Times New Roman");
+    system.Add("mono.ttf", "Liberation Mono");
     system.Use();
     const SystemFontFiles files;
     EXPECT_EQ(files.Find("Arial"), system.Path("sans.ttf"));
-    EXPECT_EQ(files.Find("Helvetica"), system.Path("sans.ttf"));
-    EXPECT_EQ(files.Find("Times New Roman"), system.Path("times.ttf"));
-    EXPECT_EQ(files.Find("Verdana"), "");
+    for (const char* const family : {"Helvetica", "Times New Roman", "Courier New", "Verdana"})
+        EXPECT_EQ(files.Find(family), "") << family;
+}
+
+TEST(SystemFontFiles, PreferArialToItsStandIn) {
+    FontSystem system;
+    system.Add("a-sans.ttf", "Liberation Sans");
+    system.Add("b-arial.ttf", "Arial");
+    system.Use();
+    EXPECT_EQ(SystemFontFiles().Find("Arial"), system.Path("b-arial.ttf"));
 }
 
 TEST(SystemFontFiles, PreferTheRegularRomanFace) {

@@ -100,8 +100,8 @@ private:
 std::shared_ptr<Corvanta::Drawing::Shape> Mark(int number) {
     auto mark = std::make_shared<Corvanta::Drawing::Rectangle>();
     // One over the other: SDL lays a full layer over the picture more slowly than an empty one.
-    mark->x = kWidth / 2;
-    mark->y = kHeight / 2;
+    mark->x = kWidth / 2.0;
+    mark->y = kHeight / 2.0;
     mark->width = 20;
     mark->height = 12;
     mark->strokeWidth = 2;

@@ -18,8 +18,9 @@ constexpr int kLeastSteps = 2;
 
 // The box around one pixel, ends included: it reaches further to the lower right.
 [[nodiscard]] SDL_Rect BoxAt(SDL_Point center, int width) {
-    const auto [left, right] = std::minmax({ToPixel(center.x - width / 2), ToPixel(center.x + width)});
-    const auto [top, bottom] = std::minmax({ToPixel(center.y - width / 2), ToPixel(center.y + width)});
+    const int before = width / 2;
+    const auto [left, right] = std::minmax({ToPixel(center.x - before), ToPixel(center.x + width)});
+    const auto [top, bottom] = std::minmax({ToPixel(center.y - before), ToPixel(center.y + width)});
     return {left, top, right - left + 1, bottom - top + 1};
 }
 

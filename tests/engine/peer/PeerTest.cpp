@@ -1,0 +1,316 @@
+// Media and texts between two ends over the loopback.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "tests/engine/Eventually.h"
+#include "tests/engine/peer/PeerPair.h"
+
+namespace Corvanta::Engine {
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr Yuv kRed{81, 90, 240};
+constexpr Yuv kBlue{41, 240, 110};
+constexpr double kAmplitude = 0.2;
+constexpr int kTolerance = 4;
+
+bool IsNear(Yuv left, Yuv right) {
+    return std::abs(left.y - right.y) <= kTolerance && std::abs(left.u - right.u) <= kTolerance &&
+           std::abs(left.v - right.v) <= kTolerance;
+}
+
+class PeerTest : public testing::Test {
+protected:
+    ~PeerTest() override {
+        for (const auto& feed : feeds) {
+            running.Do([&] { feed->Close(); });
+        }
+    }
+
+    std::shared_ptr<OutboundFeed> MakeFeed() {
+        std::shared_ptr<OutboundFeed> feed;
+        running.Do([&] {
+            feed = std::make_shared<OutboundFeed>(running.loop, OutboundFeed::Settings{.name = "feed"});
+            EXPECT_TRUE(feed->Open());
+        });
+        feeds.push_back(feed);
+        return feed;
+    }
+
+    [[nodiscard]] static bool Shows(PeerEnd& end, Yuv color) {
+        return Eventually([&] {
+            const auto picture = end.LastPicture();
+            return picture && IsNear(MeanColor(*picture), color);
+        });
+    }
+    [[nodiscard]] static bool Hears(const PeerEnd& end, double amplitude) {
+        return Eventually(
+            [&] { return std::abs(std::sqrt(2 * end.loudness) - amplitude) < amplitude / 5 + 0.001; });
+    }
+
+    RunningLoop running;
+    std::vector<std::shared_ptr<OutboundFeed>> feeds;
+};
+
+TEST_F(PeerTest, PicturesAndSoundArriveAsTheyWereSentBothWays) {
+    const auto red = MakeFeed();
+    const auto blue = MakeFeed();
+    const FeedPump redPump(red, 320, 180, kRed, kAmplitude);
+    const FeedPump bluePump(blue, 192, 108, kBlue, kAmplitude / 4);
+    PeerPair pair(running);
+    const auto start = steady_clock::now();
+    pair.Start(red, blue);
+    ASSERT_TRUE(Eventually([&] { return pair.answerer.pictures > 0; }));
+    const std::chrono::duration<double, std::milli> firstPicture = steady_clock::now() - start;
+    std::printf("First picture after %.0f ms\n", firstPicture.count());
+    EXPECT_TRUE(Shows(pair.answerer, kRed));
+    EXPECT_TRUE(Shows(pair.offerer, kBlue));
+    EXPECT_EQ(pair.answerer.LastPicture()->Width(), 320);
+    EXPECT_EQ(pair.offerer.LastPicture()->Height(), 108);
+    EXPECT_TRUE(Hears(pair.answerer, kAmplitude));
+    EXPECT_TRUE(Hears(pair.offerer, kAmplitude / 4));
+}
+
+TEST_F(PeerTest, TextsArriveInOrderBothWays) {
+    PeerPair pair(running);
+    pair.Start(nullptr, nullptr);
+    ASSERT_TRUE(Eventually([&] { return pair.offerer.channels > 0 && pair.answerer.channels > 0; }));
+    constexpr int kCount = 200;
+    const std::string longest(16 * 1024, 'x');
+    running.Do([&] {
+        for (int index = 0; index < kCount; ++index) {
+            EXPECT_TRUE(pair.offerer.connection->SendText("to answerer " + std::to_string(index)));
+            EXPECT_TRUE(pair.answerer.connection->SendText("to offerer " + std::to_string(index)));
+        }
+        EXPECT_TRUE(pair.offerer.connection->SendText(longest));
+        EXPECT_FALSE(pair.offerer.connection->SendText(longest + "x"));
+        EXPECT_FALSE(pair.offerer.connection->SendText(""));
+    });
+    ASSERT_TRUE(Eventually([&] { return pair.answerer.Texts().size() == kCount + 1; }));
+    ASSERT_TRUE(Eventually([&] { return pair.offerer.Texts().size() == kCount; }));
+    for (std::size_t index = 0; index < kCount; ++index) {
+        EXPECT_EQ(pair.answerer.Texts()[index], "to answerer " + std::to_string(index));
+        EXPECT_EQ(pair.offerer.Texts()[index], "to offerer " + std::to_string(index));
+    }
+    EXPECT_EQ(pair.answerer.Texts().back(), longest);
+}
+
+TEST_F(PeerTest, TextsAreRefusedWhenTooMuchWaits) {
+    PeerPair pair(running);
+    pair.Start(nullptr, nullptr);
+    ASSERT_TRUE(Eventually([&] { return pair.offerer.channels > 0; }));
+    int taken = 0;
+    running.Do([&] {
+        const std::string text(16 * 1024, 'x');
+        while (taken < 4096 && pair.offerer.connection->SendText(text)) ++taken;
+    });
+    EXPECT_GT(taken, 900);
+    EXPECT_LT(taken, 4096);
+}
+
+TEST_F(PeerTest, AFeedThatComesLaterOrGoesIsTakenUp) {
+    const auto red = MakeFeed();
+    const auto blue = MakeFeed();
+    const FeedPump redPump(red, 320, 180, kRed, kAmplitude);
+    const FeedPump bluePump(blue, 320, 180, kBlue, kAmplitude);
+    PeerPair pair(running);
+    pair.Start(nullptr, nullptr);
+    ASSERT_TRUE(Eventually([&] { return pair.AreConnected(); }));
+    EXPECT_EQ(pair.answerer.pictures, 0);
+    running.Do([&] { pair.offerer.connection->SetFeed(red); });
+    EXPECT_TRUE(Shows(pair.answerer, kRed));
+    running.Do([&] { pair.offerer.connection->SetFeed(blue); });
+    EXPECT_TRUE(Shows(pair.answerer, kBlue));
+    running.Do([&] { pair.answerer.connection->SetFeed(red); });
+    EXPECT_TRUE(Shows(pair.offerer, kRed));
+    EXPECT_EQ(pair.offerer.descriptions, 1);
+}
+
+TEST_F(PeerTest, IsSetUpAgainWhenEitherSideAsks) {
+    const auto red = MakeFeed();
+    const FeedPump pump(red, 320, 180, kRed, kAmplitude);
+    PeerPair pair(running);
+    pair.Start(red, nullptr);
+    ASSERT_TRUE(Eventually([&] { return pair.AreConnected() && pair.answerer.pictures > 0; }));
+    for (int round = 2; round <= 3; ++round) {
+        running.Do([&] { (round == 2 ? pair.offerer : pair.answerer).connection->Restart(); });
+        ASSERT_TRUE(Eventually([&] {
+            return pair.offerer.connects == round && pair.answerer.connects == round &&
+                   pair.offerer.channels == round && pair.answerer.channels == round;
+        }));
+        const int before = pair.answerer.pictures;
+        EXPECT_TRUE(Eventually([&] { return pair.answerer.pictures > before + 5; }));
+    }
+    EXPECT_EQ(pair.offerer.disconnects, 0);
+    EXPECT_EQ(pair.answerer.disconnects, 0);
+}
+
+TEST_F(PeerTest, NothingIsSentOfWhatIsTurnedOff) {
+    const auto red = MakeFeed();
+    const FeedPump pump(red, 320, 180, kRed, kAmplitude);
+    PeerPair pair(running);
+    pair.Start(red, nullptr);
+    ASSERT_TRUE(Eventually([&] { return pair.answerer.pictures > 5; }));
+    red->SetVideoEnabled(false);
+    red->SetAudioEnabled(false);
+    // What was on its way.
+    ASSERT_TRUE(Eventually([&] {
+        const auto before = red->Count();
+        (void)pair.Statistics(pair.answerer);
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        return pair.Statistics(pair.answerer).downloadRate == 0 && red->Count().pictures == before.pictures;
+    }));
+    const auto still = red->Count();
+    const int shown = pair.answerer.pictures;
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    EXPECT_EQ(pair.Statistics(pair.offerer).uploadRate, 0);
+    EXPECT_EQ(red->Count().pictures, still.pictures);
+    EXPECT_EQ(red->Count().audioBytes, still.audioBytes);
+    red->SetVideoEnabled(true);
+    EXPECT_TRUE(Eventually([&] { return pair.answerer.pictures > shown; }));
+    EXPECT_EQ(red->Count().audioBytes, still.audioBytes);
+}
+
+TEST_F(PeerTest, NothingIsDecodedOfWhatTheReceiverHasTurnedOff) {
+    const auto red = MakeFeed();
+    const FeedPump pump(red, 320, 180, kRed, kAmplitude);
+    PeerPair pair(running);
+    pair.Start(red, nullptr);
+    ASSERT_TRUE(Eventually([&] { return pair.answerer.pictures > 5; }));
+    running.Do([&] { pair.answerer.connection->SetVideoDecoded(false); });
+    ASSERT_TRUE(Eventually([&] {
+        (void)pair.Statistics(pair.answerer);
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        return pair.Statistics(pair.answerer).frameRate == 0;
+    }));
+    const int shown = pair.answerer.pictures;
+    running.Do([&] { pair.answerer.connection->SetVideoDecoded(true); });
+    EXPECT_TRUE(Eventually([&] { return pair.answerer.pictures > shown; }));
+}
+
+TEST_F(PeerTest, TheOtherSideIsToldWhenOneGoes) {
+    for (const bool offererGoes : {true, false}) {
+        PeerPair pair(running);
+        pair.Start(nullptr, nullptr);
+        ASSERT_TRUE(Eventually([&] { return pair.AreConnected(); }));
+        PeerEnd& going = offererGoes ? pair.offerer : pair.answerer;
+        PeerEnd& staying = offererGoes ? pair.answerer : pair.offerer;
+        const auto start = steady_clock::now();
+        pair.Destroy(going);
+        EXPECT_TRUE(Eventually([&] { return staying.disconnects == 1; }, std::chrono::seconds(5)));
+        const std::chrono::duration<double, std::milli> took = steady_clock::now() - start;
+        std::printf("Told after %.0f ms\n", took.count());
+        EXPECT_FALSE(staying.connection->IsConnected());
+    }
+}
+
+TEST_F(PeerTest, ALateReceiverHasAPictureSoon) {
+    const auto red = MakeFeed();
+    const FeedPump pump(red, 320, 180, kRed, kAmplitude);
+    PeerPair first(running);
+    first.Start(red, nullptr);
+    ASSERT_TRUE(Eventually([&] { return first.answerer.pictures > 5; }));
+    PeerPair late(running);
+    late.Start(red, nullptr);
+    ASSERT_TRUE(Eventually([&] { return late.AreConnected(); }));
+    const auto connected = steady_clock::now();
+    const auto keyFrames = red->Count().keyFrames;
+    ASSERT_TRUE(Eventually([&] { return late.answerer.pictures > 0; }));
+    const std::chrono::duration<double, std::milli> took = steady_clock::now() - connected;
+    std::printf("Late receiver's picture %.0f ms after it was connected, %d key frames\n", took.count(),
+                static_cast<int>(red->Count().keyFrames - keyFrames));
+    EXPECT_TRUE(Shows(late.answerer, kRed));
+    // Not by the regular one, which comes every two seconds.
+    EXPECT_LT(took.count(), 1500);
+}
+
+TEST_F(PeerTest, ALateReceiverOfASourceThatRestsHasItsPicture) {
+    const auto red = MakeFeed();
+    red->PushPicture(MakePicture(320, 180, kRed));
+    PeerPair pair(running);
+    pair.Start(red, nullptr);
+    EXPECT_TRUE(Shows(pair.answerer, kRed));
+}
+
+TEST_F(PeerTest, ConnectsAndClosesLeaveNothingBehind) {
+    const auto red = MakeFeed();
+    const FeedPump pump(red, 320, 180, kRed, kAmplitude);
+    const auto connect = [&] {
+        PeerPair pair(running);
+        pair.Start(red, red);
+        ASSERT_TRUE(Eventually([&] { return pair.offerer.pictures > 0 && pair.answerer.pictures > 0; }));
+    };
+    // What GStreamer makes once and keeps.
+    for (int round = 0; round < 3; ++round) connect();
+    const std::size_t descriptors = CountDescriptors();
+    const std::size_t threads = CountThreads();
+    for (int round = 0; round < 20; ++round) connect();
+    EXPECT_TRUE(Eventually([&] { return CountDescriptors() <= descriptors + 2; }))
+        << CountDescriptors() << " descriptors after " << descriptors;
+    // GLib's pools keep idle threads for a while.
+    EXPECT_TRUE(Eventually([&] { return CountThreads() <= threads + 4; }))
+        << CountThreads() << " threads after " << threads;
+}
+
+TEST_F(PeerTest, FiguresSayWhatTheConnectionDoes) {
+    const auto red = MakeFeed();
+    const FeedPump pump(red, 320, 180, kRed, kAmplitude);
+    PeerPair pair(running);
+    pair.Start(red, nullptr);
+    ASSERT_TRUE(Eventually([&] { return pair.answerer.pictures > 5; }));
+    PeerStatistics down, up;
+    EXPECT_TRUE(Eventually([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        down = pair.Statistics(pair.answerer);
+        up = pair.Statistics(pair.offerer);
+        return down.downloadRate > 20'000 && up.uploadRate > 20'000 && up.roundTripMs > 0 &&
+               up.remoteLossShare && down.frameRate > 5;
+    })) << down.downloadRate
+        << " " << up.uploadRate << " " << up.roundTripMs << " " << down.frameRate;
+    EXPECT_EQ(down.width, 320);
+    EXPECT_EQ(down.height, 180);
+    EXPECT_EQ(down.videoCodec, "VP8");
+    EXPECT_EQ(down.audioCodec, "OPUS");
+    EXPECT_LT(up.roundTripMs, 2000);
+    EXPECT_LE(*up.remoteLossShare, 0.5);
+}
+
+TEST_F(PeerTest, GarbageIsRefusedAndTheConnectionGoesOn) {
+    const auto red = MakeFeed();
+    const FeedPump pump(red, 320, 180, kRed, kAmplitude);
+    PeerPair pair(running);
+    pair.Start(red, nullptr);
+    ASSERT_TRUE(Eventually([&] { return pair.answerer.pictures > 5; }));
+    running.Do([&] {
+        for (PeerEnd* end : {&pair.offerer, &pair.answerer}) {
+            for (const std::string text :
+                 {"", "garbage", "{}", "[[[[[[[[", R"({"type":"offer"})", R"({"type":"offer","sdp":"v=0"})",
+                  R"({"type":"answer","session":-1,"sdp":"v=0"})", R"({"type":7})", "\xff\xfe"}) {
+                EXPECT_FALSE(end->connection->TakeDescription(text)) << text;
+            }
+            EXPECT_FALSE(end->connection->TakeDescription(std::string(1 << 20, '[')));
+            for (const std::string text :
+                 {"garbage", "candidate:", "candidate:1 1 UDP 1 host.local 9 typ host",
+                  "candidate:1 1 TCP 1 127.0.0.1 9 typ host"}) {
+                EXPECT_FALSE(end->connection->TakeCandidate(0, text)) << text;
+            }
+            for (int count = 0; count < 1000; ++count) {
+                (void)end->connection->TakeCandidate(0, "candidate:1 1 UDP 1 127.0.0.1 9 typ host");
+            }
+            EXPECT_FALSE(end->connection->TakeCandidate(0, "candidate:1 1 UDP 1 127.0.0.1 9 typ host"));
+        }
+    });
+    const int before = pair.answerer.pictures;
+    EXPECT_TRUE(Eventually([&] { return pair.answerer.pictures > before + 5; }));
+    EXPECT_EQ(pair.offerer.disconnects, 0);
+    EXPECT_EQ(pair.answerer.disconnects, 0);
+}
+
+}  // namespace
+}  // namespace Corvanta::Engine

@@ -148,6 +148,28 @@ struct ParticipantInfo {
 // The participant leaves the open room for good; the library is told a moment later. Unknown ids are ignored.
 CORVANTA_PLATFORM_API void RemoveParticipant(const std::string& streamId);
 
+// Bytes of one line of the chat at most.
+inline constexpr std::size_t kLongestChat = 4096;
+
+struct ChatLine {
+    // Who wrote it, UTF-8.
+    std::string name;
+    // UTF-8, 1 to kLongestChat bytes; whatever a participant wrote, so nothing but text to be shown.
+    std::string text;
+    // By the writer's clock, but never in the future.
+    std::chrono::system_clock::time_point time;
+};
+
+// Writes a line to all others in the open room, those included whose connection is lost for a moment. False
+// when it is not sent: there is no room, the text has nothing but blanks, is longer than kLongestChat or no
+// UTF-8, or too many were sent within the last seconds.
+[[nodiscard]] CORVANTA_PLATFORM_API bool SendChat(const std::string& text);
+
+// The function is called on a thread of the engine with each line of another participant. One listener in
+// all: a new one replaces the old, an empty function ends it, and on return no call of the old one is in
+// progress on another thread.
+CORVANTA_PLATFORM_API void SetChatListener(std::function<void(const ChatLine&)> listener);
+
 // The product's settings, kept in the configuration. An absent one reads as an empty text, a number or a
 // boolean as its text. Known keys:
 // - "Device.Camera", "Device.Microphone", "Device.Speaker": a name of ListDevices, or "None". Empty: the

@@ -1,4 +1,4 @@
-// The functions of platform/Connections.h over the embedded room.
+// The functions of platform/Connections.h over the open room.
 #include "platform/Connections.h"
 
 #include <atomic>
@@ -15,11 +15,13 @@ namespace {
 
 using Corvanta::StreamType;
 using Corvanta::Engine::ConnectionCallbacks;
-using Corvanta::Engine::OwnStreamId;
+using Corvanta::Engine::kEmbeddedOwnId;
 using Corvanta::Engine::Room;
 using Corvanta::Engine::RoomParticipant;
+using Corvanta::Engine::StreamIdOf;
 using Corvanta::Engine::TrackSettings;
-using Corvanta::Engine::TypeOfOwnStream;
+using Corvanta::Engine::TrackSwitches;
+using Corvanta::Engine::TypeOfStream;
 
 std::atomic<int32_t> gLastConnectionIndex = 0;
 
@@ -30,6 +32,10 @@ const char* NameOf(const char* text) {
 std::shared_ptr<RoomParticipant> Find(const std::string& streamId) {
     const auto room = Room::Current();
     return room ? room->Find(streamId) : nullptr;
+}
+
+std::string OwnId(const std::shared_ptr<Room>& room) {
+    return room ? room->OwnId() : kEmbeddedOwnId;
 }
 
 }  // namespace
@@ -48,7 +54,7 @@ int32_t Connections_InitConnection(void*, void*, const char* sessionName, const 
     if (!Room::Open(Corvanta::Engine::CurrentOptions(), displayName != nullptr ? displayName : "",
                     sessionName != nullptr ? sessionName : ""))
         return -1;
-    LOG(kLogInformation, "The embedded room is open: session %s", NameOf(sessionName));
+    LOG(kLogInformation, "The room is open: session %s", NameOf(sessionName));
     return ++gLastConnectionIndex;
 }
 
@@ -63,43 +69,43 @@ void Connections_SetDefaultOutboundBitrate(uint32_t bitsPerSecond) {
 void Connections_ConfigureOutboundBitrate(uint32_t bitsPerSecond) {
     if (TrackSettings::Get().outboundBitrate.exchange(bitsPerSecond) == bitsPerSecond) return;
     LOG(kLogDebug, "Outbound video: %u bit/s", bitsPerSecond);
+    if (const auto room = Room::Current()) room->ApplyOutboundBitrate();
 }
 
-void Connections_RestartPeerConnection(const std::string& streamId, bool, bool, bool immediately) {
+void Connections_RestartPeerConnection(const std::string& streamId, bool videoEnabled, bool audioEnabled,
+                                       bool immediately) {
     const auto room = Room::Current();
     if (!room) return;
-    if (const auto participant = room->Find(streamId)) room->Restart(participant, immediately);
+    room->Restart(streamId,
+                  {.tracks = {.audio = audioEnabled, .video = videoEnabled}, .immediately = immediately});
 }
 
 void Connections_RenegotiateOutboundPeerConnection(bool micEnabled, bool videoEnabled, const std::string&) {
     TrackSettings::Get().localAudioEnabled = micEnabled;
     TrackSettings::Get().localVideoEnabled = videoEnabled;
     const auto room = Room::Current();
+    if (!room) return;
+    room->ApplyLocalTracks();
     // Brings back a camera that was stopped for a change of devices.
-    if (room) room->Camera().Start();
+    room->Camera().Start();
 }
 
 void Connections_ConfigureStream(
     const std::string& streamId,
     const std::unordered_map<Corvanta::ConfigureStreamType, bool>& configuration) {
     const auto room = Room::Current();
-    const auto participant = room ? room->Find(streamId) : nullptr;
-    if (!participant) return;
+    if (!room) return;
+    TrackSwitches switches;
     for (const auto& [part, enabled] : configuration) {
-        if (part == Corvanta::ConfigureStreamType::Video) participant->videoPublished = enabled;
-        if (part == Corvanta::ConfigureStreamType::Audio) participant->audioPublished = enabled;
-        if (part == Corvanta::ConfigureStreamType::Data) participant->dataPublished = enabled;
+        if (part == Corvanta::ConfigureStreamType::Video) switches.video = enabled;
+        if (part == Corvanta::ConfigureStreamType::Audio) switches.audio = enabled;
+        if (part == Corvanta::ConfigureStreamType::Data) switches.data = enabled;
     }
-    room->ApplyVolume(participant);
+    room->ConfigureStream(streamId, switches);
 }
 
 void Connections_MuteParticipant(const std::string& streamId) {
-    const auto room = Room::Current();
-    if (room && streamId == OwnStreamId(StreamType::Camera)) room->ReportMuted();
-    const auto participant = room ? room->Find(streamId) : nullptr;
-    if (!participant) return;
-    participant->muted = true;
-    room->ApplyVolume(participant);
+    if (const auto room = Room::Current()) room->Mute(streamId);
 }
 
 void Connections_SetParticipantJoinedCallback(std::function<void()> callback) {
@@ -111,9 +117,9 @@ void Connections_SetConnectionDroppedCallback(void (*callback)(bool willRetry, b
 }
 
 std::string Connections_GetLocalUserStreamID(StreamType type) {
-    if (type == StreamType::Camera) return OwnStreamId(type);
     const auto room = Room::Current();
-    return room && room->Streams().Find(type) ? OwnStreamId(type) : std::string();
+    const bool isThere = type == StreamType::Camera || (room && room->Streams().Find(type));
+    return isThere ? StreamIdOf(OwnId(room), type) : std::string();
 }
 
 std::string Connections_GetLocalDisplayName(StreamType type) {
@@ -128,20 +134,29 @@ std::string Connections_GetPublisherDisplayName(const std::string& streamId) {
     return participant ? participant->name : std::string();
 }
 
-// Everybody else in the embedded room shows a camera, whatever plays behind it.
 StreamType Connections_GetStreamType(const std::string& streamId) {
-    if (const auto own = TypeOfOwnStream(streamId)) return *own;
     const auto room = Room::Current();
-    const auto stream = room ? room->Streams().FindSource(streamId) : nullptr;
+    if (const auto own = TypeOfStream(OwnId(room), streamId)) return *own;
+    if (!room) return StreamType::Camera;
+    if (const auto participant = room->Find(streamId)) return participant->type;
+    const auto stream = room->Streams().FindSource(streamId);
     return stream ? stream->description.type : StreamType::Camera;
 }
 
-bool Connections_IsPublisherFromExternalSource(const std::string&) {
-    return false;
+bool Connections_IsPublisherFromExternalSource(const std::string& streamId) {
+    const auto participant = Find(streamId);
+    return participant && participant->isExternalSource;
 }
 
-bool Connections_IsOwnExternalSourceStream(const std::string&, const std::string&) {
-    return false;
+bool Connections_IsOwnExternalSourceStream(const std::string& cameraStreamId, const std::string& streamId) {
+    const auto external = Find(streamId);
+    if (!external || !external->isExternalSource) return false;
+    const auto room = Room::Current();
+    if (room && cameraStreamId == StreamIdOf(room->OwnId(), StreamType::Camera)) {
+        return external->memberId == room->OwnId();
+    }
+    const auto camera = Find(cameraStreamId);
+    return camera && camera->memberId == external->memberId;
 }
 
 int32_t Connections_InitRecording(void*, const char*, void*, const Corvanta::RecordingPlaybackCallbacks&) {

@@ -10,12 +10,14 @@
 namespace Corvanta::Engine {
 
 OwnStream::OwnStream(EngineLoop& engineLoop, OwnStreamDescription streamDescription,
-                     std::string mediaSourceId, std::shared_ptr<SoundMixer> roomMixer)
+                     std::string mediaSourceId, std::shared_ptr<SoundMixer> roomMixer,
+                     RoomMembers& roomMembers)
     : description(std::move(streamDescription)),
       sinks(description.displayName),
       loop(engineLoop),
       sourceId(std::move(mediaSourceId)),
-      mixer(std::move(roomMixer)) {}
+      mixer(std::move(roomMixer)),
+      members(roomMembers) {}
 
 void OwnStream::Open(const std::function<void()>& whenEnded) {
     if (hasEnded) return;
@@ -26,7 +28,11 @@ void OwnStream::Open(const std::function<void()>& whenEnded) {
         .withoutPicture = [] {},
         .connection = [](bool) {},
         .ended = whenEnded,
-        .failed = whenEnded};
+        .failed = whenEnded,
+        .sound =
+            [this](GstBuffer* samples, GstClockTime due) {
+                if (!hasEnded) outlet.PushSound(samples, due);
+            }};
     playback = std::make_shared<Playback>(loop, description.source, mixer, std::move(events));
     SetVolume(TrackSettings::Get().localStreamsVolume);
     playback->Open();
@@ -37,7 +43,9 @@ void OwnStream::SetVolume(double volume) {
 }
 
 void OwnStream::Deliver(const std::shared_ptr<const MappedPicture>& picture) {
-    if (!hasEnded) sinks.Deliver([&] { return MakeFrame(picture); });
+    if (hasEnded) return;
+    outlet.PushPicture(picture);
+    sinks.Deliver([&] { return MakeFrame(picture); });
 }
 
 bool OwnStream::Offer() {
@@ -52,9 +60,11 @@ bool OwnStream::Offer() {
         return true;
     }
     LOG(kLogInformation, "\"%s\" is shared", description.displayName.c_str());
+    outlet.Set(members.PublishStream(description.type, description.displayName));
+    isPublished = true;
     if (playback) playback->Play();
     if (description.type == StreamType::File) {
-        MediaCallbacks::Get().filePlaybackStatus.Call(OwnStreamId(description.type), true);
+        MediaCallbacks::Get().filePlaybackStatus.Call(StreamIdOf(members.OwnId(), description.type), true);
     }
     return true;
 }
@@ -68,10 +78,12 @@ bool OwnStream::End() {
 void OwnStream::Close(bool tellLibrary) {
     if (playback) playback->Close();
     playback.reset();
+    outlet.Set(nullptr);
+    if (std::exchange(isPublished, false)) members.Unpublish(description.type);
     if (!std::exchange(isAnnounced, false) || !tellLibrary) return;
     LOG(kLogInformation, "\"%s\" is no longer shared", description.displayName.c_str());
     if (description.type == StreamType::File) {
-        MediaCallbacks::Get().filePlaybackStatus.Call(OwnStreamId(description.type), false);
+        MediaCallbacks::Get().filePlaybackStatus.Call(StreamIdOf(members.OwnId(), description.type), false);
     }
     MediaCallbacks::Get().removeLocalVideoSource.Call(sourceId);
 }

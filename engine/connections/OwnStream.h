@@ -8,6 +8,7 @@
 #include <string>
 
 #include "engine/common/EngineLoop.h"
+#include "engine/connections/RoomMembers.h"
 #include "engine/mediamanager/SinkList.h"
 #include "engine/webrtc/MappedPicture.h"
 #include "engine/webrtc/Playback.h"
@@ -28,14 +29,14 @@ class OwnStream final {
 public:
     // `mediaSourceId`: under which the media manager knows it.
     OwnStream(EngineLoop& engineLoop, OwnStreamDescription streamDescription, std::string mediaSourceId,
-              std::shared_ptr<SoundMixer> roomMixer);
+              std::shared_ptr<SoundMixer> roomMixer, RoomMembers& roomMembers);
 
     // The engine's thread.
 
     // Opens the source and holds it at its first picture. `whenEnded` is called on the engine's thread,
     // inside the playback, when the source has ended or cannot be played.
     void Open(const std::function<void()>& whenEnded);
-    // Announces it to the library and starts it. False while the library has no room for it.
+    // Announces it to the library, publishes it and starts it. False while the library has no room for it.
     [[nodiscard]] bool Offer();
     // Lets go of the source and takes the announcement back. The stream has ended before.
     void Close(bool tellLibrary);
@@ -58,11 +59,14 @@ private:
     EngineLoop& loop;
     const std::string sourceId;
     const std::shared_ptr<SoundMixer> mixer;
+    RoomMembers& members;
+    FeedOutlet outlet;
     std::atomic<bool> hasEnded = false;
 
     // The engine's thread alone.
     std::shared_ptr<Playback> playback;
     bool isAnnounced = false;
+    bool isPublished = false;
 };
 
 }  // namespace Corvanta::Engine

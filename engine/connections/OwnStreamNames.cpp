@@ -7,8 +7,6 @@ namespace Corvanta::Engine {
 
 namespace {
 
-constexpr const char* kPrefix = "local-";
-
 constexpr std::array kWords{
     std::pair{StreamType::Camera, "camera"},
     std::pair{StreamType::Screenshare, "screen"},
@@ -30,13 +28,15 @@ std::string StreamWord(StreamType type) {
     return {};
 }
 
-std::string OwnStreamId(StreamType type) {
-    return kPrefix + StreamWord(type);
+std::string StreamIdOf(const std::string& memberId, StreamType type) {
+    if (memberId.empty()) return {};
+    return memberId + '-' + StreamWord(type);
 }
 
-std::optional<StreamType> TypeOfOwnStream(const std::string& streamId) {
+std::optional<StreamType> TypeOfStream(const std::string& memberId, const std::string& streamId) {
+    if (memberId.empty()) return std::nullopt;
     for (const auto& [type, word] : kWords) {
-        if (OwnStreamId(type) == streamId) return type;
+        if (StreamIdOf(memberId, type) == streamId) return type;
     }
     return std::nullopt;
 }

@@ -1,6 +1,9 @@
 #include "engine/connections/ParticipantReports.h"
 
+#include <algorithm>
 #include <array>
+#include <chrono>
+#include <cmath>
 #include <condition_variable>
 #include <cstdlib>
 #include <ctime>
@@ -18,8 +21,7 @@ namespace {
 constexpr std::chrono::seconds kMeasureInterval{1};
 // As often as a client with a panel reports.
 constexpr int kMeasuresPerReport = 5;
-// A picture of 1280x720 at a tenth of a bit a pixel, as video calls have it.
-constexpr double kBytesPerPicture = 1280.0 * 720.0 * 0.1 / 8.0;
+constexpr double kBitsPerByte = 8.0;
 // There is no network between them and us.
 constexpr const char* kConnectionType = "Embedded";
 
@@ -36,15 +38,8 @@ std::string Now() {
 
 }  // namespace
 
-double NominalRate(std::size_t pictures, std::chrono::duration<double> span) {
-    return span.count() > 0 ? static_cast<double>(pictures) * kBytesPerPicture / span.count() : 0.0;
-}
-
-ParticipantReports::ParticipantReports(std::string sessionName,
-                                       const std::vector<std::shared_ptr<RoomParticipant>>& participants)
-    : session(std::move(sessionName)) {
-    for (const auto& participant : participants) reporters.push_back({.participant = participant});
-}
+ParticipantReports::ParticipantReports(std::string sessionName, const ParticipantList& participants)
+    : session(std::move(sessionName)), list(participants) {}
 
 void ParticipantReports::Start() {
     thread = std::jthread([this](const std::stop_token& stop) { Run(stop); });
@@ -58,52 +53,82 @@ void ParticipantReports::Stop() {
 void ParticipantReports::Run(const std::stop_token& stop) {
     std::mutex mutex;
     std::condition_variable_any stopped;
-    auto last = std::chrono::steady_clock::now();
-    for (int measure = 0; !stop.stop_requested(); ++measure) {
-        if (measure % kMeasuresPerReport == 0) {
-            for (Reporter& reporter : reporters) {
-                if (stop.stop_requested()) return;
-                if (!reporter.participant->hasLeft) Send(reporter);
-            }
+    while (!stop.stop_requested()) {
+        Follow();
+        for (Reporter& reporter : reporters) {
+            if (stop.stop_requested()) return;
+            if (reporter.secondsToReport-- > 0) continue;
+            reporter.secondsToReport = kMeasuresPerReport - 1;
+            if (!reporter.participant->reportsItself) Send(reporter);
         }
         std::unique_lock lock(mutex);
         stopped.wait_for(lock, stop, kMeasureInterval, [] { return false; });
-        const auto now = std::chrono::steady_clock::now();
-        Measure(now - std::exchange(last, now));
-        if (!stop.stop_requested()) FeedLocalUser();
+        if (stop.stop_requested()) return;
+        Measure();
+        FeedLocalUser();
     }
 }
 
-void ParticipantReports::Measure(std::chrono::duration<double> span) {
-    for (Reporter& reporter : reporters) {
-        const std::size_t pictures = reporter.participant->pictures;
-        reporter.upload = NominalRate(pictures - std::exchange(reporter.countedPictures, pictures), span);
+void ParticipantReports::Follow() {
+    const ParticipantList::Snapshot all = list.Get();
+    const auto isOf = [](const auto& participant) {
+        return [&](const Reporter& reporter) { return reporter.participant == participant; };
+    };
+    std::erase_if(reporters, [&](const Reporter& reporter) {
+        return std::ranges::find(*all, reporter.participant) == all->end();
+    });
+    for (const auto& participant : *all) {
+        if (std::ranges::none_of(reporters, isOf(participant))) reporters.push_back({participant});
     }
+}
+
+void ParticipantReports::Measure() {
+    for (Reporter& reporter : reporters) reporter.figures = reporter.participant->media->Figures();
 }
 
 double ParticipantReports::TotalUpload() const {
     double total = 0;
-    for (const Reporter& reporter : reporters) total += reporter.upload;
+    for (const Reporter& reporter : reporters) total += reporter.figures.receivedRate / kBitsPerByte;
     return total;
 }
 
 void ParticipantReports::FeedLocalUser() const {
-    // Nobody in the embedded room receives what the own camera shows, so nothing is sent.
-    constexpr double kBitsPerByte = 8.0;
-    FeedConnectionStats({.downloadRate = TotalUpload() * kBitsPerByte});
+    LocalConnectionFigures local;
+    double measured = 0;
+    for (const Reporter& reporter : reporters) {
+        const ParticipantFigures& figures = reporter.figures;
+        local.uploadRate += figures.sentRate;
+        local.downloadRate += figures.receivedRate;
+        if (!figures.roundTripMs) continue;
+        ++measured;
+        local.roundTripMs += *figures.roundTripMs;
+        local.jitterMs += figures.jitterMs.value_or(0.0);
+    }
+    // Of all ways to the others the mean.
+    if (measured > 0) {
+        local.roundTripMs /= measured;
+        local.jitterMs /= measured;
+    }
+    FeedConnectionStats(local);
 }
 
 void ParticipantReports::Send(Reporter& reporter) const {
+    const ParticipantFigures& figures = reporter.figures;
+    const double upload = figures.receivedRate / kBitsPerByte;
+    const auto roundTrip =
+        figures.roundTripMs ? static_cast<int32_t>(std::lround(*figures.roundTripMs)) : reporter.serviceMs;
+    const auto jitter =
+        figures.jitterMs ? static_cast<int32_t>(std::lround(*figures.jitterMs)) : reporter.serviceJitterMs;
     const auto start = std::chrono::steady_clock::now();
-    RESTApi_SendConnectivityLog(session, Now(), TotalUpload() - reporter.upload, reporter.participant->id,
-                                reporter.roundTripMs, reporter.upload, reporter.jitterMs, kConnectionType,
-                                Diagnostics_GetCPUType(), Diagnostics_GetCPUAppUsage(),
-                                Diagnostics_GetCPUSystemUsage(), Diagnostics_GetPlatformVersion(),
-                                Diagnostics_GetOperatingSystem(), reporter.participant->id);
+    RESTApi_SendConnectivityLog(session, Now(), TotalUpload() - upload, reporter.participant->id, roundTrip,
+                                upload, jitter, kConnectionType, Diagnostics_GetCPUType(),
+                                Diagnostics_GetCPUAppUsage(), Diagnostics_GetCPUSystemUsage(),
+                                Diagnostics_GetPlatformVersion(), Diagnostics_GetOperatingSystem(),
+                                reporter.participant->id);
     const auto took = static_cast<int32_t>(
         std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
             .count());
-    reporter.jitterMs = std::abs(took - std::exchange(reporter.roundTripMs, took));
+    reporter.serviceJitterMs = std::abs(took - std::exchange(reporter.serviceMs, took));
 }
 
 }  // namespace Corvanta::Engine

@@ -8,6 +8,8 @@
 
 #include "engine/common/CallTracker.h"
 #include "engine/connections/ConnectionCallbacks.h"
+#include "engine/connections/EmbeddedMembers.h"
+#include "engine/connections/OwnStreamNames.h"
 #include "engine/connections/RoomStatus.h"
 #include "engine/connections/TrackSettings.h"
 #include "engine/mediamanager/MediaCallbacks.h"
@@ -25,8 +27,8 @@ namespace {
 constexpr PictureShape kDeviceShape{.width = 1280, .height = 720, .frameRate = 30};
 // How often a source is offered again while the library has no room for it.
 constexpr std::chrono::milliseconds kOfferInterval{50};
-// How often it is looked whether there is a picture to draw on.
-constexpr std::chrono::milliseconds kLookForViewEvery{500};
+// How long the members may take to let the local user in.
+constexpr std::chrono::seconds kEntryPatience{10};
 
 struct Registry {
     static Registry& Get() {
@@ -50,19 +52,22 @@ struct Registry {
     }
 };
 
-std::string NameOf(const Participant& description, std::size_t index) {
-    return description.name.empty() ? "Participant " + std::to_string(index + 1) : description.name;
+std::unique_ptr<RoomMembers> MakeMembers(const MembersMaker& make, const EngineOptions& options,
+                                         EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer) {
+    if (make) return make(loop, mixer);
+    return std::make_unique<EmbeddedMembers>(loop, mixer, options.participants, options.drawAfter);
 }
 
-// The turn of one among the generated persons, who alone take turns.
-SpeakingTurn TurnOf(const std::vector<Participant>& all, std::size_t index) {
-    SpeakingTurn turn{0, 0};
-    for (std::size_t other = 0; other < all.size(); ++other) {
-        if (ResolveSource(all[other].source).kind != ResolvedSource::Kind::Person) continue;
-        if (other < index) ++turn.index;
-        ++turn.count;
-    }
-    return turn;
+LocalTracks CurrentLocalTracks() {
+    const TrackSettings& tracks = TrackSettings::Get();
+    return {.audio = tracks.localAudioEnabled, .video = tracks.localVideoEnabled};
+}
+
+// The one that was asked for last; 0 for none.
+uint32_t OutboundBitrate() {
+    const TrackSettings& tracks = TrackSettings::Get();
+    const uint32_t asked = tracks.outboundBitrate;
+    return asked > 0 ? asked : tracks.defaultOutboundBitrate.load();
 }
 
 }  // namespace
@@ -73,7 +78,8 @@ std::shared_ptr<Room> Room::Current() {
     return registry.room;
 }
 
-bool Room::Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName) {
+bool Room::Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
+                const MembersMaker& makeMembers) {
     if (CallTracker::InsideCall()) {
         LOG(kLogError, "A room cannot be entered from inside a callback of the engine");
         return false;
@@ -82,7 +88,8 @@ bool Room::Open(const EngineOptions& options, std::string localDisplayName, std:
     CloseCurrent();
     Registry& registry = Registry::Get();
     const std::lock_guard life(registry.lifeMutex);
-    const auto room = std::make_shared<Room>(options, std::move(localDisplayName), std::move(sessionName));
+    const auto room =
+        std::make_shared<Room>(options, std::move(localDisplayName), std::move(sessionName), makeMembers);
     // Before anybody learns of the room: the first report must find the service.
     room->service.Start();
     {
@@ -90,7 +97,12 @@ bool Room::Open(const EngineOptions& options, std::string localDisplayName, std:
         registry.room = room;
     }
     room->loop.Start([room] { room->Run(); });
-    return true;
+    if (room->WaitForEntry()) return true;
+    static_cast<void>(registry.Take());
+    room->isClosing = true;
+    room->loop.Quit();
+    room->loop.Join();
+    return false;
 }
 
 void Room::CloseCurrent() {
@@ -118,50 +130,45 @@ void Room::CloseCurrent() {
     registry.roomEnded.wait(lock, [&] { return registry.ending == 0; });
 }
 
-Room::Room(const EngineOptions& options, std::string localDisplayName, std::string sessionName)
+Room::Room(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
+           const MembersMaker& makeMembers)
     : settings(options),
       localName(std::move(localDisplayName)),
       epoch(std::chrono::steady_clock::now()),
-      speaker(options.participants.size()),
       service(UserRoomService()),
+      reports(std::move(sessionName), participants),
       sound(loop),
+      members(MakeMembers(makeMembers, settings, loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(
           loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing)),
-      streams(loop, sound.Mixer(), isClosing) {
-    for (std::size_t index = 0; index < settings.participants.size(); ++index) {
-        const std::string name = NameOf(settings.participants[index], index);
-        participants.push_back(std::make_shared<RoomParticipant>(
-            index, "participant-" + std::to_string(index + 1) + "-" + name, name));
-    }
-    reports = std::make_unique<ParticipantReports>(std::move(sessionName), participants);
-}
+      streams(loop, sound.Mixer(), *members, isClosing) {}
 
 Room::~Room() = default;
 
+bool Room::WaitForEntry() {
+    auto told = entry.get_future();
+    if (told.wait_for(kEntryPatience) == std::future_status::ready) return told.get();
+    LOG(kLogError, "The room does not answer");
+    return false;
+}
+
 void Room::Run() {
-    loop.Post([] { TellRoomStatus(kRoomOpen); });
-    loop.Post([this] { sound.Open(); });
-    loop.Post([this] { camera->Follow(); });
-    for (const auto& participant : participants) {
-        loop.Post(
-            [this, participant] { OpenPlayback(participant, settings.participants[participant->index]); });
-        loop.Post([this, participant] { Announce(participant); });
-    }
-    if (settings.drawAfter) DrawAfter(*settings.drawAfter);
-    reports->Start();
+    loop.Post([this] { members->Start(MembersEvents()); });
     loop.Run();
-    reports->Stop();
+    reports.Stop();
     service.Stop();
     sound.Close();
-    TellRoomStatus(kRoomClosed);
+    if (isIn) TellRoomStatus(kRoomClosed);
     camera->End();
+    camera->outlet.Set(nullptr);
+    sound.Outlet().Set(nullptr);
     streams.Close();
-    for (const auto& participant : participants) {
-        if (participant->playback) participant->playback->Close();
+    for (const auto& participant : *participants.Get()) {
+        participant->media->Close();
         participant->sinks.Clear();
-        participant->playback.reset();
         participant->channel.Close();
     }
+    members->Stop();
     // Only a room that was closed from inside a callback is waited for by this count.
     Registry& registry = Registry::Get();
     const std::lock_guard lock(registry.roomMutex);
@@ -170,49 +177,102 @@ void Room::Run() {
     registry.roomEnded.notify_all();
 }
 
-void Room::OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, const Participant& description) {
-    const ResolvedSource resolved = ResolveSource(description.source);
-    PlaybackSource source{
-        .name = participant->name, .uri = resolved.uri, .makeScene = {}, .clipEpoch = epoch};
-    if (resolved.kind == ResolvedSource::Kind::TestPicture) {
-        source.makeScene = [name = participant->name] { return MakeTestScene(name); };
-    } else if (resolved.kind == ResolvedSource::Kind::Person) {
-        const SpeakingTurn turn = TurnOf(settings.participants, participant->index);
-        source.makeScene = [name = participant->name, turn] {
-            return MakePersonScene(name, turn.index, turn, ClipFormatFor(turn.count));
-        };
-    }
+RoomMembersEvents Room::MembersEvents() {
+    return {.entered = [this] { Enter(); },
+            .failed =
+                [this](const std::string& problem) {
+                    LOG(kLogError, "The room cannot be entered: %s", problem.c_str());
+                    if (!std::exchange(entryIsTold, true)) entry.set_value(false);
+                },
+            .joined = [this](ParticipantDescription description) { Add(std::move(description)); },
+            .left =
+                [this](const std::string& streamId, const std::string& reason) {
+                    if (const auto participant = Find(streamId)) Leave(participant, reason);
+                },
+            .dropped =
+                [](bool willRetry) {
+                    ConnectionCallbacks::Get().connectionDropped.Call(static_cast<bool>(willRetry), false);
+                },
+            .muted = [] { TellMutedRemotely(); },
+            .inView = [this] { return InView(); },
+            .speaker = [this] { return SpeakerId(); }};
+}
 
-    // The participant owns the playback, so the events do not own the participant.
+void Room::Enter() {
+    if (isClosing || std::exchange(entryIsTold, true)) return;
+    isIn = true;
+    const auto feed = members->PublishCamera(CurrentLocalTracks());
+    camera->outlet.Set(feed);
+    sound.Outlet().Set(feed);
+    if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) members->SetOutboundBitrate(bitrate);
+    reports.Start();
+    // Before anything of the library is called, which may wait for the thread that opens the room.
+    entry.set_value(true);
+    loop.Post([] { TellRoomStatus(kRoomOpen); });
+    loop.Post([this] { sound.Open(); });
+    loop.Post([this] { camera->Follow(); });
+    for (const auto& participant : *participants.Get()) Bring(participant);
+}
+
+void Room::Add(ParticipantDescription description) {
+    if (isClosing || !description.media) return;
+    if (Find(description.id)) {
+        LOG(kLogWarning, "\"%s\" is in the room already", description.id.c_str());
+        return;
+    }
+    const auto participant = std::make_shared<RoomParticipant>(joined++, std::move(description));
+    speaker.ReportJoined(participant->number);
+    participants.Add(participant);
+    if (isIn) Bring(participant);
+}
+
+void Room::Bring(const std::shared_ptr<RoomParticipant>& participant) {
+    loop.Post([this, participant] { OpenMedia(participant); });
+    loop.Post([this, participant] { Announce(participant); });
+}
+
+void Room::OpenMedia(const std::shared_ptr<RoomParticipant>& participant) {
+    if (isClosing || participant->hasLeft) return;
+    // The participant owns the media, so the events do not own the participant.
     RoomParticipant* const self = participant.get();
     const std::weak_ptr<RoomParticipant> weak = participant;
-    PlaybackEvents events{.picture =
-                              [this, self](const std::shared_ptr<const MappedPicture>& picture) {
-                                  self->Deliver(picture);
-                                  if (!self->hasPicture.exchange(true)) speaker.ReportPicture(self->index);
-                              },
-                          .loudness =
-                              [this, self](double meanSquare) {
-                                  self->loudness = std::clamp(std::sqrt(meanSquare), 0.0, 1.0);
-                                  speaker.ReportLoudness(self->index, self->Speaks() ? meanSquare : 0.0,
-                                                         std::chrono::steady_clock::now());
-                              },
-                          .withoutPicture = [self] { self->hasNoPicture = true; },
-                          .connection =
-                              [self](bool lost) {
-                                  MediaCallbacks::Get().connectionStatus.Call(self->id,
-                                                                              static_cast<bool>(lost));
-                              },
-                          .ended =
-                              [this, weak] {
-                                  loop.Post([this, weak] {
-                                      if (const auto leaving = weak.lock())
-                                          Leave(leaving, "the source has ended");
-                                  });
-                              }};
-    participant->playback =
-        std::make_shared<Playback>(loop, std::move(source), sound.Mixer(), std::move(events));
-    participant->playback->Open();
+    participant->media->Open({.picture =
+                                  [this, self, weak](const std::shared_ptr<const MappedPicture>& picture) {
+                                      self->Deliver(picture);
+                                      if (self->hasPicture.exchange(true)) return;
+                                      speaker.ReportPicture(self->number);
+                                      // One picture was wanted in any case, and no more where the video is
+                                      // off.
+                                      if (const auto shown = weak.lock()) ApplyTracks(shown);
+                                  },
+                              .loudness =
+                                  [this, self](double meanSquare) {
+                                      self->loudness = std::clamp(std::sqrt(meanSquare), 0.0, 1.0);
+                                      speaker.ReportLoudness(self->number, self->Speaks() ? meanSquare : 0.0,
+                                                             std::chrono::steady_clock::now());
+                                  },
+                              .withoutPicture = [self] { self->hasNoPicture = true; },
+                              .connection =
+                                  [self](bool lost) {
+                                      MediaCallbacks::Get().connectionStatus.Call(self->id,
+                                                                                  static_cast<bool>(lost));
+                                  },
+                              .channel =
+                                  [this, weak](bool isOpen) {
+                                      if (const auto speaking = weak.lock()) OnChannel(speaking, isOpen);
+                                  },
+                              .text =
+                                  [this, weak](std::string text) {
+                                      if (const auto speaking = weak.lock())
+                                          OnText(speaking, std::move(text));
+                                  },
+                              .ended =
+                                  [this, weak] {
+                                      loop.Post([this, weak] {
+                                          if (const auto leaving = weak.lock())
+                                              Leave(leaving, "the source has ended");
+                                      });
+                                  }});
     ApplyVolume(participant);
 }
 
@@ -227,43 +287,56 @@ void Room::Announce(const std::shared_ptr<RoomParticipant>& participant) {
     participant->sinks.AddOwned(std::unique_ptr<FrameCallback>(*sink));
     participant->hasEntered = true;
     LOG(kLogInformation, "\"%s\" has entered the room", participant->name.c_str());
-    participant->channel.Open();
     callbacks.videoTrackAdded.Call(participant->id);
-    ConnectionCallbacks::Get().participantJoined.Call();
-    if (participant->playback) participant->playback->Play();
+    if (participant->hasChannel) OpenChannel(participant);
+    participant->media->Play();
 }
 
-void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const char* reason) {
+void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const std::string& reason) {
     if (isClosing || participant->hasLeft.exchange(true)) return;
-    LOG(kLogInformation, "\"%s\" has left the room: %s", participant->name.c_str(), reason);
-    speaker.ReportGone(participant->index);
-    if (participant->playback) participant->playback->Close();
+    LOG(kLogInformation, "\"%s\" has left the room: %s", participant->name.c_str(), reason.c_str());
+    participants.Remove(participant);
+    speaker.ReportGone(participant->number);
+    chat.Forget(*participant);
+    participant->media->Close();
     participant->sinks.Clear();
     participant->channel.Close();
-    MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
+    if (participant->hasEntered) MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
 }
 
-void Room::DrawAfter(std::chrono::milliseconds wait) {
-    loop.PostAfter(wait, [this] {
-        if (isClosing) return;
-        DrawAfter(Draw() ? drawings.NextWait() : kLookForViewEvery);
+void Room::OnChannel(const std::shared_ptr<RoomParticipant>& participant, bool isOpen) {
+    if (std::exchange(participant->hasChannel, isOpen) == isOpen || !participant->hasEntered) return;
+    if (isOpen) {
+        OpenChannel(participant);
+    } else {
+        participant->channel.Close();
+    }
+}
+
+void Room::OpenChannel(const std::shared_ptr<RoomParticipant>& participant) {
+    participant->channel.Open();
+    ConnectionCallbacks::Get().participantJoined.Call();
+    participant->earlyTexts.Flush([&](const std::string& text) {
+        participant->channel.Deliver({participant->id, text});
+        return true;
     });
 }
 
-bool Room::Draw() {
-    std::vector<std::string> inView;
-    for (const auto& participant : participants) {
-        const bool isSeen = participant->hasEntered && participant->pictures > 0;
-        if (isSeen && !participant->hasLeft) inView.push_back(participant->id);
+void Room::OnText(const std::shared_ptr<RoomParticipant>& participant, std::string text) {
+    if (chat.Take(*participant, text) || !participant->dataPublished) return;
+    if (participant->hasEntered && participant->hasChannel && participant->earlyTexts.IsEmpty()) {
+        participant->channel.Deliver({participant->id, std::move(text)});
+    } else {
+        participant->earlyTexts.Send(std::move(text), [](const std::string&) { return false; });
     }
-    const auto message = drawings.Next(inView, SpeakerId());
-    const auto sender = message ? Find(message->senderId) : nullptr;
-    if (sender && sender->dataPublished) sender->channel.Deliver(*message);
-    return message.has_value();
 }
 
-void Room::Remove(const std::shared_ptr<RoomParticipant>& participant) {
-    loop.Post([this, participant] { Leave(participant, "removed by the local user"); });
+std::vector<std::string> Room::InView() const {
+    std::vector<std::string> ids;
+    for (const auto& participant : *participants.Get()) {
+        if (participant->hasEntered && participant->pictures > 0) ids.push_back(participant->id);
+    }
+    return ids;
 }
 
 std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {
@@ -290,7 +363,7 @@ std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {
         source.makeScene = [shownName] { return MakeTestScene(shownName); };
     } else if (resolved.kind == ResolvedSource::Kind::Person) {
         // It looks like none of the participants.
-        const std::size_t others = TurnOf(settings.participants, 0).count;
+        const std::size_t others = CountPersons(settings.participants);
         // A second turn where there is but one never comes: nobody hears the camera, so it does not speak.
         source.makeScene = [shownName, others] {
             return MakePersonScene(shownName, others, {.index = 1, .count = 1}, ClipFormatFor(others + 1));
@@ -300,10 +373,7 @@ std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {
 }
 
 std::shared_ptr<RoomParticipant> Room::Find(const std::string& streamId) const {
-    for (const auto& participant : participants) {
-        if (participant->id == streamId && !participant->hasLeft) return participant;
-    }
-    return nullptr;
+    return participants.Find(streamId);
 }
 
 std::shared_ptr<SinkList> Room::FindSinks(const std::string& sourceId) const {
@@ -314,15 +384,17 @@ std::shared_ptr<SinkList> Room::FindSinks(const std::string& sourceId) const {
 }
 
 std::optional<std::string> Room::SpeakerId() const {
-    const auto index = speaker.Get();
-    if (!index) return std::nullopt;
-    return participants[*index]->id;
+    const auto number = speaker.Get();
+    if (!number) return std::nullopt;
+    for (const auto& participant : *participants.Get()) {
+        if (participant->number == *number) return participant->id;
+    }
+    return std::nullopt;
 }
 
 RoomStatus Room::Status() const {
     RoomStatus status{.connected = true};
-    for (const auto& participant : participants) {
-        if (participant->hasLeft) continue;
+    for (const auto& participant : *participants.Get()) {
         const std::size_t pictures = participant->pictures;
         ++status.participants;
         status.pictures += pictures;
@@ -338,8 +410,8 @@ RoomStatus Room::Status() const {
 std::vector<ParticipantInfo> Room::Participants() const {
     const auto speaking = SpeakerId();
     std::vector<ParticipantInfo> all;
-    for (const auto& participant : participants) {
-        if (participant->hasLeft || !participant->hasEntered) continue;
+    for (const auto& participant : *participants.Get()) {
+        if (!participant->hasEntered) continue;
         all.push_back({.streamId = participant->id,
                        .name = participant->name,
                        .volume = participant->volume,
@@ -349,37 +421,94 @@ std::vector<ParticipantInfo> Room::Participants() const {
     return all;
 }
 
+bool Room::SendChat(const std::string& text) {
+    auto message = chat.Write(text);
+    return message && SendText(std::move(*message));
+}
+
+bool Room::SendText(std::string text) {
+    if (isClosing) return false;
+    loop.Post([this, sent = std::move(text)]() mutable { members->SendText(std::move(sent)); });
+    return true;
+}
+
+void Room::Remove(const std::shared_ptr<RoomParticipant>& participant) {
+    loop.Post([this, participant] {
+        if (participant->hasLeft) return;
+        members->Remove(participant->id);
+        Leave(participant, "removed by the local user");
+    });
+}
+
+void Room::Mute(const std::string& streamId) {
+    if (TypeOfStream(OwnId(), streamId) == StreamType::Camera) loop.Post(TellMutedRemotely);
+    const auto participant = Find(streamId);
+    if (!participant) return;
+    participant->muted = true;
+    ApplyVolume(participant);
+    loop.Post([this, participant] {
+        if (!participant->hasLeft) members->Mute(participant->id);
+    });
+}
+
+void Room::ConfigureStream(const std::string& streamId, const TrackSwitches& switches) {
+    const auto participant = Find(streamId);
+    if (!participant) {
+        loop.Post([this, streamId, switches] { members->Configure(streamId, switches); });
+        return;
+    }
+    if (switches.video) participant->videoPublished = *switches.video;
+    if (switches.audio) participant->audioPublished = *switches.audio;
+    if (switches.data) participant->dataPublished = *switches.data;
+    ApplyVolume(participant);
+}
+
+void Room::Restart(const std::string& streamId, const RestartRequest& request) {
+    const auto participant = Find(streamId);
+    loop.Post([this, participant, streamId, request] {
+        if (!participant) {
+            members->RequestRestart(streamId, request);
+        } else if (!participant->hasLeft) {
+            participant->media->Restart(request.immediately);
+        }
+    });
+}
+
 void Room::ApplyVolume(const std::shared_ptr<RoomParticipant>& participant) {
     loop.Post([participant] {
-        if (!participant->playback) return;
+        if (participant->hasLeft) return;
         const auto group =
-            participant->isExternalSource ? RemoteAudioGroup::Streams : RemoteAudioGroup::Participants;
-        participant->playback->SetGain(participant->Volume() *
-                                       TrackSettings::Get().groupFactors[static_cast<std::size_t>(group)]);
+            participant->soundsAsStream ? RemoteAudioGroup::Streams : RemoteAudioGroup::Participants;
+        participant->media->SetGain(participant->Volume() *
+                                    TrackSettings::Get().groupFactors[static_cast<std::size_t>(group)]);
+    });
+    ApplyTracks(participant);
+}
+
+void Room::ApplyTracks(const std::shared_ptr<RoomParticipant>& participant) {
+    loop.Post([participant] {
+        if (!participant->hasLeft) participant->media->SetTracks(participant->WantedTracks());
     });
 }
 
 void Room::ApplyVolumes() {
-    for (const auto& participant : participants) ApplyVolume(participant);
+    for (const auto& participant : *participants.Get()) ApplyVolume(participant);
     streams.ApplyVolume();
+}
+
+void Room::ApplyLocalTracks() {
+    loop.Post([this] {
+        sound.FollowMicrophone();
+        members->SetCameraTracks(CurrentLocalTracks());
+    });
+}
+
+void Room::ApplyOutboundBitrate() {
+    loop.Post([this] { members->SetOutboundBitrate(OutboundBitrate()); });
 }
 
 void Room::OpenSoundDevices() {
     loop.Post([this] { sound.Open(); });
-}
-
-void Room::ApplyMicrophone() {
-    loop.Post([this] { sound.FollowMicrophone(); });
-}
-
-void Room::ReportMuted() {
-    loop.Post(TellMutedRemotely);
-}
-
-void Room::Restart(const std::shared_ptr<RoomParticipant>& participant, bool immediately) {
-    loop.Post([participant, immediately] {
-        if (participant->playback && !participant->hasLeft) participant->playback->Restart(immediately);
-    });
 }
 
 }  // namespace Corvanta::Engine

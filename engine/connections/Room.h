@@ -1,12 +1,12 @@
-// The embedded room: participants that play files, URIs and generated clips, and the local user's streams. It
-// announces them to the library on the engine's own thread. One at a time in the process; the functions of
-// Connections, MediaManager and WebRTC reach it through Current.
+// The open room: the participants whom its members bring, and the local user's streams. It announces them to
+// the library on the engine's own thread. One at a time in the process; the functions of Connections,
+// MediaManager and WebRTC reach it through Current.
 #pragma once
 
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,10 +15,12 @@
 #include "engine/Engine.h"
 #include "engine/common/EngineLoop.h"
 #include "engine/connections/OwnStreams.h"
+#include "engine/connections/ParticipantList.h"
 #include "engine/connections/ParticipantReports.h"
 #include "engine/connections/RoomCamera.h"
+#include "engine/connections/RoomChat.h"
+#include "engine/connections/RoomMembers.h"
 #include "engine/connections/RoomParticipant.h"
-#include "engine/connections/ScriptedDrawings.h"
 #include "engine/roomservice/RoomService.h"
 #include "engine/webrtc/ActiveSpeaker.h"
 #include "engine/webrtc/RoomSound.h"
@@ -29,14 +31,17 @@ class Room final : public std::enable_shared_from_this<Room> {
 public:
     // The room that is open, or null. Any thread; never waits for anything but the copy of a pointer.
     [[nodiscard]] static std::shared_ptr<Room> Current();
-    // Closes an open room, then opens one. False, and a log line, when that is impossible.
-    static bool Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName);
+    // Closes an open room, then opens one and waits, some seconds at most, until its members let the local
+    // user in. False, and a log line, when that is impossible. Without a maker: the embedded members.
+    static bool Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
+                     const MembersMaker& makeMembers = {});
     // Closes the open room, if any. On return none of its callbacks is in progress and none follows. On a
     // thread that is inside such a callback the room closes as soon as that callback has returned.
     static void CloseCurrent();
 
     // Use Open.
-    Room(const EngineOptions& options, std::string localDisplayName, std::string sessionName);
+    Room(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
+         const MembersMaker& makeMembers);
     ~Room();
     Room(const Room&) = delete;
     Room& operator=(const Room&) = delete;
@@ -53,46 +58,74 @@ public:
     [[nodiscard]] std::optional<std::string> SpeakerId() const;
     [[nodiscard]] RoomStatus Status() const;
     [[nodiscard]] std::vector<ParticipantInfo> Participants() const;
-    // The participant leaves for good, some moments later.
-    void Remove(const std::shared_ptr<RoomParticipant>& participant);
+    // Under which the others know the local user; empty while nobody does.
+    [[nodiscard]] std::string OwnId() const { return members->OwnId(); }
 
-    // Takes over changed volumes.
+    // See Engine.h.
+    bool SendChat(const std::string& text);
+
+    // Those below are carried out some moments later.
+
+    // To all others; false for a room that is closing.
+    bool SendText(std::string text);
+    // The participant leaves for good.
+    void Remove(const std::shared_ptr<RoomParticipant>& participant);
+    // Switches its microphone off for all. The local user is told instead where the id is that one's.
+    void Mute(const std::string& streamId);
+    // Switches parts of a stream on and off: of a participant's for this side, of an own one for all.
+    void ConfigureStream(const std::string& streamId, const TrackSwitches& switches);
+    // Connects a participant, or an own stream, again.
+    void Restart(const std::string& streamId, const RestartRequest& request);
+    // Takes over changed volumes and switches of a participant's.
     void ApplyVolume(const std::shared_ptr<RoomParticipant>& participant);
+    void ApplyTracks(const std::shared_ptr<RoomParticipant>& participant);
     void ApplyVolumes();
-    void Restart(const std::shared_ptr<RoomParticipant>& participant, bool immediately);
+    // Takes over the switches of the local tracks, and the outbound bit rate.
+    void ApplyLocalTracks();
+    void ApplyOutboundBitrate();
     // Opens the speaker and the microphone that the settings name.
     void OpenSoundDevices();
-    // Takes over whether the own microphone is enabled.
-    void ApplyMicrophone();
-    // Tells the listeners of the room's status that another one has muted the user.
-    void ReportMuted();
     [[nodiscard]] const RoomSound& Sound() const { return sound; }
 
 private:
     void Run();
-    void OpenPlayback(const std::shared_ptr<RoomParticipant>& participant, const Participant& description);
+    [[nodiscard]] RoomMembersEvents MembersEvents();
+    void Enter();
+    // Whether the members let the local user in.
+    [[nodiscard]] bool WaitForEntry();
+    void Add(ParticipantDescription description);
+    // Has it opened and announced.
+    void Bring(const std::shared_ptr<RoomParticipant>& participant);
+    void OpenMedia(const std::shared_ptr<RoomParticipant>& participant);
     void Announce(const std::shared_ptr<RoomParticipant>& participant);
-    void Leave(const std::shared_ptr<RoomParticipant>& participant, const char* reason);
-    void DrawAfter(std::chrono::milliseconds wait);
-    // False while the local user sees nobody.
-    bool Draw();
+    void Leave(const std::shared_ptr<RoomParticipant>& participant, const std::string& reason);
+    void OnChannel(const std::shared_ptr<RoomParticipant>& participant, bool isOpen);
+    void OpenChannel(const std::shared_ptr<RoomParticipant>& participant);
+    void OnText(const std::shared_ptr<RoomParticipant>& participant, std::string text);
+    [[nodiscard]] std::vector<std::string> InView() const;
     [[nodiscard]] std::optional<PlaybackSource> CameraSource(int32_t index) const;
 
     const EngineOptions settings;
     const std::string localName;
     const std::chrono::steady_clock::time_point epoch;
-    std::vector<std::shared_ptr<RoomParticipant>> participants;
+    ParticipantList participants;
     ActiveSpeaker speaker;
+    RoomChat chat;
     // Open from the room's beginning to its end.
     RoomService service;
-    std::unique_ptr<ParticipantReports> reports;
+    ParticipantReports reports;
     std::atomic<bool> isClosing = false;
+    // Whether the local user is in; told once.
+    std::promise<bool> entry;
     EngineLoop loop;
     RoomSound sound;
+    const std::unique_ptr<RoomMembers> members;
     const std::shared_ptr<RoomCamera> camera;
     OwnStreams streams;
     // The engine's thread alone.
-    ScriptedDrawings drawings;
+    std::uint64_t joined = 0;
+    bool entryIsTold = false;
+    bool isIn = false;
 };
 
 }  // namespace Corvanta::Engine

@@ -58,6 +58,7 @@ void RoomCamera::ClosePlayback() {
 
 void RoomCamera::Deliver(const std::shared_ptr<const MappedPicture>& picture) {
     if (!delivers || !TrackSettings::Get().localVideoEnabled) return;
+    outlet.PushPicture(picture);
     sinks.Deliver([&] { return MakeFrame(picture); });
 }
 

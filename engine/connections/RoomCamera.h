@@ -17,6 +17,7 @@
 #include <optional>
 
 #include "engine/common/EngineLoop.h"
+#include "engine/connections/LocalFeed.h"
 #include "engine/mediamanager/SinkList.h"
 #include "engine/webrtc/MappedPicture.h"
 #include "engine/webrtc/Playback.h"
@@ -59,6 +60,8 @@ public:
     void Reopen();
 
     SinkList sinks{"Own camera"};
+    // Where the pictures go that others are to see; none while the video track is off.
+    FeedOutlet outlet;
 
 private:
     // Absent: the library does not know of it. Offered: it is to be announced.

@@ -1,25 +1,38 @@
-// One participant of the embedded room: what the library may ask and switch on any thread, and the sinks that
-// its pictures go to.
+// One participant of the open room: what the library may ask and switch on any thread, and the sinks that its
+// pictures go to.
 #pragma once
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
+#include "engine/connections/RoomMembers.h"
+#include "engine/connections/TextBacklog.h"
 #include "engine/mediamanager/DataChannel.h"
 #include "engine/mediamanager/SinkList.h"
 #include "engine/webrtc/MappedPicture.h"
-#include "engine/webrtc/Playback.h"
 
 namespace Corvanta::Engine {
 
 class RoomParticipant final {
 public:
-    RoomParticipant(std::size_t position, std::string streamId, std::string displayName)
-        : index(position), id(std::move(streamId)), name(std::move(displayName)), sinks(name) {}
+    // `joinNumber`: the larger the later it joined.
+    RoomParticipant(std::uint64_t joinNumber, ParticipantDescription description)
+        : number(joinNumber),
+          id(std::move(description.id)),
+          name(std::move(description.name)),
+          memberId(description.memberId.empty() ? id : std::move(description.memberId)),
+          type(description.type),
+          isExternalSource(description.isExternalSource),
+          reportsItself(description.reportsItself),
+          media(std::move(description.media)),
+          sinks(name),
+          earlyTexts(name) {}
 
-    // Hands a picture to the sinks unless the video is switched off. The playback's streaming thread.
+    // Hands a picture to the sinks unless the video is switched off. The media's streaming thread.
     void Deliver(const std::shared_ptr<const MappedPicture>& picture) {
         if (!videoEnabled || !videoPublished) return;
         if (sinks.Deliver([&] { return MakeFrame(picture); }) > 0) ++pictures;
@@ -29,10 +42,22 @@ public:
     [[nodiscard]] double Volume() const { return audioEnabled && Speaks() ? volume.load() : 0.0; }
     // Whether any sound comes from it.
     [[nodiscard]] bool Speaks() const { return audioPublished && !muted; }
+    // What the media is to bring. Sound also where this listener has turned it off, because who speaks is
+    // told by it; and one picture in any case (see hasPicture).
+    [[nodiscard]] MediaTracks WantedTracks() const {
+        return {.audio = Speaks(),
+                .video = (videoEnabled && videoPublished) || !hasPicture,
+                .data = dataPublished};
+    }
 
-    const std::size_t index;
+    const std::uint64_t number;
     const std::string id;
     const std::string name;
+    const std::string memberId;
+    const StreamType type;
+    const bool isExternalSource;
+    const bool reportsItself;
+    const std::shared_ptr<ParticipantMedia> media;
     SinkList sinks;
 
     // Switched by this listener, and for all.
@@ -42,7 +67,8 @@ public:
     std::atomic<bool> videoEnabled = true, videoPublished = true;
     std::atomic<bool> dataPublished = true;
     std::atomic<double> volume = 1.0;
-    std::atomic<bool> isExternalSource = false;
+    // Its sound belongs to the group of the streams.
+    std::atomic<bool> soundsAsStream = false;
     // Of the last piece of sound: the root of its mean square, 0 to 1.
     std::atomic<double> loudness = 0.0;
 
@@ -56,8 +82,10 @@ public:
     std::atomic<bool> hasLeft = false;
 
     // The engine's thread alone.
-    std::shared_ptr<Playback> playback;
+    bool hasChannel = false;
     DataChannel channel;
+    // What it said before the library knew of it.
+    TextBacklog earlyTexts;
 };
 
 }  // namespace Corvanta::Engine

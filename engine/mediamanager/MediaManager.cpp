@@ -1,4 +1,4 @@
-// The functions of platform/MediaManager.h over the embedded room.
+// The functions of platform/MediaManager.h over the open room.
 #include "platform/MediaManager.h"
 
 #include <utility>
@@ -114,8 +114,8 @@ std::string MediaManager_IsLocalVideoSourceRunning(int32_t captureIndex) {
 }
 
 bool MediaManager_SendDatachannelMessage(const char* text) {
-    // The participants of the embedded room keep nothing of what the local user draws.
-    return text != nullptr && Room::Current() != nullptr;
+    const auto room = Room::Current();
+    return text != nullptr && room != nullptr && room->SendText(text);
 }
 
 void MediaManager_StopLocalVideoSource(const std::string& sourceId) {

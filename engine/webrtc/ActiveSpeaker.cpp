@@ -1,6 +1,7 @@
 #include "engine/webrtc/ActiveSpeaker.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace Corvanta::Engine {
 
@@ -24,8 +25,6 @@ constexpr double kTakeOver = 2.5;
 
 }  // namespace
 
-ActiveSpeaker::ActiveSpeaker(std::size_t participants) : voices(participants) {}
-
 void ActiveSpeaker::Note(Voice& voice, double meanSquare, Time now) {
     if (voice.isSpeaking && !Speaks(voice, now)) {
         voice.isSpeaking = false;
@@ -45,7 +44,7 @@ void ActiveSpeaker::Note(Voice& voice, double meanSquare, Time now) {
 }
 
 bool ActiveSpeaker::Speaks(const Voice& voice, Time now) {
-    return voice.isSpeaking && !voice.isGone && now - voice.latest <= kLongestPause;
+    return voice.isSpeaking && now - voice.latest <= kLongestPause;
 }
 
 bool ActiveSpeaker::HasSpoken(const Voice& voice, milliseconds duration) {
@@ -66,44 +65,48 @@ double ActiveSpeaker::Loudness(const Voice& voice) {
     return *middle;
 }
 
-void ActiveSpeaker::ReportLoudness(std::size_t participant, double meanSquare, Time now) {
+void ActiveSpeaker::ReportJoined(Number participant) {
     const std::lock_guard lock(voicesMutex);
-    if (participant >= voices.size()) return;
-    Voice& voice = voices[participant];
+    voices.try_emplace(participant);
+}
+
+void ActiveSpeaker::ReportGone(Number participant) {
+    const std::lock_guard lock(voicesMutex);
+    voices.erase(participant);
+    if (speaker == participant) speaker.reset();
+}
+
+void ActiveSpeaker::ReportLoudness(Number participant, double meanSquare, Time now) {
+    const std::lock_guard lock(voicesMutex);
+    const auto found = voices.find(participant);
+    if (found == voices.end()) return;
+    Voice& voice = found->second;
     Note(voice, meanSquare, now);
     // Only somebody's own sound gives the picture, so the others are compared with, and no more.
     if (speaker == participant || meanSquare < kSpeaking || !Speaks(voice, now) || !HasSpoken(voice, kSpeech))
         return;
     const double loudness = Loudness(voice);
-    for (std::size_t other = 0; other < voices.size(); ++other) {
-        if (other == participant || !Speaks(voices[other], now)) continue;
+    for (const auto& [number, other] : voices) {
+        if (number == participant || !Speaks(other, now)) continue;
         // A noise of somebody else hinders nobody.
-        if (speaker != other && !HasSpoken(voices[other], kSpeech - kTogether)) continue;
-        const double margin = speaker == other ? kTakeOver : 1.0;
-        if (Loudness(voices[other]) * margin > loudness) return;
+        if (speaker != number && !HasSpoken(other, kSpeech - kTogether)) continue;
+        const double margin = speaker == number ? kTakeOver : 1.0;
+        if (Loudness(other) * margin > loudness) return;
     }
     speaker = participant;
 }
 
-void ActiveSpeaker::ReportPicture(std::size_t participant) {
+void ActiveSpeaker::ReportPicture(Number participant) {
     const std::lock_guard lock(voicesMutex);
-    if (participant < voices.size()) voices[participant].hasPicture = true;
+    if (const auto found = voices.find(participant); found != voices.end()) found->second.hasPicture = true;
 }
 
-void ActiveSpeaker::ReportGone(std::size_t participant) {
-    const std::lock_guard lock(voicesMutex);
-    if (participant >= voices.size()) return;
-    voices[participant].isGone = true;
-    if (speaker == participant) speaker.reset();
-}
-
-std::optional<std::size_t> ActiveSpeaker::Get() const {
+std::optional<ActiveSpeaker::Number> ActiveSpeaker::Get() const {
     const std::lock_guard lock(voicesMutex);
     if (speaker) return speaker;
-    for (std::size_t index = 0; index < voices.size(); ++index) {
-        if (voices[index].hasPicture && !voices[index].isGone) return index;
-    }
-    return std::nullopt;
+    const auto first =
+        std::ranges::find_if(voices, [](const auto& entry) { return entry.second.hasPicture; });
+    return first != voices.end() ? std::optional(first->first) : std::nullopt;
 }
 
 }  // namespace Corvanta::Engine

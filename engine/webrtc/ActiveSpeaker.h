@@ -5,11 +5,11 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
+#include <cstdint>
 #include <deque>
+#include <map>
 #include <mutex>
 #include <optional>
-#include <vector>
 
 namespace Corvanta::Engine {
 
@@ -17,19 +17,23 @@ class ActiveSpeaker final {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    // Participants are numbered in the order of the room's list.
-    explicit ActiveSpeaker(std::size_t participants);
+    // Participants are told apart by numbers, which grow in the order in which they join.
+    using Number = std::uint64_t;
+
+    // Whoever has not joined, or has gone, is not listened to. A number never joins twice.
+    void ReportJoined(Number participant);
+    void ReportGone(Number participant);
 
     // Mean square of a participant's sound since the report before, 1.0 for a full-scale square wave; 0 for
     // one who is muted. Some ten reports a second are wanted of everybody.
-    void ReportLoudness(std::size_t participant, double meanSquare, Time now);
-    // A participant has delivered a picture, or has left.
-    void ReportPicture(std::size_t participant);
-    void ReportGone(std::size_t participant);
+    void ReportLoudness(Number participant, double meanSquare, Time now);
+    // A participant has delivered a picture.
+    void ReportPicture(Number participant);
 
-    // Who spoke last, or speaks now. Until anybody has spoken: the first of the list who has a picture.
+    // Who spoke last, or speaks now. Until anybody has spoken: of those who have a picture, the one
+    // who joined first.
     // Nothing when there is none.
-    [[nodiscard]] std::optional<std::size_t> Get() const;
+    [[nodiscard]] std::optional<Number> Get() const;
 
 private:
     struct Report {
@@ -43,7 +47,6 @@ private:
         Time first, certain, latest;
         bool isSpeaking = false;
         bool hasPicture = false;
-        bool isGone = false;
     };
 
     static void Note(Voice& voice, double meanSquare, Time now);
@@ -54,8 +57,8 @@ private:
     [[nodiscard]] static double Loudness(const Voice& voice);
 
     mutable std::mutex voicesMutex;  // guards: everything below
-    std::vector<Voice> voices;
-    std::optional<std::size_t> speaker;
+    std::map<Number, Voice> voices;
+    std::optional<Number> speaker;
 };
 
 }  // namespace Corvanta::Engine

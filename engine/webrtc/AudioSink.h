@@ -1,10 +1,11 @@
-// The end of a pipeline's sound: measures its loudness and hands it to the room's mixer, or lets it end in
-// nothing. Any thread.
+// The end of a pipeline's sound: measures its loudness and hands it to the room's mixer, to a listener, to
+// both or to nobody. Any thread.
 #pragma once
 
 #include <gst/app/gstappsink.h>
 #include <gst/gst.h>
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -16,8 +17,12 @@ namespace Corvanta::Engine {
 
 class AudioSink final {
 public:
-    // Without a mixer the sound is measured and not heard.
-    explicit AudioSink(std::shared_ptr<SoundMixer> roomMixer);
+    // Sound in the mixer's format on the pipeline's streaming thread, ahead of the gain, with when it is due
+    // on the clock of GStreamer's system; GST_CLOCK_TIME_NONE for now.
+    using Listener = std::function<void(GstBuffer* samples, GstClockTime due)>;
+
+    // Without a mixer the sound is not heard; the listener may be empty.
+    explicit AudioSink(std::shared_ptr<SoundMixer> roomMixer, Listener soundListener = {});
     AudioSink(const AudioSink&) = delete;
     AudioSink& operator=(const AudioSink&) = delete;
 
@@ -39,6 +44,7 @@ private:
     GstFlowReturn OnSample(GstAppSink* sink);
 
     const std::shared_ptr<SoundMixer> mixer;
+    const Listener listener;
     std::mutex inputMutex;  // guards: input
     std::shared_ptr<SoundMixer::Input> input;
 };

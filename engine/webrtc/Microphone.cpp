@@ -1,11 +1,13 @@
 #include "engine/webrtc/Microphone.h"
 
-#include "engine/webrtc/AudioSink.h"
+#include <utility>
+
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
 
-Microphone::Microphone(EngineLoop& engineLoop) : loop(engineLoop) {}
+Microphone::Microphone(EngineLoop& engineLoop, AudioSink::Listener soundListener)
+    : loop(engineLoop), soundSink(nullptr, std::move(soundListener)) {}
 
 Microphone::~Microphone() {
     Close();
@@ -16,8 +18,7 @@ bool Microphone::Open(const GstOwned<GstElement>& source) {
     if (!source) return false;
     pipeline.reset(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
     gst_bin_add(GST_BIN(pipeline.get()), GST_ELEMENT(gst_object_ref(source.get())));
-    AudioSink measured{nullptr};
-    GstElement* const end = measured.MakeBin(0);
+    GstElement* const end = soundSink.MakeBin(0);
     if (end == nullptr) {
         Close();
         return false;

@@ -7,13 +7,15 @@
 #include <atomic>
 
 #include "engine/common/EngineLoop.h"
+#include "engine/webrtc/AudioSink.h"
 #include "engine/webrtc/GstSupport.h"
 
 namespace Corvanta::Engine {
 
 class Microphone final {
 public:
-    explicit Microphone(EngineLoop& engineLoop);
+    // The listener, which may be empty, gets what is captured.
+    Microphone(EngineLoop& engineLoop, AudioSink::Listener soundListener);
     ~Microphone();
     Microphone(const Microphone&) = delete;
     Microphone& operator=(const Microphone&) = delete;
@@ -33,7 +35,8 @@ private:
     EngineLoop& loop;
     std::atomic<bool> isOpen = false;
     std::atomic<double> loudness = 0;
-    // The engine's thread alone.
+    // The engine's thread alone. The sink outlives its pipeline.
+    AudioSink soundSink;
     GstOwned<GstElement> pipeline;
     GstOwned<GSource> watch;
 };

@@ -74,7 +74,7 @@ Playback::Playback(EngineLoop& engineLoop, PlaybackSource playedSource, std::sha
                     if (!hasDelivered.exchange(true)) PostHere([](Playback& self) { self.OnFirstPicture(); });
                     events.picture(picture);
                 }),
-      audioSink(std::move(mixer)) {}
+      audioSink(std::move(mixer), events.sound) {}
 
 Playback::~Playback() {
     Close();

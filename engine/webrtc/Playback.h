@@ -19,7 +19,7 @@
 
 namespace Corvanta::Engine {
 
-// What a playback reports: the picture on a streaming thread, the others on the engine's.
+// What a playback reports: the picture and the sound on streaming threads, the others on the engine's.
 struct PlaybackEvents {
     VideoSink::PictureCallback picture;
     // Mean square of a piece of sound.
@@ -32,6 +32,8 @@ struct PlaybackEvents {
     std::function<void()> ended;
     // Nothing of the source can be played, and it is not tried again. May be empty.
     std::function<void()> failed = {};
+    // The sound itself, as AudioSink::Listener has it. May be empty.
+    AudioSink::Listener sound = {};
 };
 
 struct PlaybackSource {

@@ -6,7 +6,9 @@
 namespace Corvanta::Engine {
 
 RoomSound::RoomSound(EngineLoop& engineLoop)
-    : mixer(std::make_shared<SoundMixer>(engineLoop)), microphone(engineLoop) {}
+    : mixer(std::make_shared<SoundMixer>(engineLoop)),
+      microphone(engineLoop,
+                 [this](GstBuffer* samples, GstClockTime due) { outlet.PushSound(samples, due); }) {}
 
 void RoomSound::Open() {
     if (isClosed) return;

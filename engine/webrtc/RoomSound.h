@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "engine/common/EngineLoop.h"
+#include "engine/connections/LocalFeed.h"
 #include "engine/webrtc/Microphone.h"
 #include "engine/webrtc/SoundMixer.h"
 
@@ -26,9 +27,12 @@ public:
     // Any thread.
     [[nodiscard]] const std::shared_ptr<SoundMixer>& Mixer() const { return mixer; }
     [[nodiscard]] const Microphone& OwnMicrophone() const { return microphone; }
+    // Where the microphone's sound goes.
+    [[nodiscard]] FeedOutlet& Outlet() { return outlet; }
 
 private:
     const std::shared_ptr<SoundMixer> mixer;
+    FeedOutlet outlet;
     Microphone microphone;
     bool isClosed = false;
 };

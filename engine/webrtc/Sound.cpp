@@ -45,7 +45,7 @@ bool WebRTC_SpeakerIsNone() {
 
 void WebRTC_SetEnabledLocalAudioTrack(bool enabled, int32_t index) {
     if (index != 0 || TrackSettings::Get().localAudioEnabled.exchange(enabled) == enabled) return;
-    if (const auto room = Room::Current()) room->ApplyMicrophone();
+    if (const auto room = Room::Current()) room->ApplyLocalTracks();
 }
 
 bool WebRTC_IsLocalAudioTrackEnabled(int32_t index) {
@@ -71,7 +71,7 @@ double WebRTC_GetRemoteAudioTrackVolume(const std::string& streamId) {
 
 void WebRTC_SetRemoteAudioTrackIsExternalSource(const std::string& streamId, bool isExternalSource) {
     ChangeParticipant(streamId,
-                      [&](RoomParticipant& participant) { participant.isExternalSource = isExternalSource; });
+                      [&](RoomParticipant& participant) { participant.soundsAsStream = isExternalSource; });
 }
 
 void WebRTC_SetRemoteAudioTrackModifier(Corvanta::RemoteAudioGroup group, double volume) {

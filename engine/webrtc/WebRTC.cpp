@@ -46,7 +46,8 @@ void WebRTC_Terminate() {
 }
 
 void WebRTC_SetEnabledLocalVideoTrack(bool enabled, int32_t index) {
-    if (index == 0) TrackSettings::Get().localVideoEnabled = enabled;
+    if (index != 0 || TrackSettings::Get().localVideoEnabled.exchange(enabled) == enabled) return;
+    if (const auto room = Room::Current()) room->ApplyLocalTracks();
 }
 
 bool WebRTC_IsLocalVideoTrackEnabled(int32_t index) {
@@ -57,7 +58,9 @@ bool WebRTC_IsLocalVideoTrackEnabled(int32_t index) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void WebRTC_SetEnabledRemoteVideoTrack(std::string streamId, bool enabled) {
     const auto room = Room::Current();
-    if (const auto participant = room ? room->Find(streamId) : nullptr) participant->videoEnabled = enabled;
+    const auto participant = room ? room->Find(streamId) : nullptr;
+    if (!participant || participant->videoEnabled.exchange(enabled) == enabled) return;
+    room->ApplyTracks(participant);
 }
 
 void WebRTC_SetConnectionStatsCallback(Corvanta::ConnectionStatsCallback callback) {

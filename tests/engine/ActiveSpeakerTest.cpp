@@ -24,7 +24,9 @@ double FromDb(double decibels) {
 // Turns the clock by itself: everybody's loudness in decibels, for so many reports.
 class Talk {
 public:
-    explicit Talk(std::size_t participants) : speaker(participants) {}
+    explicit Talk(std::size_t participants) {
+        for (std::size_t index = 0; index < participants; ++index) speaker.ReportJoined(index);
+    }
 
     void Sounds(const std::vector<double>& decibels, int reports) {
         for (int report = 0; report < reports; ++report) {
@@ -34,7 +36,7 @@ public:
             }
         }
     }
-    [[nodiscard]] std::optional<std::size_t> Speaker() const { return speaker.Get(); }
+    [[nodiscard]] std::optional<ActiveSpeaker::Number> Speaker() const { return speaker.Get(); }
 
     ActiveSpeaker speaker;
 
@@ -230,7 +232,9 @@ TEST(ActiveSpeaker, TakesWhoIsNoMoreReportedForSilent) {
 }
 
 TEST(ActiveSpeaker, JudgesByTimeAndNotByTheNumberOfReports) {
-    ActiveSpeaker speaker(2);
+    ActiveSpeaker speaker;
+    speaker.ReportJoined(0);
+    speaker.ReportJoined(1);
     speaker.ReportPicture(0);
     ActiveSpeaker::Time now;
     for (int report = 0; report < 90; ++report)
@@ -242,11 +246,29 @@ TEST(ActiveSpeaker, JudgesByTimeAndNotByTheNumberOfReports) {
 }
 
 TEST(ActiveSpeaker, IgnoresWhomItDoesNotKnow) {
-    ActiveSpeaker speaker(0);
+    ActiveSpeaker speaker;
     speaker.ReportPicture(3);
     speaker.ReportGone(3);
     speaker.ReportLoudness(3, 1.0, {});
     EXPECT_EQ(speaker.Get(), std::nullopt);
+}
+
+TEST(ActiveSpeaker, HearsNewcomersAndPrefersThoseWhoJoinedBefore) {
+    Talk talk(1);
+    talk.speaker.ReportGone(0);
+    talk.speaker.ReportJoined(7);
+    talk.speaker.ReportJoined(3);
+    talk.speaker.ReportPicture(7);
+    EXPECT_EQ(talk.Speaker(), 7U);
+    talk.speaker.ReportPicture(3);
+    EXPECT_EQ(talk.Speaker(), 3U);
+    ActiveSpeaker::Time now;
+    for (int report = 0; report < kSpeech; ++report) {
+        talk.speaker.ReportLoudness(7, FromDb(kVoice), now += kReport);
+    }
+    EXPECT_EQ(talk.Speaker(), 7U);
+    talk.speaker.ReportGone(7);
+    EXPECT_EQ(talk.Speaker(), 3U);
 }
 
 }  // namespace

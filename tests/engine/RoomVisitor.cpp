@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/EngineSettings.h"
+#include "engine/connections/Room.h"
 #include "platform/Connections.h"
 #include "platform/WebRTC.h"
 #include "tests/engine/Eventually.h"
@@ -57,6 +59,7 @@ int RoomVisitor::Enter(const std::vector<Participant>& participants) {
         const std::lock_guard lock(streamsMutex);
         events.emplace_back("joined");
     });
+    if (makeMembers) return Room::Open(CurrentOptions(), "Me", "session", makeMembers) ? 1 : -1;
     return Connections_InitConnection(nullptr, nullptr, "session", "", "", "", "Me", true, true, true,
                                       nullptr);
 }

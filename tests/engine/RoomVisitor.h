@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "engine/Engine.h"
+#include "engine/connections/RoomMembers.h"
 #include "platform/MediaManager.h"
 #include "tests/engine/TemporaryFolder.h"
 
@@ -34,6 +35,8 @@ public:
     // Null sinks are answered for the first so many offers.
     std::atomic<int> refusals = 0;
     std::atomic<int> offers = 0;
+    // Who brings the participants; empty: the embedded members. To be set before entering.
+    MembersMaker makeMembers;
     // When the default participants begin to draw.
     std::optional<std::chrono::milliseconds> drawAfter;
     // Called on the decode threads with each frame, before it is remembered. To be set before entering.

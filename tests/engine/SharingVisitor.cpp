@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "engine/EngineSettings.h"
+#include "engine/connections/Room.h"
 #include "platform/Connections.h"
 #include "platform/WebRTC.h"
 #include "tests/engine/Eventually.h"
@@ -60,6 +62,10 @@ void SharingVisitor::Enter(const std::string& camera, const std::vector<Particip
         [this](const std::string& streamId, bool status) {
             Tell((status ? "plays " : "ended ") + streamId);
         });
+    if (makeMembers) {
+        ASSERT_TRUE(Room::Open(CurrentOptions(), "Me", "session", makeMembers));
+        return;
+    }
     ASSERT_NE(
         Connections_InitConnection(nullptr, nullptr, "session", "", "", "", "Me", true, true, true, nullptr),
         -1);

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "engine/Engine.h"
+#include "engine/connections/RoomMembers.h"
 #include "platform/MediaManager.h"
 #include "tests/engine/TemporaryFolder.h"
 
@@ -32,6 +33,8 @@ public:
 
     // Null sinks are answered for the first so many offers.
     std::atomic<int> refusals = 0;
+    // Who brings the participants; empty: the embedded members. To be set before entering.
+    MembersMaker makeMembers;
     // Called on the engine's thread with each announcement, before it is taken. To be set before entering.
     std::function<void(StreamType, const std::string& sourceId)> onAdd;
     // Called on the capturing threads with each frame. To be set before entering.

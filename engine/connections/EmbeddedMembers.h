@@ -1,0 +1,64 @@
+// The members of a room that needs nobody else: participants of this process, who play files, URIs and
+// generated clips, and who may draw now and then. What the local user sends and publishes goes nowhere.
+// Threads as RoomMembers says.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/Engine.h"
+#include "engine/connections/PlaybackMedia.h"
+#include "engine/connections/RoomMembers.h"
+#include "engine/connections/ScriptedDrawings.h"
+
+namespace Corvanta::Engine {
+
+// How many of them are generated persons, who take turns in speaking.
+[[nodiscard]] std::size_t CountPersons(const std::vector<Participant>& participants);
+
+class EmbeddedMembers final : public RoomMembers {
+public:
+    EmbeddedMembers(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
+                    std::vector<Participant> participants,
+                    std::optional<std::chrono::milliseconds> drawingBegins);
+
+    void Start(RoomMembersEvents handlers) override;
+    void Stop() override;
+    [[nodiscard]] std::string OwnId() const override;
+    // They keep nothing of what the local user draws and writes.
+    void SendText(std::string) override {}
+    [[nodiscard]] std::shared_ptr<LocalFeed> PublishCamera(const LocalTracks&) override { return nullptr; }
+    [[nodiscard]] std::shared_ptr<LocalFeed> PublishStream(StreamType, const std::string&) override {
+        return nullptr;
+    }
+    void Unpublish(StreamType) override {}
+    void SetCameraTracks(const LocalTracks&) override {}
+    void SetOutboundBitrate(uint32_t) override {}
+    void Configure(const std::string&, const TrackSwitches&) override {}
+    void RequestRestart(const std::string&, const RestartRequest&) override {}
+    void Mute(const std::string&) override {}
+    void Remove(const std::string&) override {}
+
+private:
+    [[nodiscard]] ParticipantDescription Describe(std::size_t index);
+    void DrawAfter(std::chrono::milliseconds wait);
+    // False while the local user sees nobody.
+    bool Draw();
+
+    EngineLoop& loop;
+    const std::shared_ptr<SoundMixer> mixer;
+    const std::vector<Participant> all;
+    const std::optional<std::chrono::milliseconds> drawAfter;
+    const std::chrono::steady_clock::time_point epoch;
+    RoomMembersEvents events;
+    bool isStopped = false;
+    // By stream id; whoever has left is gone.
+    std::map<std::string, std::weak_ptr<PlaybackMedia>> media;
+    ScriptedDrawings drawings;
+};
+
+}  // namespace Corvanta::Engine

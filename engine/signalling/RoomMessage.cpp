@@ -19,6 +19,8 @@ using namespace RoomMessages;
 struct Malformed final : std::exception {};
 
 constexpr std::size_t kIdLength = 32;
+// No message is nested like that, and what is would keep the hub busy for long.
+constexpr int kDeepest = 16;
 
 const std::string& TextOf(const json& object, const char* name) {
     return object.at(name).get_ref<const std::string&>();
@@ -130,9 +132,13 @@ struct Writer {
 }  // namespace
 
 std::optional<RoomMessage> ReadRoomMessage(std::string_view line) {
-    const json object = json::parse(line, nullptr, false);
-    if (!object.is_object()) return std::nullopt;
+    const auto isShallow = [](int depth, json::parse_event_t, json&) {
+        if (depth > kDeepest) throw Malformed();
+        return true;
+    };
     try {
+        const json object = json::parse(line, isShallow, false);
+        if (!object.is_object()) return std::nullopt;
         return Read(object);
     } catch (const json::exception&) {
         return std::nullopt;

@@ -53,6 +53,14 @@ TEST(RoomMessage, MayHaveMoreThanIsKnown) {
     EXPECT_EQ(*message, RoomMessage(Left{"ab"}));
 }
 
+TEST(RoomMessage, MayBeNestedALittle) {
+    const auto nested = [](std::size_t depth) {
+        return R"({"kind":"later","x":)" + std::string(depth, '[') + std::string(depth, ']') + "}";
+    };
+    EXPECT_TRUE(ReadRoomMessage(nested(10)));
+    EXPECT_FALSE(ReadRoomMessage(nested(100)));
+}
+
 TEST(RoomMessage, ThatIsMalformedIsNone) {
     for (const std::string& line : {
              std::string(),

@@ -25,7 +25,7 @@ protected:
     std::optional<std::string> TakeAll(const std::vector<std::string>& pieces) {
         std::optional<std::string> whole;
         for (const std::string& piece : pieces) {
-            EXPECT_EQ(whole, std::nullopt);
+            EXPECT_FALSE(whole);
             whole = Take(piece);
         }
         return whole;
@@ -48,7 +48,7 @@ TEST_F(TextPieces, GiveTheTextThatWasSplit) {
         const auto pieces = SplitText(text, sequence++);
         for (const std::string& piece : pieces) EXPECT_LE(piece.size(), kLongestPiece);
         EXPECT_LE(pieces.size(), size / 16'000 + 1);
-        EXPECT_EQ(TakeAll(pieces), text);
+        EXPECT_TRUE(TakeAll(pieces) == text) << size;
         EXPECT_EQ(joiner.UnfinishedTexts(), 0U);
         EXPECT_EQ(joiner.UnfinishedBytes(), 0U);
     }
@@ -58,7 +58,7 @@ TEST_F(TextPieces, TakeTheGreatestNumbers) {
     const std::string text(100'000, 'x');
     const auto pieces = SplitText(text, UINT64_MAX);
     for (const std::string& piece : pieces) EXPECT_LE(piece.size(), kLongestPiece);
-    EXPECT_EQ(TakeAll(pieces), text);
+    EXPECT_TRUE(TakeAll(pieces) == text);
 }
 
 TEST_F(TextPieces, AreCutBetweenCharacters) {
@@ -68,14 +68,14 @@ TEST_F(TextPieces, AreCutBetweenCharacters) {
     ASSERT_GT(pieces.size(), 4U);
     for (const std::string& piece : pieces)
         EXPECT_NE(static_cast<unsigned char>(BodyOf(piece)[0]) & 0xC0U, 0x80U);
-    EXPECT_EQ(TakeAll(pieces), text);
+    EXPECT_TRUE(TakeAll(pieces) == text);
 }
 
 TEST_F(TextPieces, CarryWhatIsNoText) {
     std::string bytes(50'000, '\x80');
     bytes[3] = '\n';
     bytes[4] = '\0';
-    EXPECT_EQ(TakeAll(SplitText(bytes, 1)), bytes);
+    EXPECT_TRUE(TakeAll(SplitText(bytes, 1)) == bytes);
 }
 
 TEST_F(TextPieces, OfTwoTextsMayAlternate) {
@@ -90,9 +90,9 @@ TEST_F(TextPieces, OfTwoTextsMayAlternate) {
         EXPECT_FALSE(Take(second[index]));
     }
     EXPECT_EQ(joiner.UnfinishedTexts(), 2U);
-    EXPECT_EQ(Take(first[2]), one);
+    EXPECT_TRUE(Take(first[2]) == one);
     EXPECT_FALSE(Take(second[2]));
-    EXPECT_EQ(Take(second[3]), two);
+    EXPECT_TRUE(Take(second[3]) == two);
     EXPECT_EQ(joiner.UnfinishedBytes(), 0U);
 }
 
@@ -105,7 +105,7 @@ TEST_F(TextPieces, ThatComeTwiceCountOnce) {
             for (const std::string& piece : pieces)
                 for (int count = 0; count < 2; ++count)
                     if (const auto joined = Take(piece)) whole.push_back(*joined);
-        EXPECT_EQ(whole, std::vector{text});
+        EXPECT_TRUE(whole == std::vector{text}) << whole.size();
         EXPECT_EQ(joiner.UnfinishedTexts(), 0U);
     }
 }
@@ -167,7 +167,7 @@ TEST_F(TextPieces, ThatAreGarbageChangeNothing) {
         EXPECT_EQ(joiner.UnfinishedTexts(), 1U) << garbage.substr(0, 40);
     }
     EXPECT_FALSE(Take(pieces[1]));
-    EXPECT_EQ(Take(pieces[2]), text);
+    EXPECT_TRUE(Take(pieces[2]) == text);
 }
 
 TEST_F(TextPieces, OfATextThatIsTooLongGoWholeWithOneLine) {
@@ -215,7 +215,7 @@ TEST_F(TextPieces, OfManyLongTextsAreBoundedInAll) {
     EXPECT_LE(most, TextJoiner::kMostBytes);
     EXPECT_GT(most, TextJoiner::kMostBytes / 2);
     EXPECT_FALSE(Take(texts.front().back()));
-    EXPECT_EQ(Take(texts.back().back()), std::string(kSize, '5'));
+    EXPECT_TRUE(Take(texts.back().back()) == std::string(kSize, '5'));
 }
 
 TEST_F(TextPieces, WaitHalfAMinuteForTheRest) {
@@ -229,7 +229,7 @@ TEST_F(TextPieces, WaitHalfAMinuteForTheRest) {
     joiner.Expire(now);
     EXPECT_EQ(joiner.UnfinishedTexts(), 1U);
     EXPECT_FALSE(Take(first[1]));
-    EXPECT_EQ(Take(second[1]), text);
+    EXPECT_TRUE(Take(second[1]) == text);
     EXPECT_EQ(joiner.UnfinishedBytes(), 0U);
 }
 
@@ -253,7 +253,8 @@ TEST_F(TextPieces, InAnyOrderNeverGrowBeyondTheBounds) {
         if (random() % 4 == 0 && !piece.empty())
             piece[random() % std::min<std::size_t>(piece.size(), 30)] = '7';
         now += milliseconds(random() % 20);
-        if (const auto whole = Take(piece)) EXPECT_LE(whole->size(), 1'000'000U);
+        const auto whole = Take(piece);
+        EXPECT_LE(whole.value_or("").size(), 1'000'000U);
         EXPECT_LE(joiner.UnfinishedTexts(), TextJoiner::kMostUnfinished);
         EXPECT_LE(joiner.UnfinishedBytes(), TextJoiner::kMostBytes);
     }

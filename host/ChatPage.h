@@ -1,8 +1,14 @@
-// The lines that the person has written in this room, and a field for the next. Main thread only.
+// What has been written in this room, by the person and by the others, and a field for the next line. Main
+// thread only.
 #pragma once
 
 #include <QWidget>
 
+#include <functional>
+
+#include "engine/Engine.h"
+
+class QLabel;
 class QLineEdit;
 class QListWidget;
 
@@ -10,14 +16,21 @@ namespace Corvanta::Host {
 
 class ChatPage final : public QWidget {
 public:
-    explicit ChatPage(QWidget* parent);
+    // onLine: somebody else has written, and the line is shown.
+    ChatPage(QWidget* parent, std::function<void()> onLine);
+    ~ChatPage() override;
+
+    void Add(const Engine::ChatLine& line);
 
 private:
     void Send();
+    void AddRow(const QString& text);
 
+    const std::function<void()> onLine_;
     // Children of this page.
     QListWidget* lines_ = nullptr;
     QLineEdit* field_ = nullptr;
+    QLabel* problem_ = nullptr;
 };
 
 }  // namespace Corvanta::Host

@@ -33,7 +33,7 @@ RoomControls::RoomControls(HostWindow& window)
           {.close = [this] { ClosePanel(); },
            .openSettings = [this] { OpenSettings(); },
            .remove = [this](const std::string& id, const std::string& name) { AskToRemove(id, name); },
-           .tellJoined = [] { SDLInterface_VideoRoomSetShowSidebarNotification(true); }})),
+           .tellNews = [] { SDLInterface_VideoRoomSetShowSidebarNotification(true); }})),
       mixer_(new AudioMixer(&window, [] { SDLInterface_VideoRoomUntoggleAudioMixer(); })),
       palette_(new DrawPalette(window, [this] { SetDrawTool(false); })),
       passing_(new Notice(window, Notice::Height::Low)),

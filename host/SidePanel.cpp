@@ -22,6 +22,7 @@ namespace {
 constexpr std::chrono::milliseconds kLookWhenShown{100};
 constexpr std::chrono::milliseconds kLookWhenHidden{500};
 constexpr int kMargin = 8;
+constexpr int kChatPage = 0;
 
 }  // namespace
 
@@ -34,7 +35,8 @@ SidePanel::SidePanel(QWidget* parent, Wishes wishes) : QWidget(parent), wishes_(
     // A narrow panel scrolls its tabs rather than growing.
     pages_->setUsesScrollButtons(true);
     people_ = new PeopleList(pages_, wishes_.remove);
-    pages_->addTab(new ChatPage(pages_), QStringLiteral("&Chat"));
+    pages_->addTab(new ChatPage(pages_, [this] { OnChatLine(); }), QString());
+    MarkChat(false);
     pages_->addTab(new NotesPage(pages_), QStringLiteral("&Notes"));
     pages_->addTab(people_, QStringLiteral("&People"));
     rows->addWidget(pages_, 1);
@@ -94,10 +96,22 @@ void SidePanel::Look() {
     const bool joined = known_ && !std::ranges::includes(*known_, there);
     known_ = std::move(there);
     if (isVisible()) {
+        if (pages_->currentIndex() == kChatPage) MarkChat(false);
         people_->SetPeople(people);
     } else if (joined) {
-        wishes_.tellJoined();
+        wishes_.tellNews();
     }
+}
+
+void SidePanel::OnChatLine() {
+    if (isVisible() && pages_->currentIndex() == kChatPage) return;
+    MarkChat(true);
+    // An open panel shows the mark itself.
+    if (!isVisible()) wishes_.tellNews();
+}
+
+void SidePanel::MarkChat(bool isUnread) {
+    pages_->setTabText(kChatPage, isUnread ? QStringLiteral("&Chat \u2022") : QStringLiteral("&Chat"));
 }
 
 }  // namespace Corvanta::Host

@@ -25,8 +25,9 @@ public:
         std::function<void()> close;
         std::function<void()> openSettings;
         PeopleList::OnRemove remove;
-        // Somebody has come while the panel was hidden.
-        std::function<void()> tellJoined;
+        // Something has happened that the person does not see: somebody has come while the panel was hidden,
+        // or has written while the chat was not open.
+        std::function<void()> tellNews;
     };
 
     SidePanel(QWidget* parent, Wishes wishes);
@@ -42,6 +43,9 @@ protected:
 
 private:
     void Look();
+    void OnChatLine();
+    // Marks the tab of the chat, or takes the mark away.
+    void MarkChat(bool isUnread);
 
     const Wishes wishes_;
     // Children of this panel.

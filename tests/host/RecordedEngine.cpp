@@ -29,6 +29,11 @@ std::function<void()>& Listener() {
     return listener;
 }
 
+std::function<void(const Engine::ChatLine&)>& ChatListener() {
+    static std::function<void(const Engine::ChatLine&)> listener;
+    return listener;
+}
+
 }  // namespace
 
 EngineAnswers& Answers() {
@@ -52,6 +57,10 @@ void FireDevicesChanged() {
     if (Listener()) Listener()();
 }
 
+void FireChatLine(const Engine::ChatLine& line) {
+    if (ChatListener()) ChatListener()(line);
+}
+
 void EndShared(StreamType type) {
     const std::scoped_lock lock(CallsMutex());
     std::erase(Shared(), type);
@@ -72,6 +81,16 @@ std::vector<std::string> ListDevices(DeviceKind kind) {
 
 void SetDevicesChangedListener(std::function<void()> listener) {
     Host::Listener() = std::move(listener);
+}
+
+bool SendChat(const std::string& text) {
+    const std::scoped_lock lock(CallsMutex());
+    if (Answers().chatIsSent) Calls().push_back("chat " + text);
+    return Answers().chatIsSent;
+}
+
+void SetChatListener(std::function<void(const ChatLine&)> listener) {
+    Host::ChatListener() = std::move(listener);
 }
 
 std::vector<ScreenTarget> ListScreenTargets() {

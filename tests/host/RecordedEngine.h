@@ -19,18 +19,22 @@ struct EngineAnswers {
     // Why no stream starts; nothing lets it start.
     std::optional<std::string> shareFailure;
     bool connected = true;
+    bool chatIsSent = true;
 };
 
 [[nodiscard]] EngineAnswers& Answers();
 // Everything as at the start of the program.
 void ResetEngine();
 
-// Each call that changes something, in order: "share 4 clip.mp4", "stop 4", "remove p1", "set Key value". And
+// Each call that changes something, in order: "share 4 clip.mp4", "stop 4", "remove p1", "set Key value",
+// "chat text". And
 // forgets them.
 [[nodiscard]] std::vector<std::string> TakeEngineCalls();
 
 // As if devices had come or gone.
 void FireDevicesChanged();
+// As if somebody had written.
+void FireChatLine(const Engine::ChatLine& line);
 // As if a shared stream had ended by itself.
 void EndShared(StreamType type);
 

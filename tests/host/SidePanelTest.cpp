@@ -12,8 +12,10 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include <chrono>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/host/RecordedEngine.h"
@@ -36,7 +38,7 @@ protected:
                          .openSettings = [this] { wishes_.emplace_back("settings"); },
                          .remove = [this](const std::string& id,
                                           const std::string& name) { wishes_.push_back(id + " " + name); },
-                         .tellJoined = [this] { ++joined_; }});
+                         .tellNews = [this] { ++news_; }});
         panel_->resize(300, 480);
     }
 
@@ -59,7 +61,7 @@ protected:
     }
 
     std::vector<std::string> wishes_;
-    int joined_ = 0;
+    int news_ = 0;
     std::unique_ptr<SidePanel> panel_;
 };
 
@@ -75,6 +77,78 @@ TEST_F(SidePanelTest, KeepsTheOwnLinesOfTheChat) {
     const auto* const lines = panel_->findChild<QListWidget*>();
     ASSERT_EQ(lines->count(), 1);
     EXPECT_EQ(lines->item(0)->text(), "You: Hello");
+    EXPECT_THAT(TakeEngineCalls(), ElementsAre("chat Hello"));
+}
+
+TEST_F(SidePanelTest, KeepsALineThatCouldNotBeSent) {
+    Open(0);
+    Answers().chatIsSent = false;
+    auto* const field = panel_->findChild<QLineEdit*>();
+    QTest::keyClicks(field, "Hello");
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(field->text(), "Hello");
+    EXPECT_EQ(panel_->findChild<QListWidget*>()->count(), 0);
+    EXPECT_TRUE(Says("This was not sent. Try again in a moment"));
+    Answers().chatIsSent = true;
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(field->text(), "");
+    EXPECT_EQ(panel_->findChild<QListWidget*>()->count(), 1);
+}
+
+TEST_F(SidePanelTest, ShowsWhatTheOthersWriteAsPlainText) {
+    Open(0);
+    const auto now = std::chrono::system_clock::now();
+    std::thread([&] { FireChatLine({"Ada", "<b>Grüße</b>\nan alle", now}); }).join();
+    const auto* const lines = panel_->findChild<QListWidget*>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return lines->count() == 1; }));
+    const QString shown = lines->item(0)->text();
+    EXPECT_TRUE(shown.startsWith("Ada (")) << shown.toStdString();
+    EXPECT_TRUE(shown.endsWith("): <b>Grüße</b>\nan alle")) << shown.toStdString();
+    EXPECT_EQ(news_, 0) << "it is seen at once";
+}
+
+TEST_F(SidePanelTest, TellsOfLinesThatNobodySees) {
+    const auto write = [this] {
+        const auto* const lines = panel_->findChild<QListWidget*>();
+        const int before = lines->count();
+        FireChatLine({"Ada", "Hello", std::chrono::system_clock::now()});
+        return QTest::qWaitFor([&] { return lines->count() == before + 1; });
+    };
+    const auto* const pages = panel_->findChild<QTabWidget*>();
+    const QString read = pages->tabText(0);
+    ASSERT_TRUE(write());
+    EXPECT_EQ(news_, 1);
+    EXPECT_NE(pages->tabText(0), read);
+    Open(0);
+    EXPECT_EQ(pages->tabText(0), read);
+    ASSERT_TRUE(write());
+    EXPECT_EQ(news_, 1);
+    // On another page the tab says it.
+    Open(1);
+    ASSERT_TRUE(write());
+    EXPECT_EQ(news_, 1);
+    EXPECT_NE(pages->tabText(0), read);
+    Open(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return pages->tabText(0) == read; }));
+}
+
+TEST_F(SidePanelTest, KeepsNoMoreLinesThanAreRead) {
+    Open(0);
+    for (int line = 0; line < 1100; ++line)
+        FireChatLine({"Ada", std::to_string(line), std::chrono::system_clock::now()});
+    const auto* const lines = panel_->findChild<QListWidget*>();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return lines->count() > 0 && lines->item(lines->count() - 1)->text().endsWith(": 1099"); }));
+    EXPECT_EQ(lines->count(), 1000);
+}
+
+TEST_F(SidePanelTest, ListensToNobodyAfterItHasGone) {
+    FireChatLine({"Ada", "late", std::chrono::system_clock::now()});
+    panel_.reset();
+    QCoreApplication::processEvents();
+    FireChatLine({"Ada", "later", std::chrono::system_clock::now()});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(news_, 0);
 }
 
 TEST_F(SidePanelTest, KeepsTheNotesInTheSettings) {
@@ -111,18 +185,18 @@ TEST_F(SidePanelTest, AsksToRemoveThatPerson) {
 
 TEST_F(SidePanelTest, TellsOfArrivalsWhileItIsHidden) {
     QTest::qWait(700);
-    EXPECT_EQ(joined_, 0) << "those who were there have not come";
+    EXPECT_EQ(news_, 0) << "those who were there have not come";
     Answers().participants.push_back({"p3", "Cy", 1.0, 0.0, false});
-    EXPECT_TRUE(QTest::qWaitFor([this] { return joined_ == 1; }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return news_ == 1; }));
     Answers().participants.erase(Answers().participants.begin());
     QTest::qWait(700);
-    EXPECT_EQ(joined_, 1);
+    EXPECT_EQ(news_, 1);
     Open(0);
     Answers().participants.push_back({"p4", "Di", 1.0, 0.0, false});
     QTest::qWait(300);
     panel_->hide();
     QTest::qWait(700);
-    EXPECT_EQ(joined_, 1);
+    EXPECT_EQ(news_, 1);
 }
 
 TEST_F(SidePanelTest, SaysWhatIsOnAndTheKeyToTalk) {

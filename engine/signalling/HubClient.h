@@ -42,7 +42,7 @@ struct HubClientEvents {
 class HubClient final {
 public:
     // What Send keeps while there is no hub, and while the hub does not read.
-    static constexpr std::size_t kMostKept = 1024U * 1024U;
+    static constexpr std::size_t kMostKept = std::size_t{1024} * 1024;
 
     HubClient(GMainContext* context, HubClientEvents events);
     // Leaves.

@@ -12,9 +12,9 @@ namespace Corvanta::Engine {
 
 namespace {
 
-constexpr std::size_t kBlock = 16U * 1024U;
+constexpr std::size_t kBlock = std::size_t{16} * 1024;
 // What was sent is taken off the front of the queue when it has grown to that.
-constexpr std::size_t kSentBytesKept = 64U * 1024U;
+constexpr std::size_t kSentBytesKept = std::size_t{64} * 1024;
 
 OwnedSource Watch(GMainContext* context, GSocket* socket, GIOCondition condition, GSocketSourceFunc function,
                   gpointer data) {

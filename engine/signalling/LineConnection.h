@@ -19,7 +19,7 @@ namespace Corvanta::Engine {
 class LineConnection final : public std::enable_shared_from_this<LineConnection> {
 public:
     // What is kept for an end that does not read.
-    static constexpr std::size_t kMostQueued = 1024U * 1024U;
+    static constexpr std::size_t kMostQueued = std::size_t{1024} * 1024;
 
     enum class End {
         // The other end has closed, or the system has.

@@ -17,7 +17,7 @@ namespace Corvanta::Engine {
 
 constexpr int kRoomVersion = 1;
 // With its line feed.
-constexpr std::size_t kLongestLine = 512U * 1024U;
+constexpr std::size_t kLongestLine = std::size_t{512} * 1024;
 constexpr std::size_t kLongestName = 256;
 constexpr std::size_t kLongestId = 64;
 constexpr std::size_t kMostMembers = 64;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view kMark = "t1";
 // The mark, three numbers of at most 20 digits, and what stands between them.
-constexpr std::size_t kLongestHead = kMark.size() + 3 * 21 + 1;
+constexpr std::size_t kLongestHead = kMark.size() + std::size_t{3} * 21 + 1;
 constexpr std::size_t kMostBytesOfPiece = kLongestPiece - kLongestHead;
 // No character of UTF-8 has more bytes that continue it.
 constexpr std::size_t kMostContinued = 3;

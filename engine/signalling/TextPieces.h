@@ -21,9 +21,9 @@
 namespace Corvanta::Engine {
 
 // On the wire, with the line of numbers.
-constexpr std::size_t kLongestPiece = 16U * 1024U;
+constexpr std::size_t kLongestPiece = std::size_t{16} * 1024;
 // What a receiver joins.
-constexpr std::size_t kLongestText = 64U * 1024U * 1024U;
+constexpr std::size_t kLongestText = std::size_t{64} * 1024 * 1024;
 
 // The pieces of a text, in the order in which they are to be sent; at least one. Cuts between characters
 // where the text is UTF-8. A text beyond kLongestText is cut as any other, and no receiver takes it.

@@ -99,13 +99,13 @@ TEST_F(HubClientTest, CarriesDescriptionsButNothingThatIsTooLong) {
     RoomGuest two(loop, product);
     ASSERT_TRUE(one.Enters("one"));
     ASSERT_TRUE(two.Enters("two"));
-    const std::string description(256 * 1024, '\n');
+    const std::string description(256U * 1024U, '\n');
     EXPECT_FALSE(two.Send(one.OwnId(), std::string(kLongestLine, 'x')));
     EXPECT_FALSE(two.Send(one.OwnId(), std::string(kLongestLine - 100, 'x')));
     EXPECT_FALSE(two.Send("abc", "to nobody"));
     EXPECT_FALSE(two.Send(two.OwnId(), "to myself"));
     EXPECT_FALSE(two.Send("", ""));
-    EXPECT_TRUE(two.Send(one.OwnId(), description.substr(0, 250 * 1024)));
+    EXPECT_TRUE(two.Send(one.OwnId(), description.substr(0, 250U * 1024U)));
     EXPECT_TRUE(two.Send(one.OwnId(), "after"));
     ASSERT_TRUE(one.events.HearsMessage(two.OwnId(), "after"));
     EXPECT_EQ(one.events.Count("message"), 2U);
@@ -161,6 +161,28 @@ TEST_F(HubClientTest, GoesOnWhenTheOneWithTheHubLeaves) {
     EXPECT_EQ(three.events.Count("joined"), 0U);
     ASSERT_TRUE(one.Enters("one"));
     EXPECT_EQ(one.Members().size(), 2U);
+}
+
+TEST_F(HubClientTest, LeavesTheNextHubToThoseWhoWereThere) {
+    RoomGuest one(loop, product);
+    RoomGuest two(loop, product);
+    RoomEvents events;
+    std::unique_ptr<HubClient> newcomer;
+    ASSERT_TRUE(one.Enters("one"));
+    ASSERT_TRUE(two.Enters("two"));
+    two.onEvent = [&](const std::string& kind, HubClient&) {
+        if (kind != "lost") return;
+        // Looks for a hub before those who have just lost theirs do.
+        newcomer = std::make_unique<HubClient>(loop.Context(), NotedIn(events));
+        newcomer->Join("room", "newcomer", product);
+    };
+    one.Leave();
+    EXPECT_TRUE(events.Hears("entered"));
+    EXPECT_TRUE(two.events.Hears("joined", events.Id()));
+    EXPECT_TRUE(two.HasHub());
+    EXPECT_EQ(two.events.Count("back"), 1U);
+    EXPECT_EQ(two.events.Count("entered"), 1U);
+    loop.Do([&] { newcomer.reset(); });
 }
 
 TEST_F(HubClientTest, KeepsWhatIsSentWhileThereIsNoHub) {

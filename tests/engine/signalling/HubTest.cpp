@@ -295,7 +295,7 @@ TEST_F(HubTest, CutsOffAMemberThatDoesNotRead) {
     LogLines log;
     // The hub's queue and the system's own, with the rate at which the hub reads: a second.
     std::thread talking([&] {
-        const std::string payload(64 * 1024, 'x');
+        const std::string payload(64U * 1024U, 'x');
         for (int count = 0; count < 48; ++count) sender.Say(To{MemberIdOf("2"), payload});
         sender.Say(To{MemberIdOf("1"), "done"});
     });

@@ -138,7 +138,6 @@ TEST_F(TextPieces, ThatAreGarbageChangeNothing) {
     const std::string text(40'000, 'x');
     const auto pieces = SplitText(text, 5);
     EXPECT_FALSE(Take(pieces[0]));
-    const std::string longest = pieces[0];
     for (const std::string& garbage : {std::string(),
                                        std::string("{}"),
                                        std::string("t"),

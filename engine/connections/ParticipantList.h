@@ -15,7 +15,7 @@ class ParticipantList final {
 public:
     using Snapshot = std::shared_ptr<const std::vector<std::shared_ptr<RoomParticipant>>>;
 
-    // Never null.
+    // Never null. To be kept in a variable while it is gone through: a loop over `*Get()` keeps nothing.
     [[nodiscard]] Snapshot Get() const;
     // Null when there is none of that stream id.
     [[nodiscard]] std::shared_ptr<RoomParticipant> Find(const std::string& streamId) const;

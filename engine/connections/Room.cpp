@@ -163,7 +163,8 @@ void Room::Run() {
     camera->outlet.Set(nullptr);
     sound.Outlet().Set(nullptr);
     streams.Close();
-    for (const auto& participant : *participants.Get()) {
+    const ParticipantList::Snapshot all = participants.Get();
+    for (const auto& participant : *all) {
         participant->media->Close();
         participant->sinks.Clear();
         participant->channel.Close();
@@ -211,7 +212,8 @@ void Room::Enter() {
     loop.Post([] { TellRoomStatus(kRoomOpen); });
     loop.Post([this] { sound.Open(); });
     loop.Post([this] { camera->Follow(); });
-    for (const auto& participant : *participants.Get()) Bring(participant);
+    const ParticipantList::Snapshot all = participants.Get();
+    for (const auto& participant : *all) Bring(participant);
 }
 
 void Room::Add(ParticipantDescription description) {
@@ -333,7 +335,8 @@ void Room::OnText(const std::shared_ptr<RoomParticipant>& participant, std::stri
 
 std::vector<std::string> Room::InView() const {
     std::vector<std::string> ids;
-    for (const auto& participant : *participants.Get()) {
+    const ParticipantList::Snapshot all = participants.Get();
+    for (const auto& participant : *all) {
         if (participant->hasEntered && participant->pictures > 0) ids.push_back(participant->id);
     }
     return ids;
@@ -386,7 +389,8 @@ std::shared_ptr<SinkList> Room::FindSinks(const std::string& sourceId) const {
 std::optional<std::string> Room::SpeakerId() const {
     const auto number = speaker.Get();
     if (!number) return std::nullopt;
-    for (const auto& participant : *participants.Get()) {
+    const ParticipantList::Snapshot all = participants.Get();
+    for (const auto& participant : *all) {
         if (participant->number == *number) return participant->id;
     }
     return std::nullopt;
@@ -394,7 +398,8 @@ std::optional<std::string> Room::SpeakerId() const {
 
 RoomStatus Room::Status() const {
     RoomStatus status{.connected = true};
-    for (const auto& participant : *participants.Get()) {
+    const ParticipantList::Snapshot all = participants.Get();
+    for (const auto& participant : *all) {
         const std::size_t pictures = participant->pictures;
         ++status.participants;
         status.pictures += pictures;
@@ -409,16 +414,17 @@ RoomStatus Room::Status() const {
 
 std::vector<ParticipantInfo> Room::Participants() const {
     const auto speaking = SpeakerId();
-    std::vector<ParticipantInfo> all;
-    for (const auto& participant : *participants.Get()) {
+    std::vector<ParticipantInfo> infos;
+    const ParticipantList::Snapshot all = participants.Get();
+    for (const auto& participant : *all) {
         if (!participant->hasEntered) continue;
-        all.push_back({.streamId = participant->id,
-                       .name = participant->name,
-                       .volume = participant->volume,
-                       .loudness = participant->Speaks() ? participant->loudness.load() : 0.0,
-                       .isSpeaking = speaking == participant->id});
+        infos.push_back({.streamId = participant->id,
+                         .name = participant->name,
+                         .volume = participant->volume,
+                         .loudness = participant->Speaks() ? participant->loudness.load() : 0.0,
+                         .isSpeaking = speaking == participant->id});
     }
-    return all;
+    return infos;
 }
 
 bool Room::SendChat(const std::string& text) {
@@ -492,7 +498,8 @@ void Room::ApplyTracks(const std::shared_ptr<RoomParticipant>& participant) {
 }
 
 void Room::ApplyVolumes() {
-    for (const auto& participant : *participants.Get()) ApplyVolume(participant);
+    const ParticipantList::Snapshot all = participants.Get();
+    for (const auto& participant : *all) ApplyVolume(participant);
     streams.ApplyVolume();
 }
 

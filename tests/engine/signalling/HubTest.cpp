@@ -334,8 +334,8 @@ TEST_F(HubTest, ReadsSlowlyFromWhoeverSaysTooMuchAndLosesNothing) {
     }
     const auto passed = steady_clock::now() - begun;
     talking.join();
-    // A thousand at once, and a thousand a second.
-    EXPECT_GE(passed, milliseconds(1300));
+    // A thousand at once, then a thousand a second; for the last block it need not wait.
+    EXPECT_GE(passed, milliseconds(1000));
     EXPECT_LT(answered, passed);
 }
 

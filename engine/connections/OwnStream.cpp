@@ -11,13 +11,13 @@ namespace Corvanta::Engine {
 
 OwnStream::OwnStream(EngineLoop& engineLoop, OwnStreamDescription streamDescription,
                      std::string mediaSourceId, std::shared_ptr<SoundMixer> roomMixer,
-                     RoomMembers& roomMembers)
+                     Transport& roomTransport)
     : description(std::move(streamDescription)),
       sinks(description.displayName),
       loop(engineLoop),
       sourceId(std::move(mediaSourceId)),
       mixer(std::move(roomMixer)),
-      members(roomMembers) {}
+      transport(roomTransport) {}
 
 void OwnStream::Open(const std::function<void()>& whenEnded) {
     if (hasEnded) return;
@@ -60,11 +60,11 @@ bool OwnStream::Offer() {
         return true;
     }
     LOG(kLogInformation, "\"%s\" is shared", description.displayName.c_str());
-    outlet.Set(members.PublishStream(description.type, description.displayName));
+    outlet.Set(transport.PublishStream(description.type, description.displayName));
     isPublished = true;
     if (playback) playback->Play();
     if (description.type == StreamType::File) {
-        MediaCallbacks::Get().filePlaybackStatus.Call(StreamIdOf(members.OwnId(), description.type), true);
+        MediaCallbacks::Get().filePlaybackStatus.Call(StreamIdOf(transport.OwnId(), description.type), true);
     }
     return true;
 }
@@ -79,11 +79,11 @@ void OwnStream::Close(bool tellLibrary) {
     if (playback) playback->Close();
     playback.reset();
     outlet.Set(nullptr);
-    if (std::exchange(isPublished, false)) members.Unpublish(description.type);
+    if (std::exchange(isPublished, false)) transport.Unpublish(description.type);
     if (!std::exchange(isAnnounced, false) || !tellLibrary) return;
     LOG(kLogInformation, "\"%s\" is no longer shared", description.displayName.c_str());
     if (description.type == StreamType::File) {
-        MediaCallbacks::Get().filePlaybackStatus.Call(StreamIdOf(members.OwnId(), description.type), false);
+        MediaCallbacks::Get().filePlaybackStatus.Call(StreamIdOf(transport.OwnId(), description.type), false);
     }
     MediaCallbacks::Get().removeLocalVideoSource.Call(sourceId);
 }

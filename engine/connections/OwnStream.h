@@ -8,7 +8,7 @@
 #include <string>
 
 #include "engine/common/EngineLoop.h"
-#include "engine/connections/RoomMembers.h"
+#include "engine/transport/Transport.h"
 #include "engine/mediamanager/SinkList.h"
 #include "engine/webrtc/MappedPicture.h"
 #include "engine/webrtc/Playback.h"
@@ -29,7 +29,7 @@ class OwnStream final {
 public:
     // `mediaSourceId`: under which the media manager knows it.
     OwnStream(EngineLoop& engineLoop, OwnStreamDescription streamDescription, std::string mediaSourceId,
-              std::shared_ptr<SoundMixer> roomMixer, RoomMembers& roomMembers);
+              std::shared_ptr<SoundMixer> roomMixer, Transport& roomTransport);
 
     // The engine's thread.
 
@@ -59,7 +59,7 @@ private:
     EngineLoop& loop;
     const std::string sourceId;
     const std::shared_ptr<SoundMixer> mixer;
-    RoomMembers& members;
+    Transport& transport;
     FeedOutlet outlet;
     std::atomic<bool> hasEnded = false;
 

@@ -19,8 +19,8 @@ constexpr std::chrono::milliseconds kOfferInterval{50};
 }  // namespace
 
 OwnStreams::OwnStreams(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
-                       RoomMembers& roomMembers, const std::atomic<bool>& roomIsClosing)
-    : loop(engineLoop), mixer(std::move(roomMixer)), members(roomMembers), isClosing(roomIsClosing) {}
+                       Transport& roomTransport, const std::atomic<bool>& roomIsClosing)
+    : loop(engineLoop), mixer(std::move(roomMixer)), transport(roomTransport), isClosing(roomIsClosing) {}
 
 template <class Condition>
 std::shared_ptr<OwnStream> OwnStreams::Take(const Condition& condition) {
@@ -51,7 +51,7 @@ bool OwnStreams::Share(OwnStreamDescription description) {
         // Each has an id of its own, so that nothing that is late is taken for its successor's.
         stream = std::make_shared<OwnStream>(loop, std::move(description),
                                              StreamWord(type) + "-" + std::to_string(counts[index]++), mixer,
-                                             members);
+                                             transport);
         const auto found = std::find_if(streams.begin(), streams.end(),
                                         [&](const auto& other) { return other->description.type == type; });
         if (found != streams.end()) {

@@ -19,7 +19,7 @@ namespace Corvanta::Engine {
 class OwnStreams final {
 public:
     // Nothing of the library is called from the moment on at which `roomIsClosing` is set.
-    OwnStreams(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer, RoomMembers& roomMembers,
+    OwnStreams(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer, Transport& roomTransport,
                const std::atomic<bool>& roomIsClosing);
 
     // Any thread.
@@ -58,7 +58,7 @@ private:
 
     EngineLoop& loop;
     const std::shared_ptr<SoundMixer> mixer;
-    RoomMembers& members;
+    Transport& transport;
     const std::atomic<bool>& isClosing;
 
     mutable std::mutex streamsMutex;  // guards: everything below

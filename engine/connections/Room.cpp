@@ -8,7 +8,7 @@
 
 #include "engine/common/CallTracker.h"
 #include "engine/connections/ConnectionCallbacks.h"
-#include "engine/connections/EmbeddedMembers.h"
+#include "engine/embedded/EmbeddedTransport.h"
 #include "engine/connections/OwnStreamNames.h"
 #include "engine/connections/RoomStatus.h"
 #include "engine/connections/TrackSettings.h"
@@ -27,7 +27,7 @@ namespace {
 constexpr PictureShape kDeviceShape{.width = 1280, .height = 720, .frameRate = 30};
 // How often a source is offered again while the library has no room for it.
 constexpr std::chrono::milliseconds kOfferInterval{50};
-// How long the members may take to let the local user in.
+// How long the transport may take to let the local user in.
 constexpr std::chrono::seconds kEntryPatience{10};
 
 struct Registry {
@@ -52,10 +52,10 @@ struct Registry {
     }
 };
 
-std::unique_ptr<RoomMembers> MakeMembers(const MembersMaker& make, const EngineOptions& options,
+std::unique_ptr<Transport> MakeTransport(const TransportMaker& make, const EngineOptions& options,
                                          EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer) {
     if (make) return make(loop, mixer);
-    return std::make_unique<EmbeddedMembers>(loop, mixer, options.participants, options.drawAfter);
+    return std::make_unique<EmbeddedTransport>(loop, mixer, options.participants, options.drawAfter);
 }
 
 LocalTracks CurrentLocalTracks() {
@@ -79,7 +79,7 @@ std::shared_ptr<Room> Room::Current() {
 }
 
 bool Room::Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
-                const MembersMaker& makeMembers) {
+                const TransportMaker& makeTransport) {
     if (CallTracker::InsideCall()) {
         LOG(kLogError, "A room cannot be entered from inside a callback of the engine");
         return false;
@@ -89,7 +89,7 @@ bool Room::Open(const EngineOptions& options, std::string localDisplayName, std:
     Registry& registry = Registry::Get();
     const std::lock_guard life(registry.lifeMutex);
     const auto room =
-        std::make_shared<Room>(options, std::move(localDisplayName), std::move(sessionName), makeMembers);
+        std::make_shared<Room>(options, std::move(localDisplayName), std::move(sessionName), makeTransport);
     // Before anybody learns of the room: the first report must find the service.
     room->service.Start();
     {
@@ -131,17 +131,17 @@ void Room::CloseCurrent() {
 }
 
 Room::Room(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
-           const MembersMaker& makeMembers)
+           const TransportMaker& makeTransport)
     : settings(options),
       localName(std::move(localDisplayName)),
       epoch(std::chrono::steady_clock::now()),
       service(UserRoomService()),
       reports(std::move(sessionName), participants),
       sound(loop),
-      members(MakeMembers(makeMembers, settings, loop, sound.Mixer())),
+      transport(MakeTransport(makeTransport, settings, loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(
           loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing)),
-      streams(loop, sound.Mixer(), *members, isClosing) {}
+      streams(loop, sound.Mixer(), *transport, isClosing) {}
 
 Room::~Room() = default;
 
@@ -153,7 +153,7 @@ bool Room::WaitForEntry() {
 }
 
 void Room::Run() {
-    loop.Post([this] { members->Start(MembersEvents()); });
+    loop.Post([this] { transport->Start(EventsOfTransport()); });
     loop.Run();
     reports.Stop();
     service.Stop();
@@ -169,7 +169,7 @@ void Room::Run() {
         participant->sinks.Clear();
         participant->channel.Close();
     }
-    members->Stop();
+    transport->Stop();
     // Only a room that was closed from inside a callback is waited for by this count.
     Registry& registry = Registry::Get();
     const std::lock_guard lock(registry.roomMutex);
@@ -178,7 +178,7 @@ void Room::Run() {
     registry.roomEnded.notify_all();
 }
 
-RoomMembersEvents Room::MembersEvents() {
+TransportEvents Room::EventsOfTransport() {
     return {.entered = [this] { Enter(); },
             .failed =
                 [this](const std::string& problem) {
@@ -202,10 +202,10 @@ RoomMembersEvents Room::MembersEvents() {
 void Room::Enter() {
     if (isClosing || std::exchange(entryIsTold, true)) return;
     isIn = true;
-    const auto feed = members->PublishCamera(CurrentLocalTracks());
+    const auto feed = transport->PublishCamera(CurrentLocalTracks());
     camera->outlet.Set(feed);
     sound.Outlet().Set(feed);
-    if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) members->SetOutboundBitrate(bitrate);
+    if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) transport->SetOutboundBitrate(bitrate);
     reports.Start();
     // Before anything of the library is called, which may wait for the thread that opens the room.
     entry.set_value(true);
@@ -434,14 +434,14 @@ bool Room::SendChat(const std::string& text) {
 
 bool Room::SendText(std::string text) {
     if (isClosing) return false;
-    loop.Post([this, sent = std::move(text)]() mutable { members->SendText(std::move(sent)); });
+    loop.Post([this, sent = std::move(text)]() mutable { transport->SendText(std::move(sent)); });
     return true;
 }
 
 void Room::Remove(const std::shared_ptr<RoomParticipant>& participant) {
     loop.Post([this, participant] {
         if (participant->hasLeft) return;
-        members->Remove(participant->id);
+        transport->Remove(participant->id);
         Leave(participant, "removed by the local user");
     });
 }
@@ -453,14 +453,14 @@ void Room::Mute(const std::string& streamId) {
     participant->muted = true;
     ApplyVolume(participant);
     loop.Post([this, participant] {
-        if (!participant->hasLeft) members->Mute(participant->id);
+        if (!participant->hasLeft) transport->Mute(participant->id);
     });
 }
 
 void Room::ConfigureStream(const std::string& streamId, const TrackSwitches& switches) {
     const auto participant = Find(streamId);
     if (!participant) {
-        loop.Post([this, streamId, switches] { members->Configure(streamId, switches); });
+        loop.Post([this, streamId, switches] { transport->Configure(streamId, switches); });
         return;
     }
     if (switches.video) participant->videoPublished = *switches.video;
@@ -473,7 +473,7 @@ void Room::Restart(const std::string& streamId, const RestartRequest& request) {
     const auto participant = Find(streamId);
     loop.Post([this, participant, streamId, request] {
         if (!participant) {
-            members->RequestRestart(streamId, request);
+            transport->RequestRestart(streamId, request);
         } else if (!participant->hasLeft) {
             participant->media->Restart(request.immediately);
         }
@@ -506,12 +506,12 @@ void Room::ApplyVolumes() {
 void Room::ApplyLocalTracks() {
     loop.Post([this] {
         sound.FollowMicrophone();
-        members->SetCameraTracks(CurrentLocalTracks());
+        transport->SetCameraTracks(CurrentLocalTracks());
     });
 }
 
 void Room::ApplyOutboundBitrate() {
-    loop.Post([this] { members->SetOutboundBitrate(OutboundBitrate()); });
+    loop.Post([this] { transport->SetOutboundBitrate(OutboundBitrate()); });
 }
 
 void Room::OpenSoundDevices() {

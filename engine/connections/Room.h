@@ -1,4 +1,4 @@
-// The open room: the participants whom its members bring, and the local user's streams. It announces them to
+// The open room: the participants whom its transport brings, and the local user's streams. It announces them to
 // the library on the engine's own thread. One at a time in the process; the functions of Connections,
 // MediaManager and WebRTC reach it through Current.
 #pragma once
@@ -19,7 +19,7 @@
 #include "engine/connections/ParticipantReports.h"
 #include "engine/connections/RoomCamera.h"
 #include "engine/connections/RoomChat.h"
-#include "engine/connections/RoomMembers.h"
+#include "engine/transport/Transport.h"
 #include "engine/connections/RoomParticipant.h"
 #include "engine/roomservice/RoomService.h"
 #include "engine/webrtc/ActiveSpeaker.h"
@@ -31,17 +31,17 @@ class Room final : public std::enable_shared_from_this<Room> {
 public:
     // The room that is open, or null. Any thread; never waits for anything but the copy of a pointer.
     [[nodiscard]] static std::shared_ptr<Room> Current();
-    // Closes an open room, then opens one and waits, some seconds at most, until its members let the local
-    // user in. False, and a log line, when that is impossible. Without a maker: the embedded members.
+    // Closes an open room, then opens one and waits, some seconds at most, until its transport lets the local
+    // user in. False, and a log line, when that is impossible. Without a maker: the embedded transport.
     static bool Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
-                     const MembersMaker& makeMembers = {});
+                     const TransportMaker& makeTransport = {});
     // Closes the open room, if any. On return none of its callbacks is in progress and none follows. On a
     // thread that is inside such a callback the room closes as soon as that callback has returned.
     static void CloseCurrent();
 
     // Use Open.
     Room(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
-         const MembersMaker& makeMembers);
+         const TransportMaker& makeTransport);
     ~Room();
     Room(const Room&) = delete;
     Room& operator=(const Room&) = delete;
@@ -59,7 +59,7 @@ public:
     [[nodiscard]] RoomStatus Status() const;
     [[nodiscard]] std::vector<ParticipantInfo> Participants() const;
     // Under which the others know the local user; empty while nobody does.
-    [[nodiscard]] std::string OwnId() const { return members->OwnId(); }
+    [[nodiscard]] std::string OwnId() const { return transport->OwnId(); }
 
     // See Engine.h.
     bool SendChat(const std::string& text);
@@ -89,9 +89,9 @@ public:
 
 private:
     void Run();
-    [[nodiscard]] RoomMembersEvents MembersEvents();
+    [[nodiscard]] TransportEvents EventsOfTransport();
     void Enter();
-    // Whether the members let the local user in.
+    // Whether the transport let the local user in.
     [[nodiscard]] bool WaitForEntry();
     void Add(ParticipantDescription description);
     // Has it opened and announced.
@@ -119,7 +119,7 @@ private:
     std::promise<bool> entry;
     EngineLoop loop;
     RoomSound sound;
-    const std::unique_ptr<RoomMembers> members;
+    const std::unique_ptr<Transport> transport;
     const std::shared_ptr<RoomCamera> camera;
     OwnStreams streams;
     // The engine's thread alone.

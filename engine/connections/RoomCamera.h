@@ -17,7 +17,7 @@
 #include <optional>
 
 #include "engine/common/EngineLoop.h"
-#include "engine/connections/LocalFeed.h"
+#include "engine/transport/LocalFeed.h"
 #include "engine/mediamanager/SinkList.h"
 #include "engine/webrtc/MappedPicture.h"
 #include "engine/webrtc/Playback.h"

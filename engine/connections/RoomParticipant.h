@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
-#include "engine/connections/RoomMembers.h"
-#include "engine/connections/TextBacklog.h"
+#include "engine/transport/Transport.h"
+#include "engine/transport/TextBacklog.h"
 #include "engine/mediamanager/DataChannel.h"
 #include "engine/mediamanager/SinkList.h"
 #include "engine/webrtc/MappedPicture.h"

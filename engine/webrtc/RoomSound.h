@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "engine/common/EngineLoop.h"
-#include "engine/connections/LocalFeed.h"
+#include "engine/transport/LocalFeed.h"
 #include "engine/webrtc/Microphone.h"
 #include "engine/webrtc/SoundMixer.h"
 

@@ -10,7 +10,7 @@
 #include "engine/connections/RoomChat.h"
 #include "platform/MediaManager.h"
 #include "tests/engine/Eventually.h"
-#include "tests/engine/FakeMembers.h"
+#include "tests/engine/FakeTransport.h"
 #include "tests/engine/RoomVisitor.h"
 
 namespace Corvanta::Engine {
@@ -83,7 +83,7 @@ TEST(ChatMessage, HasATimeThatCanBe) {
 class ChatTest : public testing::Test {
 protected:
     ChatTest() {
-        visitor.makeMembers = fake.Maker();
+        visitor.makeTransport = fake.Maker();
         SetChatListener([this](const ChatLine& line) {
             heard.Add(line.name + ": " + line.text);
             time = line.time;

@@ -10,7 +10,7 @@
 #include "platform/MediaManager.h"
 #include "platform/WebRTC.h"
 #include "tests/engine/Eventually.h"
-#include "tests/engine/FakeMembers.h"
+#include "tests/engine/FakeTransport.h"
 #include "tests/engine/SharingVisitor.h"
 
 namespace Corvanta::Engine {
@@ -24,7 +24,7 @@ constexpr int kSomeSamples = SoundMixer::kRate / 4;
 class LocalFeedTest : public testing::Test {
 protected:
     LocalFeedTest() {
-        visitor.makeMembers = fake.Maker();
+        visitor.makeTransport = fake.Maker();
         WebRTC_SetEnabledLocalAudioTrack(true, 0);
     }
 

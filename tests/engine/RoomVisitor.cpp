@@ -59,7 +59,7 @@ int RoomVisitor::Enter(const std::vector<Participant>& participants) {
         const std::lock_guard lock(streamsMutex);
         events.emplace_back("joined");
     });
-    if (makeMembers) return Room::Open(CurrentOptions(), "Me", "session", makeMembers) ? 1 : -1;
+    if (makeTransport) return Room::Open(CurrentOptions(), "Me", "session", makeTransport) ? 1 : -1;
     return Connections_InitConnection(nullptr, nullptr, "session", "", "", "", "Me", true, true, true,
                                       nullptr);
 }

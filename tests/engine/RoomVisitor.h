@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "engine/Engine.h"
-#include "engine/connections/RoomMembers.h"
+#include "engine/transport/Transport.h"
 #include "platform/MediaManager.h"
 #include "tests/engine/TemporaryFolder.h"
 
@@ -35,8 +35,8 @@ public:
     // Null sinks are answered for the first so many offers.
     std::atomic<int> refusals = 0;
     std::atomic<int> offers = 0;
-    // Who brings the participants; empty: the embedded members. To be set before entering.
-    MembersMaker makeMembers;
+    // Who brings the participants; empty: the embedded transport. To be set before entering.
+    TransportMaker makeTransport;
     // When the default participants begin to draw.
     std::optional<std::chrono::milliseconds> drawAfter;
     // Called on the decode threads with each frame, before it is remembered. To be set before entering.

@@ -62,8 +62,8 @@ void SharingVisitor::Enter(const std::string& camera, const std::vector<Particip
         [this](const std::string& streamId, bool status) {
             Tell((status ? "plays " : "ended ") + streamId);
         });
-    if (makeMembers) {
-        ASSERT_TRUE(Room::Open(CurrentOptions(), "Me", "session", makeMembers));
+    if (makeTransport) {
+        ASSERT_TRUE(Room::Open(CurrentOptions(), "Me", "session", makeTransport));
         return;
     }
     ASSERT_NE(

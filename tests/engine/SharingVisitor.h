@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "engine/Engine.h"
-#include "engine/connections/RoomMembers.h"
+#include "engine/transport/Transport.h"
 #include "platform/MediaManager.h"
 #include "tests/engine/TemporaryFolder.h"
 
@@ -33,8 +33,8 @@ public:
 
     // Null sinks are answered for the first so many offers.
     std::atomic<int> refusals = 0;
-    // Who brings the participants; empty: the embedded members. To be set before entering.
-    MembersMaker makeMembers;
+    // Who brings the participants; empty: the embedded transport. To be set before entering.
+    TransportMaker makeTransport;
     // Called on the engine's thread with each announcement, before it is taken. To be set before entering.
     std::function<void(StreamType, const std::string& sourceId)> onAdd;
     // Called on the capturing threads with each frame. To be set before entering.

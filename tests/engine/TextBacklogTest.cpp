@@ -1,4 +1,4 @@
-#include "engine/connections/TextBacklog.h"
+#include "engine/transport/TextBacklog.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

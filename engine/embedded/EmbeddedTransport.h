@@ -1,6 +1,6 @@
-// The members of a room that needs nobody else: participants of this process, who play files, URIs and
+// The transport of a room that needs nobody else: participants of this process, who play files, URIs and
 // generated clips, and who may draw now and then. What the local user sends and publishes goes nowhere.
-// Threads as RoomMembers says.
+// Threads as Transport says.
 #pragma once
 
 #include <chrono>
@@ -11,22 +11,22 @@
 #include <vector>
 
 #include "engine/Engine.h"
-#include "engine/connections/PlaybackMedia.h"
-#include "engine/connections/RoomMembers.h"
-#include "engine/connections/ScriptedDrawings.h"
+#include "engine/embedded/PlaybackMedia.h"
+#include "engine/transport/Transport.h"
+#include "engine/embedded/ScriptedDrawings.h"
 
 namespace Corvanta::Engine {
 
 // How many of them are generated persons, who take turns in speaking.
 [[nodiscard]] std::size_t CountPersons(const std::vector<Participant>& participants);
 
-class EmbeddedMembers final : public RoomMembers {
+class EmbeddedTransport final : public Transport {
 public:
-    EmbeddedMembers(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
+    EmbeddedTransport(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
                     std::vector<Participant> participants,
                     std::optional<std::chrono::milliseconds> drawingBegins);
 
-    void Start(RoomMembersEvents handlers) override;
+    void Start(TransportEvents handlers) override;
     void Stop() override;
     [[nodiscard]] std::string OwnId() const override;
     // They keep nothing of what the local user draws and writes.
@@ -54,7 +54,7 @@ private:
     const std::vector<Participant> all;
     const std::optional<std::chrono::milliseconds> drawAfter;
     const std::chrono::steady_clock::time_point epoch;
-    RoomMembersEvents events;
+    TransportEvents events;
     bool isStopped = false;
     // By stream id; whoever has left is gone.
     std::map<std::string, std::weak_ptr<PlaybackMedia>> media;

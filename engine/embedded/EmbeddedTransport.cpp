@@ -1,4 +1,4 @@
-#include "engine/connections/EmbeddedMembers.h"
+#include "engine/embedded/EmbeddedTransport.h"
 
 #include <algorithm>
 #include <utility>
@@ -34,7 +34,7 @@ std::size_t CountPersons(const std::vector<Participant>& participants) {
     return static_cast<std::size_t>(std::ranges::count_if(participants, IsPerson));
 }
 
-EmbeddedMembers::EmbeddedMembers(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
+EmbeddedTransport::EmbeddedTransport(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
                                  std::vector<Participant> participants,
                                  std::optional<std::chrono::milliseconds> drawingBegins)
     : loop(engineLoop),
@@ -43,22 +43,22 @@ EmbeddedMembers::EmbeddedMembers(EngineLoop& engineLoop, std::shared_ptr<SoundMi
       drawAfter(drawingBegins),
       epoch(std::chrono::steady_clock::now()) {}
 
-void EmbeddedMembers::Start(RoomMembersEvents handlers) {
+void EmbeddedTransport::Start(TransportEvents handlers) {
     events = std::move(handlers);
     for (std::size_t index = 0; index < all.size(); ++index) events.joined(Describe(index));
     events.entered();
     if (drawAfter) DrawAfter(*drawAfter);
 }
 
-void EmbeddedMembers::Stop() {
+void EmbeddedTransport::Stop() {
     isStopped = true;
 }
 
-std::string EmbeddedMembers::OwnId() const {
+std::string EmbeddedTransport::OwnId() const {
     return kEmbeddedOwnId;
 }
 
-ParticipantDescription EmbeddedMembers::Describe(std::size_t index) {
+ParticipantDescription EmbeddedTransport::Describe(std::size_t index) {
     const std::string name = NameOf(all[index], index);
     const ResolvedSource resolved = ResolveSource(all[index].source);
     PlaybackSource source{.name = name, .uri = resolved.uri, .makeScene = {}, .clipEpoch = epoch};
@@ -77,14 +77,14 @@ ParticipantDescription EmbeddedMembers::Describe(std::size_t index) {
     return description;
 }
 
-void EmbeddedMembers::DrawAfter(std::chrono::milliseconds wait) {
+void EmbeddedTransport::DrawAfter(std::chrono::milliseconds wait) {
     loop.PostAfter(wait, [this] {
         if (isStopped) return;
         DrawAfter(Draw() ? drawings.NextWait() : kLookForViewEvery);
     });
 }
 
-bool EmbeddedMembers::Draw() {
+bool EmbeddedTransport::Draw() {
     auto message = drawings.Next(events.inView(), events.speaker());
     if (!message) return false;
     if (const auto sender = media[message->senderId].lock()) sender->Say(std::move(message->text));

@@ -1,4 +1,4 @@
-#include "tests/engine/FakeMembers.h"
+#include "tests/engine/FakeTransport.h"
 
 #include <gst/video/video.h>
 
@@ -70,11 +70,11 @@ void FakeFeed::PushSound(GstBuffer* buffer, GstClockTime due) {
 
 namespace {
 
-class FakeMembers final : public RoomMembers {
+class FakeTransport final : public Transport {
 public:
-    explicit FakeMembers(FakeRoom& testSide) : room(testSide) {}
+    explicit FakeTransport(FakeRoom& testSide) : room(testSide) {}
 
-    void Start(RoomMembersEvents handlers) override {
+    void Start(TransportEvents handlers) override {
         room.events = std::move(handlers);
         room.record.Add("start");
         if (room.refusal.empty()) {
@@ -129,14 +129,14 @@ private:
 
 }  // namespace
 
-MembersMaker FakeRoom::Maker() {
+TransportMaker FakeRoom::Maker() {
     return [this](EngineLoop& engineLoop, const std::shared_ptr<SoundMixer>&) {
         loop = &engineLoop;
-        return std::make_unique<FakeMembers>(*this);
+        return std::make_unique<FakeTransport>(*this);
     };
 }
 
-void FakeRoom::Do(const std::function<void(const RoomMembersEvents&)>& task) {
+void FakeRoom::Do(const std::function<void(const TransportEvents&)>& task) {
     std::promise<void> done;
     loop->Post([&] {
         task(events);
@@ -150,11 +150,11 @@ void FakeRoom::Join(const std::string& id, const std::shared_ptr<FakeMedia>& med
 }
 
 void FakeRoom::Join(ParticipantDescription description) {
-    Do([&](const RoomMembersEvents& room) { room.joined(std::move(description)); });
+    Do([&](const TransportEvents& room) { room.joined(std::move(description)); });
 }
 
 void FakeRoom::Leave(const std::string& id) {
-    Do([&](const RoomMembersEvents& room) { room.left(id, "goes"); });
+    Do([&](const TransportEvents& room) { room.left(id, "goes"); });
 }
 
 std::shared_ptr<const MappedPicture> MakeGreyPicture() {

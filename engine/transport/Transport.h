@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "engine/common/EngineLoop.h"
-#include "engine/connections/LocalFeed.h"
-#include "engine/connections/ParticipantMedia.h"
+#include "engine/transport/LocalFeed.h"
+#include "engine/transport/ParticipantMedia.h"
 #include "engine/webrtc/SoundMixer.h"
 #include "platform/Connections.h"
 
@@ -34,7 +34,7 @@ struct ParticipantDescription {
 };
 
 // How the room hears of what happens. The engine's thread, with no lock held, from Start to Stop.
-struct RoomMembersEvents {
+struct TransportEvents {
     // One of the two, once: the local user is in the room, or cannot be, with one line for the user. Whoever
     // is there already may be told before, and is opened after. Nothing of the library is called ahead of
     // it.
@@ -76,15 +76,15 @@ struct RestartRequest {
     bool immediately = false;
 };
 
-class RoomMembers {
+class Transport {
 public:
-    RoomMembers() = default;
-    virtual ~RoomMembers() = default;
-    RoomMembers(const RoomMembers&) = delete;
-    RoomMembers& operator=(const RoomMembers&) = delete;
+    Transport() = default;
+    virtual ~Transport() = default;
+    Transport(const Transport&) = delete;
+    Transport& operator=(const Transport&) = delete;
 
     // Enters the room. Called once.
-    virtual void Start(RoomMembersEvents events) = 0;
+    virtual void Start(TransportEvents events) = 0;
     // Leaves it; the loop does not run any more, so what must still go out goes out before this returns. On
     // return no event is in progress and none follows. Called once, also when the room could not be entered.
     virtual void Stop() = 0;
@@ -117,8 +117,8 @@ public:
     virtual void Remove(const std::string& streamId) = 0;
 };
 
-// Makes the members of a room on its loop, with the mixer in which they are heard.
-using MembersMaker =
-    std::function<std::unique_ptr<RoomMembers>(EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer)>;
+// Makes the transport of a room on its loop, with the mixer in which the others are heard.
+using TransportMaker =
+    std::function<std::unique_ptr<Transport>(EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer)>;
 
 }  // namespace Corvanta::Engine

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "engine/common/EngineLoop.h"
-#include "engine/connections/ParticipantMedia.h"
+#include "engine/transport/ParticipantMedia.h"
 #include "engine/webrtc/Playback.h"
 
 namespace Corvanta::Engine {

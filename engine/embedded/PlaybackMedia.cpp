@@ -1,4 +1,4 @@
-#include "engine/connections/PlaybackMedia.h"
+#include "engine/embedded/PlaybackMedia.h"
 
 #include <utility>
 

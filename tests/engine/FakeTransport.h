@@ -1,4 +1,4 @@
-// Members of a room as a test wants them, and media that do nothing by themselves. Both remember what the
+// A transport as a test wants them, and media that do nothing by themselves. Both remember what the
 // room asks of them; what they report is reported on the engine's thread.
 #pragma once
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/connections/RoomMembers.h"
+#include "engine/transport/Transport.h"
 
 namespace Corvanta::Engine {
 
@@ -63,7 +63,7 @@ public:
     std::atomic<bool> isTimed = true;
 };
 
-// What outlives the room's members, which the room owns: the test's side of them.
+// What outlives the transport, which the room owns: the test's side of them.
 struct FakeRoom {
     // How the entry ends; otherwise it succeeds at once.
     std::string refusal;
@@ -74,16 +74,16 @@ struct FakeRoom {
     const std::shared_ptr<FakeFeed> cameraFeed = std::make_shared<FakeFeed>();
     const std::shared_ptr<FakeFeed> streamFeed = std::make_shared<FakeFeed>();
 
-    [[nodiscard]] MembersMaker Maker();
+    [[nodiscard]] TransportMaker Maker();
     // Runs the task on the engine's thread with the room's events, and waits for it. The room is open.
-    void Do(const std::function<void(const RoomMembersEvents&)>& task);
+    void Do(const std::function<void(const TransportEvents&)>& task);
     // Somebody joins who has these media.
     void Join(const std::string& id, const std::shared_ptr<FakeMedia>& media);
     void Join(ParticipantDescription description);
     void Leave(const std::string& id);
 
     EngineLoop* loop = nullptr;
-    RoomMembersEvents events;
+    TransportEvents events;
 };
 
 // A grey one of 64 to 32 pixels.

@@ -1,4 +1,4 @@
-// Participants that come and go while the room is open, and what the room asks of its members.
+// Participants that come and go while the room is open, and what the room asks of its transport.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 #include "platform/MediaManager.h"
 #include "platform/WebRTC.h"
 #include "tests/engine/Eventually.h"
-#include "tests/engine/FakeMembers.h"
+#include "tests/engine/FakeTransport.h"
 #include "tests/engine/RoomVisitor.h"
 
 namespace Corvanta::Engine {
@@ -25,10 +25,10 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class RoomMembersTest : public testing::Test {
+class TransportTest : public testing::Test {
 protected:
-    RoomMembersTest() {
-        visitor.makeMembers = fake.Maker();
+    TransportTest() {
+        visitor.makeTransport = fake.Maker();
         MediaManager_SetCallbackToGetRemoteDataChannelSDLCallbackList([this] {
             ++channels;
             return std::vector<DataChannelCallback>{[this](const DataChannelMessage& message) {
@@ -55,7 +55,7 @@ protected:
     RoomVisitor visitor;
 };
 
-TEST_F(RoomMembersTest, ComeAndGoWhenTheyWant) {
+TEST_F(TransportTest, ComeAndGoWhenTheyWant) {
     ASSERT_NE(visitor.Enter({}), -1);
     EXPECT_TRUE(ListParticipants().empty());
     fake.Join("a", one);
@@ -81,7 +81,7 @@ TEST_F(RoomMembersTest, ComeAndGoWhenTheyWant) {
     EXPECT_EQ(rest[0].name, "name of b");
 }
 
-TEST_F(RoomMembersTest, MayComeAgainUnderTheirIdButNotTwiceAtATime) {
+TEST_F(TransportTest, MayComeAgainUnderTheirIdButNotTwiceAtATime) {
     ASSERT_NE(visitor.Enter({}), -1);
     fake.Join("a", one);
     fake.Join("a", two);
@@ -95,7 +95,7 @@ TEST_F(RoomMembersTest, MayComeAgainUnderTheirIdButNotTwiceAtATime) {
     EXPECT_EQ(GetRoomStatus().participants, 1U);
 }
 
-TEST_F(RoomMembersTest, MayGoBeforeTheLibraryHasARoomForThem) {
+TEST_F(TransportTest, MayGoBeforeTheLibraryHasARoomForThem) {
     visitor.refusals = 1'000'000;
     ASSERT_NE(visitor.Enter({}), -1);
     fake.Join("a", one);
@@ -108,7 +108,7 @@ TEST_F(RoomMembersTest, MayGoBeforeTheLibraryHasARoomForThem) {
     EXPECT_THAT(one->record.Lines(), ElementsAre("open", "close"));
 }
 
-TEST_F(RoomMembersTest, AreToldOfWithEachNewChannel) {
+TEST_F(TransportTest, AreToldOfWithEachNewChannel) {
     ASSERT_NE(visitor.Enter({}), -1);
     fake.Join("a", one);
     ASSERT_TRUE(one->record.Gets("play"));
@@ -123,10 +123,10 @@ TEST_F(RoomMembersTest, AreToldOfWithEachNewChannel) {
     EXPECT_EQ(channels, 2);
 }
 
-TEST_F(RoomMembersTest, AreHeardInOrderAlsoWhereTheySpokeBeforeTheyWereShown) {
+TEST_F(TransportTest, AreHeardInOrderAlsoWhereTheySpokeBeforeTheyWereShown) {
     visitor.refusals = 3;
     ASSERT_NE(visitor.Enter({}), -1);
-    fake.Do([&](const RoomMembersEvents& room) {
+    fake.Do([&](const TransportEvents& room) {
         room.joined({.id = "a", .name = "a", .media = one});
         fake.loop->Post([&] {
             one->events.channel(true);
@@ -144,7 +144,7 @@ TEST_F(RoomMembersTest, AreHeardInOrderAlsoWhereTheySpokeBeforeTheyWereShown) {
     EXPECT_THAT(heard.Lines(), ElementsAre("a 1", "a 2", "a 3", "a 5"));
 }
 
-TEST_F(RoomMembersTest, BringNoTracksThatAreOffOnceTheyHaveShownThemselves) {
+TEST_F(TransportTest, BringNoTracksThatAreOffOnceTheyHaveShownThemselves) {
     ASSERT_NE(visitor.Enter({}), -1);
     fake.Join("a", one);
     const auto wants = [&](const MediaTracks& tracks) {
@@ -169,7 +169,7 @@ TEST_F(RoomMembersTest, BringNoTracksThatAreOffOnceTheyHaveShownThemselves) {
     EXPECT_TRUE(fake.record.Gets("mute a"));
 }
 
-TEST_F(RoomMembersTest, HaveStreamsOfEveryKind) {
+TEST_F(TransportTest, HaveStreamsOfEveryKind) {
     ASSERT_NE(visitor.Enter({}), -1);
     fake.Join({.id = "a-camera", .name = "a", .memberId = "a", .media = one});
     fake.Join({.id = "a-screen",
@@ -199,7 +199,7 @@ TEST_F(RoomMembersTest, HaveStreamsOfEveryKind) {
     EXPECT_TRUE(Connections_IsOwnExternalSourceStream("me-camera", "me-external"));
 }
 
-TEST_F(RoomMembersTest, GetWhatTheLibrarySendsInOrder) {
+TEST_F(TransportTest, GetWhatTheLibrarySendsInOrder) {
     ASSERT_NE(visitor.Enter({}), -1);
     for (const char* text : {"1", "2", "3"}) EXPECT_TRUE(MediaManager_SendDatachannelMessage(text));
     ASSERT_TRUE(fake.record.Gets("send 3"));
@@ -209,14 +209,14 @@ TEST_F(RoomMembersTest, GetWhatTheLibrarySendsInOrder) {
     EXPECT_THAT(sent, ElementsAre("send 1", "send 2", "send 3"));
 }
 
-TEST_F(RoomMembersTest, GiveTheLocalUserTheIdsOfItsStreams) {
+TEST_F(TransportTest, GiveTheLocalUserTheIdsOfItsStreams) {
     ASSERT_NE(visitor.Enter({}), -1);
     EXPECT_EQ(Connections_GetLocalUserStreamID(StreamType::Camera), "me-camera");
     EXPECT_EQ(Connections_GetLocalUserStreamID(StreamType::File), "");
     EXPECT_EQ(Connections_GetStreamType("me-screen"), StreamType::Screenshare);
 }
 
-TEST_F(RoomMembersTest, AreAskedForWhatTheLibraryWants) {
+TEST_F(TransportTest, AreAskedForWhatTheLibraryWants) {
     ASSERT_NE(visitor.Enter({}), -1);
     fake.Join("a", one);
     Connections_ConfigureStream("me-camera", {{ConfigureStreamType::Video, false}});
@@ -236,7 +236,7 @@ TEST_F(RoomMembersTest, AreAskedForWhatTheLibraryWants) {
     EXPECT_TRUE(fake.record.Has("remove a"));
 }
 
-TEST_F(RoomMembersTest, TellOfLostConnectionsAndOfTheWholeRooms) {
+TEST_F(TransportTest, TellOfLostConnectionsAndOfTheWholeRooms) {
     static std::atomic<int> dropped;
     dropped = 0;
     Connections_SetConnectionDroppedCallback(
@@ -247,7 +247,7 @@ TEST_F(RoomMembersTest, TellOfLostConnectionsAndOfTheWholeRooms) {
         [&](const std::string& streamId, bool lost) { status.Add(streamId + (lost ? " lost" : " back")); });
     fake.Join("a", one);
     ASSERT_TRUE(one->record.Gets("open"));
-    fake.Do([&](const RoomMembersEvents& room) {
+    fake.Do([&](const TransportEvents& room) {
         one->events.connection(true);
         one->events.connection(false);
         room.dropped(true);
@@ -258,7 +258,7 @@ TEST_F(RoomMembersTest, TellOfLostConnectionsAndOfTheWholeRooms) {
     Connections_SetConnectionDroppedCallback(nullptr);
 }
 
-TEST_F(RoomMembersTest, WhoseMediaEndHaveLeft) {
+TEST_F(TransportTest, WhoseMediaEndHaveLeft) {
     ASSERT_NE(visitor.Enter({}), -1);
     fake.Join("a", one);
     ASSERT_TRUE(one->record.Gets("play"));
@@ -267,7 +267,7 @@ TEST_F(RoomMembersTest, WhoseMediaEndHaveLeft) {
     EXPECT_TRUE(Eventually([] { return GetRoomStatus().participants == 0; }));
 }
 
-TEST_F(RoomMembersTest, MayRefuseTheLocalUser) {
+TEST_F(TransportTest, MayRefuseTheLocalUser) {
     fake.refusal = "The room's folder cannot be written";
     EXPECT_EQ(visitor.Enter({}), -1);
     EXPECT_FALSE(GetRoomStatus().connected);
@@ -277,7 +277,7 @@ TEST_F(RoomMembersTest, MayRefuseTheLocalUser) {
     EXPECT_NE(visitor.Enter({}), -1);
 }
 
-TEST_F(RoomMembersTest, AreStoppedWhenAllTheirMediaAreClosed) {
+TEST_F(TransportTest, AreStoppedWhenAllTheirMediaAreClosed) {
     ASSERT_NE(visitor.Enter({}), -1);
     fake.Join("a", one);
     ASSERT_TRUE(one->record.Gets("play"));
@@ -288,7 +288,7 @@ TEST_F(RoomMembersTest, AreStoppedWhenAllTheirMediaAreClosed) {
     EXPECT_THAT(visitor.Events(), ElementsAre("add a", "track a"));
 }
 
-TEST_F(RoomMembersTest, GiveTheLocalUsersConnectionItsFigures) {
+TEST_F(TransportTest, GiveTheLocalUsersConnectionItsFigures) {
     one->figures = {.receivedRate = 1e6, .sentRate = 2e5, .jitterMs = 4, .roundTripMs = 10};
     two->figures = {.receivedRate = 5e5, .sentRate = 1e5, .jitterMs = 2, .roundTripMs = 30};
     Record figures;
@@ -306,7 +306,7 @@ TEST_F(RoomMembersTest, GiveTheLocalUsersConnectionItsFigures) {
     WebRTC_SetConnectionStatsCallback({});
 }
 
-TEST_F(RoomMembersTest, ComeAndGoWhileEverybodyLooks) {
+TEST_F(TransportTest, ComeAndGoWhileEverybodyLooks) {
     ASSERT_NE(visitor.Enter({}), -1);
     std::atomic<bool> isOver = false;
     std::vector<std::thread> readers;

@@ -1,4 +1,4 @@
-#include "engine/connections/ScriptedDrawings.h"
+#include "engine/embedded/ScriptedDrawings.h"
 
 #include <algorithm>
 #include <array>

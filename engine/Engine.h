@@ -38,11 +38,25 @@ enum class EmptyRoom {
 };
 
 inline constexpr const char* kDefaultCamera = "auto";
+inline constexpr std::size_t kLongestRoomName = 256;
 
 struct EngineOptions {
     std::vector<Participant> participants;
     // Who is there when the list is empty.
     EmptyRoom whenEmpty = EmptyRoom::DefaultParticipants;
+    // The room in which the local user meets other people, 1 to kLongestRoomName bytes of any kind. Empty:
+    // nobody else takes part, and the participants above are of this process.
+    std::string room;
+    // Under which the others see the local user, UTF-8; empty: the name of the user's profile.
+    std::string name;
+    // The WebSocket address of the server that carries the room ("ws://HOST:PORT", "wss://HOST:PORT"). Empty:
+    // the room is one of this user's on this machine, and its members are connected with each other.
+    std::string server;
+    // A file with certificates (PEM) of those whom the server's certificate may come from. Empty: the
+    // system's.
+    std::filesystem::path certificateAuthority;
+    // What the server asks for before it lets anybody in. Never written to a log.
+    std::string serverToken;
     // What stands for the local user's default camera, as a participant's source but never heard. It is used
     // where the setting "Device.Camera" names no other device. kDefaultCamera: the machine's first camera,
     // else the test picture. Empty: only a camera that the setting names.
@@ -59,7 +73,8 @@ struct EngineOptions {
     std::optional<std::chrono::milliseconds> drawAfter = std::chrono::milliseconds(8000);
 };
 
-// Checks the source of every participant and of the camera (the file exists, its decoders are installed) and
+// Checks the room's name and server, and the source of every participant and of the camera (the file exists,
+// its decoders are installed), and
 // keeps the options for the next connection. Returns nothing when all is well, else one line for the user,
 // and then nothing but the log settings has changed. A file that cannot be played for another reason is no
 // error: its participant shows no picture, and the log says why. Takes up to some seconds when files are

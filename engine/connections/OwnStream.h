@@ -8,8 +8,8 @@
 #include <string>
 
 #include "engine/common/EngineLoop.h"
-#include "engine/transport/Transport.h"
 #include "engine/mediamanager/SinkList.h"
+#include "engine/transport/Transport.h"
 #include "engine/webrtc/MappedPicture.h"
 #include "engine/webrtc/Playback.h"
 #include "platform/Connections.h"

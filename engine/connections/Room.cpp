@@ -8,10 +8,11 @@
 
 #include "engine/common/CallTracker.h"
 #include "engine/connections/ConnectionCallbacks.h"
-#include "engine/embedded/EmbeddedTransport.h"
 #include "engine/connections/OwnStreamNames.h"
 #include "engine/connections/RoomStatus.h"
 #include "engine/connections/TrackSettings.h"
+#include "engine/connections/TransportChoice.h"
+#include "engine/embedded/EmbeddedTransport.h"
 #include "engine/mediamanager/MediaCallbacks.h"
 #include "engine/webrtc/CameraChoice.h"
 #include "engine/webrtc/DeviceCapture.h"
@@ -51,12 +52,6 @@ struct Registry {
         return std::exchange(room, nullptr);
     }
 };
-
-std::unique_ptr<Transport> MakeTransport(const TransportMaker& make, const EngineOptions& options,
-                                         EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer) {
-    if (make) return make(loop, mixer);
-    return std::make_unique<EmbeddedTransport>(loop, mixer, options.participants, options.drawAfter);
-}
 
 LocalTracks CurrentLocalTracks() {
     const TrackSettings& tracks = TrackSettings::Get();
@@ -138,7 +133,7 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       service(UserRoomService()),
       reports(std::move(sessionName), participants),
       sound(loop),
-      transport(MakeTransport(makeTransport, settings, loop, sound.Mixer())),
+      transport((makeTransport ? makeTransport : ChooseTransport(options, localName))(loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(
           loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing)),
       streams(loop, sound.Mixer(), *transport, isClosing) {}

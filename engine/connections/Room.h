@@ -1,5 +1,5 @@
-// The open room: the participants whom its transport brings, and the local user's streams. It announces them to
-// the library on the engine's own thread. One at a time in the process; the functions of Connections,
+// The open room: the participants whom its transport brings, and the local user's streams. It announces them
+// to the library on the engine's own thread. One at a time in the process; the functions of Connections,
 // MediaManager and WebRTC reach it through Current.
 #pragma once
 
@@ -19,9 +19,9 @@
 #include "engine/connections/ParticipantReports.h"
 #include "engine/connections/RoomCamera.h"
 #include "engine/connections/RoomChat.h"
-#include "engine/transport/Transport.h"
 #include "engine/connections/RoomParticipant.h"
 #include "engine/roomservice/RoomService.h"
+#include "engine/transport/Transport.h"
 #include "engine/webrtc/ActiveSpeaker.h"
 #include "engine/webrtc/RoomSound.h"
 
@@ -32,7 +32,8 @@ public:
     // The room that is open, or null. Any thread; never waits for anything but the copy of a pointer.
     [[nodiscard]] static std::shared_ptr<Room> Current();
     // Closes an open room, then opens one and waits, some seconds at most, until its transport lets the local
-    // user in. False, and a log line, when that is impossible. Without a maker: the embedded transport.
+    // user in. False, and a log line, when that is impossible. Without a maker: the one that the
+    // options ask for.
     static bool Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
                      const TransportMaker& makeTransport = {});
     // Closes the open room, if any. On return none of its callbacks is in progress and none follows. On a

@@ -17,8 +17,8 @@
 #include <optional>
 
 #include "engine/common/EngineLoop.h"
-#include "engine/transport/LocalFeed.h"
 #include "engine/mediamanager/SinkList.h"
+#include "engine/transport/LocalFeed.h"
 #include "engine/webrtc/MappedPicture.h"
 #include "engine/webrtc/Playback.h"
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <utility>
 
-#include "engine/transport/Transport.h"
-#include "engine/transport/TextBacklog.h"
 #include "engine/mediamanager/DataChannel.h"
 #include "engine/mediamanager/SinkList.h"
+#include "engine/transport/TextBacklog.h"
+#include "engine/transport/Transport.h"
 #include "engine/webrtc/MappedPicture.h"
 
 namespace Corvanta::Engine {

@@ -35,8 +35,8 @@ std::size_t CountPersons(const std::vector<Participant>& participants) {
 }
 
 EmbeddedTransport::EmbeddedTransport(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
-                                 std::vector<Participant> participants,
-                                 std::optional<std::chrono::milliseconds> drawingBegins)
+                                     std::vector<Participant> participants,
+                                     std::optional<std::chrono::milliseconds> drawingBegins)
     : loop(engineLoop),
       mixer(std::move(roomMixer)),
       all(std::move(participants)),

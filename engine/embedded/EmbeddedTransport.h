@@ -12,8 +12,8 @@
 
 #include "engine/Engine.h"
 #include "engine/embedded/PlaybackMedia.h"
-#include "engine/transport/Transport.h"
 #include "engine/embedded/ScriptedDrawings.h"
+#include "engine/transport/Transport.h"
 
 namespace Corvanta::Engine {
 
@@ -23,8 +23,8 @@ namespace Corvanta::Engine {
 class EmbeddedTransport final : public Transport {
 public:
     EmbeddedTransport(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
-                    std::vector<Participant> participants,
-                    std::optional<std::chrono::milliseconds> drawingBegins);
+                      std::vector<Participant> participants,
+                      std::optional<std::chrono::milliseconds> drawingBegins);
 
     void Start(TransportEvents handlers) override;
     void Stop() override;

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "engine/EngineSettings.h"
 #include "engine/configuration/ConfigurationStore.h"
 
 namespace {
@@ -72,6 +73,8 @@ Corvanta::GraphQLClientString* GraphQLClient_GetEmail() {
 }
 
 Corvanta::GraphQLClientString* GraphQLClient_GetDisplayName() {
+    if (std::string name = Corvanta::Engine::CurrentOptions().name; !name.empty())
+        return new OwnedString(std::move(name));
     return ConfiguredOr(kDisplayNameKey, GetLoginName().fullName);
 }
 

@@ -16,6 +16,11 @@ protected:
                            .packetsSent = 10,
                            .packetsReceived = 100,
                            .packetsLost = 5,
+                           .jitterMs = 0,
+                           .roundTripMs = {},
+                           .remoteLossShare = {},
+                           .videoCodec = {},
+                           .audioCodec = {},
                            .pictures = 30};
 };
 

@@ -6,7 +6,7 @@
 
 #include "engine/EngineSettings.h"
 #include "engine/connections/ConnectionCallbacks.h"
-#include "engine/connections/OwnStreamNames.h"
+#include "engine/transport/StreamNames.h"
 #include "engine/connections/Room.h"
 #include "engine/connections/TrackSettings.h"
 #include "platform/Logger.h"

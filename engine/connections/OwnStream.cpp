@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "engine/connections/OwnStreamNames.h"
+#include "engine/transport/StreamNames.h"
 #include "engine/connections/TrackSettings.h"
 #include "engine/mediamanager/MediaCallbacks.h"
 #include "platform/Logger.h"

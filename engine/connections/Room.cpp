@@ -8,7 +8,7 @@
 
 #include "engine/common/CallTracker.h"
 #include "engine/connections/ConnectionCallbacks.h"
-#include "engine/connections/OwnStreamNames.h"
+#include "engine/transport/StreamNames.h"
 #include "engine/connections/RoomStatus.h"
 #include "engine/connections/TrackSettings.h"
 #include "engine/connections/TransportChoice.h"
@@ -28,6 +28,8 @@ namespace {
 constexpr PictureShape kDeviceShape{.width = 1280, .height = 720, .frameRate = 30};
 // How often a source is offered again while the library has no room for it.
 constexpr std::chrono::milliseconds kOfferInterval{50};
+// How often the library is asked how the camera is to be sent.
+constexpr std::chrono::milliseconds kAdaptationInterval{500};
 // How long the transport may take to let the local user in.
 constexpr std::chrono::seconds kEntryPatience{10};
 
@@ -207,6 +209,7 @@ void Room::Enter() {
     loop.Post([] { TellRoomStatus(kRoomOpen); });
     loop.Post([this] { sound.Open(); });
     loop.Post([this] { camera->Follow(); });
+    loop.Post([this] { FollowAdaptation(); });
     const ParticipantList::Snapshot all = participants.Get();
     for (const auto& participant : *all) Bring(participant);
 }
@@ -503,6 +506,16 @@ void Room::ApplyLocalTracks() {
         sound.FollowMicrophone();
         transport->SetCameraTracks(CurrentLocalTracks());
     });
+}
+
+void Room::FollowAdaptation() {
+    if (isClosing) return;
+    const auto wanted = MediaCallbacks::Get().localVideoAdaptation.Call();
+    if (wanted && wanted != adaptation) {
+        adaptation = wanted;
+        transport->SetCameraAdaptation(*wanted);
+    }
+    loop.PostAfter(kAdaptationInterval, [this] { FollowAdaptation(); });
 }
 
 void Room::ApplyOutboundBitrate() {

@@ -103,6 +103,8 @@ private:
     void OnChannel(const std::shared_ptr<RoomParticipant>& participant, bool isOpen);
     void OpenChannel(const std::shared_ptr<RoomParticipant>& participant);
     void OnText(const std::shared_ptr<RoomParticipant>& participant, std::string text);
+    // Sends the camera as the library wants it at the moment.
+    void FollowAdaptation();
     [[nodiscard]] std::vector<std::string> InView() const;
     [[nodiscard]] std::optional<PlaybackSource> CameraSource(int32_t index) const;
 
@@ -126,6 +128,7 @@ private:
     // The engine's thread alone.
     std::uint64_t joined = 0;
     bool entryIsTold = false;
+    std::optional<VideoFrameAdaptation> adaptation;
     bool isIn = false;
 };
 

@@ -11,7 +11,7 @@
 #include <variant>
 
 #include "engine/Engine.h"
-#include "engine/connections/OwnStreamNames.h"
+#include "engine/transport/StreamNames.h"
 #include "engine/connections/Room.h"
 #include "engine/webrtc/CameraChoice.h"
 #include "engine/webrtc/DeviceCapture.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/connections/OwnStreamNames.h"
+#include "engine/transport/StreamNames.h"
 #include "engine/webrtc/SourceCheck.h"
 
 namespace Corvanta::Engine {

@@ -38,6 +38,7 @@ public:
     void Unpublish(StreamType) override {}
     void SetCameraTracks(const LocalTracks&) override {}
     void SetOutboundBitrate(uint32_t) override {}
+    void SetCameraAdaptation(const VideoFrameAdaptation&) override {}
     void Configure(const std::string&, const TrackSwitches&) override {}
     void RequestRestart(const std::string&, const RestartRequest&) override {}
     void Mute(const std::string&) override {}

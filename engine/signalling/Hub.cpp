@@ -88,7 +88,7 @@ Hub::~Hub() {
 void Hub::Remove(const std::string& memberId) {
     const auto client = Find(memberId);
     if (client == clients.end()) return;
-    Drop(client);
+    Drop(client, true);
     DropOverfull();
 }
 
@@ -164,6 +164,8 @@ void Hub::OnLine(ClientNumber number, std::string_view line) {
         OnHello(client, std::get<Hello>(*message));
     } else if (message && std::holds_alternative<To>(*message) && isMember) {
         Carry(client, std::get<To>(std::move(*message)));
+    } else if (message && std::holds_alternative<Leaving>(*message) && isMember) {
+        Drop(client, true);
     } else if (!message || !std::holds_alternative<Unknown>(*message)) {
         CutOff(client, "what it says makes no sense");
     }
@@ -266,11 +268,11 @@ void Hub::CutOff(ClientMap::iterator client, const char* reason) {
     Drop(client);
 }
 
-void Hub::Drop(ClientMap::iterator client) {
+void Hub::Drop(ClientMap::iterator client, bool orderly) {
     const std::string id = client->second.member.id;
     client->second.connection->Close();
     clients.erase(client);
-    if (!id.empty()) Broadcast(Left{id}, 0);
+    if (!id.empty()) Broadcast(Left{id, orderly}, 0);
 }
 
 void Hub::DropOverfull() {

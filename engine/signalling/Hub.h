@@ -50,8 +50,8 @@ public:
     Hub(const Hub&) = delete;
     Hub& operator=(const Hub&) = delete;
 
-    // Ends the member's connection and tells the others that it has left. Nothing happens without such a
-    // member.
+    // Ends the member's connection and tells the others that it has left in order. Nothing happens without
+    // such a member.
     void Remove(const std::string& memberId);
 
     [[nodiscard]] std::size_t Members() const;
@@ -96,7 +96,7 @@ private:
     void Refuse(ClientMap::iterator client, const std::string& reason);
     void CutOff(ClientMap::iterator client, const char* reason);
     // The client goes at once; the others hear of it if it was a member.
-    void Drop(ClientMap::iterator client);
+    void Drop(ClientMap::iterator client, bool orderly = false);
     // Those that did not take what was sent to them go, and then those that do not take the news of it.
     void DropOverfull();
 

@@ -30,7 +30,8 @@ struct HubClientEvents {
     // and they take us for a newcomer.
     std::function<void(const std::string& ownId, const std::vector<RoomMember>& members)> onEntered;
     std::function<void(const RoomMember& member, Beginner beginner)> onMemberJoined;
-    std::function<void(const std::string& memberId)> onMemberLeft;
+    // `orderly`: it has said so. Otherwise its process may have died, or have been stopped for long.
+    std::function<void(const std::string& memberId, bool orderly)> onMemberLeft;
     std::function<void(const std::string& fromId, const std::string& payload)> onMessage;
     // Followed by onHubBack, where we return as who we were, by onEntered, or by onFailed.
     std::function<void()> onHubLost;

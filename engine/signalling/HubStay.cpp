@@ -58,7 +58,11 @@ void HubClient::Stay::End() {
     if (std::exchange(hasEnded, true)) return;
     seeking.reset();
     answering.reset();
-    if (connection) std::exchange(connection, nullptr)->Close();
+    if (const auto ended = std::exchange(connection, nullptr)) {
+        // A hub of our own is told below. Another one may miss it, and then sees us go.
+        if (isInside && !hub) static_cast<void>(ended->Send(WriteRoomMessage(Leaving{})));
+        ended->Close();
+    }
     if (hub) {
         hub->Remove(ownId);
         hub.reset();
@@ -273,7 +277,7 @@ void HubClient::Stay::OnMessage(const Joined& joined) {
 }
 
 void HubClient::Stay::OnMessage(const Left& left) {
-    Remove(left.id);
+    Remove(left.id, left.orderly);
 }
 
 void HubClient::Stay::OnMessage(const Settled& settled) {
@@ -303,7 +307,7 @@ void HubClient::Stay::Add(const RoomMember& member, Beginner beginner) {
     Tell(&HubClientEvents::onMemberJoined, member, beginner);
 }
 
-void HubClient::Stay::Remove(const std::string& memberId) {
+void HubClient::Stay::Remove(const std::string& memberId, bool orderly) {
     if (std::erase_if(members, [&memberId](const RoomMember& member) { return member.id == memberId; }) == 0)
         return;
     absent.erase(memberId);
@@ -312,7 +316,7 @@ void HubClient::Stay::Remove(const std::string& memberId) {
         keptBytes -= waiting.second.size();
         return true;
     });
-    Tell(&HubClientEvents::onMemberLeft, memberId);
+    Tell(&HubClientEvents::onMemberLeft, memberId, orderly);
 }
 
 void HubClient::Stay::Deliver(const std::string& memberId) {

@@ -70,10 +70,11 @@ private:
     // What only a client says.
     void OnMessage(const RoomMessages::Hello&) { OnNonsense(); }
     void OnMessage(const RoomMessages::To&) { OnNonsense(); }
+    void OnMessage(const RoomMessages::Leaving&) { OnNonsense(); }
 
     [[nodiscard]] bool Knows(const std::string& memberId) const;
     void Add(const RoomMember& member, Beginner beginner);
-    void Remove(const std::string& memberId);
+    void Remove(const std::string& memberId, bool orderly = false);
     // The member is with the hub: sends what waited for that.
     void Deliver(const std::string& memberId);
     [[nodiscard]] std::vector<std::string> ExpectedAtHub() const;

@@ -84,10 +84,11 @@ RoomMessage Read(const json& object) {
     if (kind == "hello") return ReadHello(object);
     if (kind == "welcome") return ReadWelcome(object);
     if (kind == "joined") return Joined{MemberOf(object.at("member")), FlagOf(object, "returned")};
-    if (kind == "left") return Left{IdOf(object.at("id"))};
+    if (kind == "left") return Left{IdOf(object.at("id")), FlagOf(object, "orderly")};
     if (kind == "settled") return ReadSettled(object);
     if (kind == "to") return To{IdOf(object.at("member")), TextOf(object, "payload")};
     if (kind == "from") return From{IdOf(object.at("member")), TextOf(object, "payload")};
+    if (kind == "leaving") return Leaving{};
     if (kind == "refused") return Refused{CutName(TextOf(object, "reason"))};
     return Unknown{};
 }
@@ -115,7 +116,9 @@ struct Writer {
     json operator()(const Joined& joined) const {
         return {{"kind", "joined"}, {"member", ToJson(joined.member)}, {"returned", joined.returned}};
     }
-    json operator()(const Left& left) const { return {{"kind", "left"}, {"id", left.id}}; }
+    json operator()(const Left& left) const {
+        return {{"kind", "left"}, {"id", left.id}, {"orderly", left.orderly}};
+    }
     json operator()(const Settled& settled) const { return {{"kind", "settled"}, {"ids", settled.ids}}; }
     json operator()(const To& to) const {
         return {{"kind", "to"}, {"member", to.member}, {"payload", to.payload}};
@@ -123,6 +126,7 @@ struct Writer {
     json operator()(const From& from) const {
         return {{"kind", "from"}, {"member", from.member}, {"payload", from.payload}};
     }
+    json operator()(const Leaving&) const { return {{"kind", "leaving"}}; }
     json operator()(const Refused& refused) const {
         return {{"kind", "refused"}, {"reason", CutName(refused.reason)}};
     }

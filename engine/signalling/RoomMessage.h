@@ -59,6 +59,8 @@ struct Joined {
 
 struct Left {
     std::string id;
+    // It said so itself, and did not just go away.
+    bool orderly = false;
     bool operator==(const Left&) const = default;
 };
 
@@ -81,6 +83,11 @@ struct From {
     bool operator==(const From&) const = default;
 };
 
+// A client's last word.
+struct Leaving {
+    bool operator==(const Leaving&) const = default;
+};
+
 // The hub's last word to a client.
 struct Refused {
     std::string reason;
@@ -94,9 +101,10 @@ struct Unknown {
 
 }  // namespace RoomMessages
 
-using RoomMessage = std::variant<RoomMessages::Hello, RoomMessages::Welcome, RoomMessages::Joined,
-                                 RoomMessages::Left, RoomMessages::Settled, RoomMessages::To,
-                                 RoomMessages::From, RoomMessages::Refused, RoomMessages::Unknown>;
+using RoomMessage =
+    std::variant<RoomMessages::Hello, RoomMessages::Welcome, RoomMessages::Joined, RoomMessages::Left,
+                 RoomMessages::Settled, RoomMessages::To, RoomMessages::From, RoomMessages::Leaving,
+                 RoomMessages::Refused, RoomMessages::Unknown>;
 
 // Reads a line without its line feed. Nothing when it is malformed: no JSON object with a kind, a field of a
 // known kind missing, of another type or beyond its bound. Names and reasons are cut instead.

@@ -105,7 +105,10 @@ std::optional<std::string> TextJoiner::Take(std::string_view message, Clock::tim
             Complain("a text that is too long", now);
             return std::nullopt;
         }
-        if (piece->bytes.size() == piece->total) return std::string(piece->bytes);
+        if (piece->bytes.size() == piece->total) {
+            lastSequence = piece->sequence;
+            return std::string(piece->bytes);
+        }
         Begin(piece->sequence, static_cast<std::size_t>(piece->total), now);
     }
     const auto place = unfinished.find(piece->sequence);
@@ -128,6 +131,7 @@ std::optional<std::string> TextJoiner::Take(std::string_view message, Clock::tim
     unfinishedBytes -= place->second.bytes.size();
     std::string whole = std::move(place->second.bytes);
     unfinished.erase(place);
+    lastSequence = piece->sequence;
     return whole;
 }
 

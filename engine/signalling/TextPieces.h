@@ -49,6 +49,8 @@ public:
 
     // The text that this piece completes. `now` never goes back.
     [[nodiscard]] std::optional<std::string> Take(std::string_view piece, Clock::time_point now);
+    // The SEQUENCE of the last text that Take has returned; 0 before.
+    [[nodiscard]] std::uint64_t LastSequence() const { return lastSequence; }
     // Drops what is too old. Take does it as well.
     void Expire(Clock::time_point now);
 
@@ -73,6 +75,7 @@ private:
     std::size_t unfinishedBytes = 0;
     // Beginnings up to this one have been here.
     std::optional<std::uint64_t> newest;
+    std::uint64_t lastSequence = 0;
     std::optional<Clock::time_point> complained;
 };
 

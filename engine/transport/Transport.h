@@ -14,6 +14,7 @@
 #include "engine/transport/ParticipantMedia.h"
 #include "engine/webrtc/SoundMixer.h"
 #include "platform/Connections.h"
+#include "platform/VideoFrameAdaptation.h"
 
 namespace Corvanta::Engine {
 
@@ -90,7 +91,7 @@ public:
     virtual void Stop() = 0;
 
     // Any thread, from memory: under which the others know the local user; empty while nobody knows. The ids
-    // of the local user's streams are made of it (see OwnStreamNames.h).
+    // of the local user's streams are made of it (see StreamNames.h).
     [[nodiscard]] virtual std::string OwnId() const = 0;
 
     // To everybody, in the order of the calls. For those who cannot be reached at the moment it is kept.
@@ -106,6 +107,8 @@ public:
     virtual void SetCameraTracks(const LocalTracks& tracks) = 0;
     // Bits a second of outbound video.
     virtual void SetOutboundBitrate(uint32_t bitsPerSecond) = 0;
+    // Size and bit rate of the camera's pictures as the room shows them at the moment.
+    virtual void SetCameraAdaptation(const VideoFrameAdaptation& adaptation) = 0;
 
     // For one of the local user's own streams: switches parts of it for all who receive it, or connects it
     // again. Unknown ids are ignored.

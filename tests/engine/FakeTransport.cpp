@@ -110,6 +110,9 @@ public:
     void SetOutboundBitrate(uint32_t bitsPerSecond) override {
         room.record.Add("bitrate " + std::to_string(bitsPerSecond));
     }
+    void SetCameraAdaptation(const VideoFrameAdaptation& adaptation) override {
+        room.record.Add("adaptation " + std::to_string(adaptation.bitrate));
+    }
     void Configure(const std::string& streamId, const TrackSwitches& switches) override {
         std::string line = "configure ";
         line += streamId;

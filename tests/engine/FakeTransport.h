@@ -69,7 +69,7 @@ struct FakeRoom {
     std::string refusal;
     std::string ownId = "me";
     // "start", "stop", "send TEXT", "camera sound picture" (or "-" for each), "publish 4 NAME", "unpublish
-    // 4", "bitrate N", "configure ID video=0", "restart ID", "mute ID", "remove ID".
+    // 4", "bitrate N", "adaptation BITRATE", "configure ID video=0", "restart ID", "mute ID", "remove ID".
     Record record;
     const std::shared_ptr<FakeFeed> cameraFeed = std::make_shared<FakeFeed>();
     const std::shared_ptr<FakeFeed> streamFeed = std::make_shared<FakeFeed>();

@@ -121,7 +121,8 @@ TEST_F(HubClientTest, LeavesAtOnceAndHearsNoMore) {
     ASSERT_TRUE(two.Enters("two"));
     const std::string id = two.OwnId();
     two.Leave();
-    EXPECT_TRUE(one.events.Hears("left", id));
+    ASSERT_TRUE(one.events.Hears("left", id));
+    EXPECT_EQ(one.events.Of("left").front().text, "in order");
     EXPECT_EQ(two.OwnId(), "");
     EXPECT_TRUE(two.Members().empty());
     EXPECT_FALSE(two.Send(one.OwnId(), "gone"));
@@ -149,6 +150,7 @@ TEST_F(HubClientTest, GoesOnWhenTheOneWithTheHubLeaves) {
         EXPECT_TRUE(guest->events.Hears("back"));
         EXPECT_EQ(guest->events.Count("left"), 1U);
         EXPECT_EQ(guest->events.Count("left", first), 1U);
+        EXPECT_EQ(guest->events.Of("left").front().text, "in order");
     }
     EXPECT_TRUE(two.HasHub() != three.HasHub());
     EXPECT_EQ(two.OwnId(), second);
@@ -234,7 +236,7 @@ TEST_F(HubClientTest, MayLeaveOrEndInsideEachOfItsCalls) {
             };
             told.onEntered = [&](const auto&, const auto&) { react("entered"); };
             told.onMemberJoined = [&](const auto&, Beginner) { react("joined"); };
-            told.onMemberLeft = [&](const auto&) { react("left"); };
+            told.onMemberLeft = [&](const auto&, bool) { react("left"); };
             told.onMessage = [&](const auto&, const auto&) { react("message"); };
             told.onHubLost = [&] { react("lost"); };
             told.onHubBack = [&] { react("back"); };

@@ -69,6 +69,7 @@ TEST_F(HubTakeOver, KeepsEverybodyWhenTheOneWithTheHubIsKilled) {
     for (const RoomEvents* const events : {&witness.events, &processes[1]->events, &processes[2]->events}) {
         ASSERT_TRUE(events->Hears("left", killedId));
         EXPECT_EQ(events->Count("left"), 1U);
+        EXPECT_EQ(events->Of("left").front().text, "");
         EXPECT_EQ(events->Count("entered"), 1U);
         EXPECT_EQ(events->Count("lost"), 1U);
     }

@@ -110,6 +110,18 @@ TEST_F(HubTest, TellsWhenAMemberGoes) {
     EXPECT_TRUE(Eventually([this] { return Clients() == 1; }));
 }
 
+TEST_F(HubTest, TellsWhetherAMemberGoesInOrder) {
+    Open();
+    RawClient first(folder.socket);
+    first.Enter("1");
+    RawClient second(folder.socket);
+    second.Enter("2");
+    EXPECT_EQ(first.Next<Joined>().member.id, MemberIdOf("2"));
+    second.Say(Leaving{});
+    EXPECT_EQ(first.Next(), RoomMessage(Left{MemberIdOf("2"), true}));
+    EXPECT_TRUE(second.IsEnded());
+}
+
 TEST_F(HubTest, CarriesWhatAMemberSaysLast) {
     Open();
     RawClient first(folder.socket);

@@ -18,6 +18,7 @@ struct RoomEvent {
     // Of the member in question; our own for entered.
     std::string id;
     // entered: the others' ids, each with a space behind it; joined: "us NAME" or "them NAME" by who begins;
+    // left: "in order" where the member said so;
     // message: the payload; failed: the line.
     std::string text;
 

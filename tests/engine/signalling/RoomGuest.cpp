@@ -22,8 +22,8 @@ HubClientEvents NotedIn(RoomEvents& events) {
                 events.Add({"joined", member.id, text});
             },
         .onMemberLeft =
-            [&events](const std::string& memberId) {
-                events.Add({"left", memberId, {}});
+            [&events](const std::string& memberId, bool orderly) {
+                events.Add({"left", memberId, orderly ? "in order" : ""});
             },
         .onMessage =
             [&events](const std::string& fromId, const std::string& payload) {
@@ -59,8 +59,8 @@ RoomGuest::RoomGuest(LoopThread& loopThread, std::filesystem::path productFolder
                 Called("joined");
             },
         .onMemberLeft =
-            [this, noted](const std::string& memberId) {
-                noted.onMemberLeft(memberId);
+            [this, noted](const std::string& memberId, bool orderly) {
+                noted.onMemberLeft(memberId, orderly);
                 Called("left");
             },
         .onMessage =

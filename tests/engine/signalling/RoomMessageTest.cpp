@@ -29,6 +29,8 @@ TEST(RoomMessage, IsReadAsItWasWritten) {
              RoomMessage(Joined{{"b", wild}, false}),
              RoomMessage(Joined{{"b", ""}, true}),
              RoomMessage(Left{"abc"}),
+             RoomMessage(Left{"abc", true}),
+             RoomMessage(Leaving{}),
              RoomMessage(Settled{{}}),
              RoomMessage(Settled{{"a", "b"}}),
              RoomMessage(To{"a", wild}),

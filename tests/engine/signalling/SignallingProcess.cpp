@@ -46,7 +46,8 @@ HubClientEvents Told() {
             [](const RoomMember& member, Beginner beginner) {
                 Tell("joined", member.id, (beginner == Beginner::Us ? "us " : "them ") + member.name);
             },
-        .onMemberLeft = [](const std::string& memberId) { Tell("left", memberId, {}); },
+        .onMemberLeft = [](const std::string& memberId,
+                           bool orderly) { Tell("left", memberId, orderly ? "in order" : ""); },
         .onMessage = [](const std::string& fromId,
                         const std::string& payload) { Tell("message", fromId, payload); },
         .onHubLost = [] { Tell("lost", {}, {}); },

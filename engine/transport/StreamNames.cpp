@@ -1,4 +1,4 @@
-#include "engine/connections/OwnStreamNames.h"
+#include "engine/transport/StreamNames.h"
 
 #include <array>
 #include <utility>
@@ -26,6 +26,13 @@ std::string StreamWord(StreamType type) {
         if (known == type) return word;
     }
     return {};
+}
+
+std::optional<StreamType> StreamOfWord(std::string_view word) {
+    for (const auto& [type, known] : kWords) {
+        if (known == word) return type;
+    }
+    return std::nullopt;
 }
 
 std::string StreamIdOf(const std::string& memberId, StreamType type) {

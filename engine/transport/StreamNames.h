@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/Connections.h"
 
@@ -11,6 +12,8 @@ namespace Corvanta::Engine {
 
 // "camera", "screen" and so on; empty for an unknown kind.
 [[nodiscard]] std::string StreamWord(StreamType type);
+// Nothing for an unknown word.
+[[nodiscard]] std::optional<StreamType> StreamOfWord(std::string_view word);
 
 // Id of the local user in a room that needs nobody else, and before there is a room.
 inline constexpr const char* kEmbeddedOwnId = "local";

@@ -1,0 +1,104 @@
+// One other member of a mesh: the connection of the two cameras, the streams that it publishes beside its
+// camera, and the ways of the local user's streams to it. The engine's thread alone.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "engine/common/EngineLoop.h"
+#include "engine/mesh/MeshMessage.h"
+#include "engine/transport/PeerStream.h"
+#include "engine/transport/SentStream.h"
+#include "engine/transport/Transport.h"
+#include "engine/webrtc/SoundMixer.h"
+
+namespace Corvanta::Engine {
+
+// How a member's doings reach the transport. Not called after Close.
+struct MeshMemberEvents {
+    // To the member, over the hub.
+    std::function<void(const MeshMessage& message)> send;
+    std::function<void(ParticipantDescription description)> joined;
+    std::function<void(const std::string& streamId, const std::string& reason)> left;
+    // The share of a stream's packets that the member loses.
+    std::function<void(StreamType type, double share)> lost;
+    // The member asks it of the local user.
+    std::function<void(StreamType type)> muted;
+    std::function<void()> removed;
+};
+
+class MeshMember final : public std::enable_shared_from_this<MeshMember> {
+public:
+    // Streams beside the camera, one of each kind; whoever publishes more is not heard.
+    static constexpr std::size_t kMostStreams = 8;
+
+    struct Facts {
+        std::string id;
+        std::string name;
+        std::string ownId;
+        // Whether this side makes the offers of the cameras' connection.
+        bool offers = false;
+    };
+
+    MeshMember(EngineLoop& engineLoop, Facts memberFacts, MeshMemberEvents memberEvents,
+               std::shared_ptr<SoundMixer> roomMixer);
+    MeshMember(const MeshMember&) = delete;
+    MeshMember& operator=(const MeshMember&) = delete;
+
+    // Tells of its camera and begins to connect.
+    void Open();
+    // Ends all connections; nothing is told.
+    void Close();
+    // Its streams have left.
+    void Leave(const std::string& reason);
+    // It is not to be found. What is known of it stays, and shows that the connection is lost.
+    void Lose();
+
+    // The local user's stream is there, or has changed.
+    void Publish(StreamType type, const std::string& name, const std::shared_ptr<SentStream>& stream);
+    void Unpublish(StreamType type);
+
+    void Take(MeshMessage message);
+    void OnWayLost();
+    void RestartSending(StreamType type, bool immediately);
+    void SendText(const std::string& text) { camera->Send(text); }
+
+    [[nodiscard]] const std::string& Id() const { return facts.id; }
+    [[nodiscard]] bool IsLost() const { return isLost; }
+
+private:
+    struct Sending {
+        std::shared_ptr<PeerLink> link;
+        std::shared_ptr<SentStream> stream;
+        LocalTracks wanted;
+    };
+
+    [[nodiscard]] std::shared_ptr<PeerStream> MakeStream(StreamType type, const std::string& link,
+                                                         PeerOptions options);
+    void TakeKind(const MeshMessages::Description& message);
+    void TakeKind(const MeshMessages::Candidate& message);
+    void TakeKind(const MeshMessages::Publish& message);
+    void TakeKind(const MeshMessages::Unpublish& message);
+    void TakeKind(const MeshMessages::Want& message);
+    void TakeKind(const MeshMessages::Mute& message);
+    void TakeKind(const MeshMessages::Remove& message);
+    void OpenSending(StreamType type, Sending& sending);
+    // The end of that link that is here; null for an unknown one.
+    [[nodiscard]] PeerLink* FindLink(const std::string& link) const;
+
+    EngineLoop& loop;
+    const Facts facts;
+    const MeshMemberEvents events;
+    const std::shared_ptr<SoundMixer> mixer;
+    std::shared_ptr<PeerStream> camera;
+    // Its own, beside the camera.
+    std::map<StreamType, std::shared_ptr<PeerStream>> streams;
+    // The local user's; the camera has no link of its own.
+    std::map<StreamType, Sending> sendings;
+    bool isLost = false;
+    bool isClosed = false;
+};
+
+}  // namespace Corvanta::Engine

@@ -41,7 +41,6 @@ private:
                                               const std::optional<std::string>& speaker);
     // Takes back the last mark of whoever drew the oldest, on the stream of that one.
     [[nodiscard]] DataChannelMessage TakeBack();
-    [[nodiscard]] std::string MakeControlId();
 
     // Without a seed of its own, so that it is the same each time.
     std::mt19937 random;

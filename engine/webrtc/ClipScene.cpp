@@ -257,7 +257,7 @@ public:
     }
 
     [[nodiscard]] double Loudness(std::chrono::nanoseconds time) const override {
-        const double turnSeconds = std::chrono::duration<double>(kTurn).count();
+        const double turnSeconds = std::chrono::duration<double>(kSpeakingTime).count();
         const double seconds = Seconds(time);
         if (static_cast<std::size_t>(seconds / turnSeconds) % turn.count != turn.index) return 0;
         const double within = std::fmod(seconds, turnSeconds);
@@ -270,7 +270,6 @@ public:
     [[nodiscard]] double PitchHz() const override { return look.pitchHz; }
 
 private:
-    static constexpr std::chrono::seconds kTurn{4};
     static constexpr double kFullVoice = 0.16;
 
     // Bars that dance with the voice.

@@ -28,7 +28,10 @@ struct ClipFormat {
 // What a machine of two cores can draw beside everything else when there are that many clips.
 [[nodiscard]] ClipFormat ClipFormatFor(std::size_t clips);
 
-// Whose turn it is to speak among the generated persons of a room.
+// How long each generated person of a room speaks before it is the next one's turn.
+constexpr std::chrono::seconds kSpeakingTime{4};
+
+// Whose turn it is to speak among them.
 struct SpeakingTurn {
     std::size_t index = 0;
     std::size_t count = 1;

@@ -1,0 +1,292 @@
+#include "engine/janus/JanusPublisher.h"
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <utility>
+
+#include "engine/peer/PeerDescription.h"
+#include "platform/Logger.h"
+
+namespace Corvanta::Engine {
+
+namespace {
+
+using nlohmann::json;
+using std::chrono::milliseconds;
+using Kind = JanusMessage::Kind;
+
+constexpr const char* kChannel = "JanusDataChannel";
+constexpr milliseconds kTryAgain{1000};
+// After having the former self of a feed leave, that the server has not missed yet.
+constexpr milliseconds kAfterKick{200};
+constexpr int kMostTaken = 10;
+// What the server may take to end a connection.
+constexpr milliseconds kHangupPatience{1000};
+
+PeerOptions OptionsFor(const std::string& name) {
+    return {.name = name,
+            .role = PeerOptions::Role::Offerer,
+            .sends = true,
+            .receives = false,
+            .channelLabel = kChannel,
+            .answererMakesChannel = true,
+            .loopbackOnly = false};
+}
+
+int ErrorOf(const JanusMessage& answer) {
+    return answer.room && answer.room->errorCode != 0 ? answer.room->errorCode : answer.errorCode;
+}
+
+std::string ReasonOf(const JanusMessage& answer) {
+    return answer.room && !answer.room->error.empty() ? answer.room->error : answer.reason;
+}
+
+}  // namespace
+
+JanusPublisher::JanusPublisher(EngineLoop& engineLoop, JanusClient& janusClient, Facts feedFacts,
+                               JanusPublisherEvents publisherEvents)
+    : loop(engineLoop),
+      client(janusClient),
+      facts(std::move(feedFacts)),
+      events(std::move(publisherEvents)),
+      link(std::make_shared<PeerLink>(engineLoop, OptionsFor(facts.name), LinkEvents(), nullptr)) {}
+
+JanusPublisher::~JanusPublisher() {
+    Close();
+}
+
+void JanusPublisher::Open() {
+    isOpen = true;
+    Enter();
+}
+
+void JanusPublisher::Close() {
+    if (!std::exchange(isOpen, false)) return;
+    ++round;
+    hangingUp.reset();
+    link->Close();
+    if (const auto old = std::exchange(handle, 0); old != 0) client.Detach(old);
+    if (stream) stream->Close();
+    stream.reset();
+}
+
+void JanusPublisher::OnNewSession() {
+    if (!isOpen) return;
+    handle = 0;
+    Enter();
+}
+
+void JanusPublisher::SetStream(std::shared_ptr<SentStream> sentStream) {
+    if (stream) stream->Close();
+    stream = std::move(sentStream);
+    link->Peer().SetFeed(stream ? stream->Feed() : nullptr);
+}
+
+PeerLinkEvents JanusPublisher::LinkEvents() {
+    // The link is this publisher's own, and its events end with it.
+    return {.description =
+                [this](const std::string& text) {
+                    auto description = ReadDescription(text);
+                    if (description) OnOffer(std::move(description->sdp));
+                },
+            .candidate =
+                [this](std::uint32_t mediaLine, const std::string& text) {
+                    if (!offerIsSent) {
+                        candidates.emplace_back(mediaLine, text);
+                    } else if (handle != 0) {
+                        client.Trickle(handle, mediaLine, text);
+                    }
+                },
+            .connection = [](bool) {},
+            .channel =
+                [this](bool isNew) {
+                    if (events.channel) events.channel(isNew);
+                },
+            .message = [](const std::string&) {},
+            .drained =
+                [this] {
+                    if (events.drained) events.drained();
+                },
+            .picture = {},
+            .loudness = {},
+            .measured =
+                [this](const PeerStatistics& statistics) {
+                    if (stream && statistics.remoteLossShare) {
+                        stream->ReportLoss("server", *statistics.remoteLossShare);
+                    }
+                }};
+}
+
+void JanusPublisher::Ask(const json& body, const std::optional<JanusDescription>& description,
+                         std::function<void(const JanusMessage& answer)> onAnswer) {
+    client.Ask(
+        handle, body, description,
+        [weak = weak_from_this(), own = round, answered = std::move(onAnswer)](const JanusMessage& answer) {
+            const auto self = weak.lock();
+            if (self && self->isOpen && self->round == own) answered(answer);
+        });
+}
+
+void JanusPublisher::Enter() {
+    ++round;
+    taken = 0;
+    isPublished = false;
+    hangingUp.reset();
+    if (const auto old = std::exchange(handle, 0); old != 0) client.Detach(old);
+    // A new session has it entered again.
+    if (client.IsOpen()) Attach();
+}
+
+void JanusPublisher::EnterLater(milliseconds wait) {
+    loop.PostAfter(wait, [weak = weak_from_this(), own = round] {
+        const auto self = weak.lock();
+        if (self && self->isOpen && self->round == own) self->Enter();
+    });
+}
+
+void JanusPublisher::Attach() {
+    client.Attach([this](const JanusMessage& message) { OnEvent(message); },
+                  [weak = weak_from_this(), own = round, &janus = client](JanusClient::Handle attached) {
+                      const auto self = weak.lock();
+                      if (!self || !self->isOpen || self->round != own) {
+                          if (attached != 0) janus.Detach(attached);
+                          return;
+                      }
+                      self->handle = attached;
+                      if (attached != 0) {
+                          self->MakeRoom();
+                      } else {
+                          self->EnterLater(kTryAgain);
+                      }
+                  });
+}
+
+void JanusPublisher::MakeRoom() {
+    const json body = {
+        {"request", "create"},           {"room", facts.room},   {"permanent", false}, {"is_private", true},
+        {"publishers", kMostPublishers}, {"audiocodec", "opus"}, {"videocodec", "vp8"}};
+    Ask(body, std::nullopt, [this](const JanusMessage& answer) {
+        if (ErrorOf(answer) == JanusErrors::kBadElement) {
+            Refuse("it has no rooms with names (its setting string_ids is off)");
+        } else {
+            // Where it is not allowed, or is done already, joining shows whether there is one.
+            Join();
+        }
+    });
+}
+
+void JanusPublisher::Join() {
+    const json body = {{"request", "join"},
+                       {"ptype", "publisher"},
+                       {"room", facts.room},
+                       {"id", facts.feedId},
+                       {"display", facts.display}};
+    Ask(body, std::nullopt, [this](const JanusMessage& answer) { OnJoined(answer); });
+}
+
+void JanusPublisher::OnJoined(const JanusMessage& answer) {
+    if (answer.room && answer.room->kind == "joined") {
+        isPublished = false;
+        if (events.joined) events.joined(answer.room->publishers);
+        if (!isOpen) return;
+        if (!std::exchange(isStarted, true)) {
+            static_cast<void>(link->Start());
+        } else {
+            link->Restart(true);
+        }
+        return;
+    }
+    if (ErrorOf(answer) == JanusErrors::kIdTaken && ++taken <= kMostTaken) {
+        // Nobody else has this id: it is this feed as the server knew it before.
+        Kick(facts.feedId);
+        loop.PostAfter(kAfterKick, [weak = weak_from_this(), own = round] {
+            const auto self = weak.lock();
+            if (self && self->isOpen && self->round == own) self->Join();
+        });
+        return;
+    }
+    Refuse(ErrorOf(answer) == JanusErrors::kNoSuchRoom ? "it has no such room, and makes none"
+                                                       : "it does not let us in: " + ReasonOf(answer));
+}
+
+void JanusPublisher::Refuse(const std::string& problem) {
+    EnterLater(kTryAgain);
+    if (events.refused) events.refused(problem);
+}
+
+void JanusPublisher::OnOffer(std::string sdp) {
+    offer = std::move(sdp);
+    offerIsSent = false;
+    candidates.clear();
+    if (handle == 0) return;
+    if (!isPublished) {
+        Publish();
+        return;
+    }
+    // The connection that it knows has to end first, and it says when.
+    isPublished = false;
+    Ask({{"request", "unpublish"}}, std::nullopt, [](const JanusMessage&) {});
+    hangingUp = StartTimer(loop.Context(), kHangupPatience, [this] {
+        const auto timer = std::move(hangingUp);
+        Publish();
+    });
+}
+
+void JanusPublisher::Publish() {
+    offerIsSent = true;
+    Ask({{"request", "publish"}, {"display", facts.display}}, JanusDescription{true, offer},
+        [this](const JanusMessage& answer) { OnPublished(answer); });
+    for (const auto& [mediaLine, text] : std::exchange(candidates, {})) {
+        client.Trickle(handle, mediaLine, text);
+    }
+}
+
+void JanusPublisher::OnPublished(const JanusMessage& answer) {
+    if (answer.description && !answer.description->isOffer) {
+        isPublished = true;
+        link->TakeDescription(WriteDescription({DescriptionKind::Answer, 0, answer.description->sdp}));
+        if (events.published) events.published();
+    } else if (ErrorOf(answer) == JanusErrors::kRoomFull) {
+        Refuse("the room is full");
+    } else {
+        Refuse("it does not take what we send: " + ReasonOf(answer));
+    }
+}
+
+void JanusPublisher::OnEvent(const JanusMessage& message) {
+    if (!isOpen || message.handle != handle) return;
+    switch (message.kind) {
+        case Kind::Trickle:
+            if (message.candidate) {
+                link->TakeCandidate(message.candidate->mediaLine, message.candidate->text);
+            }
+            break;
+        case Kind::Hangup:
+            if (const auto waited = std::move(hangingUp)) {
+                Publish();
+            } else if (std::exchange(isPublished, false)) {
+                link->Restart(false);
+            }
+            break;
+        case Kind::Detached: EnterLater(kTryAgain); break;
+        case Kind::Event:
+            if (message.room && events.words) events.words(*message.room);
+            break;
+        default: break;
+    }
+}
+
+void JanusPublisher::Kick(const std::string& feedId) {
+    if (handle == 0) return;
+    client.Ask(handle, {{"request", "kick"}, {"room", facts.room}, {"id", feedId}}, std::nullopt, nullptr);
+}
+
+void JanusPublisher::List(std::function<void(const std::vector<JanusFeed>& publishers)> onList) {
+    if (handle == 0) return;
+    Ask({{"request", "listparticipants"}, {"room", facts.room}}, std::nullopt,
+        [listed = std::move(onList)](const JanusMessage& answer) {
+            if (answer.room && answer.room->participants) listed(*answer.room->participants);
+        });
+}
+
+}  // namespace Corvanta::Engine

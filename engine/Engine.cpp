@@ -8,6 +8,7 @@
 #include "engine/configuration/ConfigurationStore.h"
 #include "engine/connections/Room.h"
 #include "engine/logger/Logger.h"
+#include "engine/roomservice/ServiceAddress.h"
 #include "engine/webrtc/CameraChoice.h"
 #include "engine/webrtc/DeviceList.h"
 #include "engine/webrtc/GstSupport.h"
@@ -53,6 +54,7 @@ std::optional<std::string> Configure(const EngineOptions& options) {
     ConfigureLog(options.logLevel, options.logFile);
     if (!EnsureGStreamer()) return "GStreamer cannot start";
     if (auto problem = CheckInstallation()) return problem;
+    if (auto problem = CheckService(options)) return problem;
     for (const Participant& participant : options.participants) {
         if (auto problem = CheckSource(participant)) return problem;
     }

@@ -55,8 +55,12 @@ struct EngineOptions {
     // A file with certificates (PEM) of those whom the server's certificate may come from. Empty: the
     // system's.
     std::filesystem::path certificateAuthority;
-    // What the server asks for before it lets anybody in. Never written to a log.
+    // What the server, and the service below, ask for before they let anybody in. Never written to a log.
     std::string serverToken;
+    // The room service that keeps what is neither media nor signalling ("http://HOST:PORT",
+    // "https://HOST:PORT"): notes, connectivity, profiles. Only with a token. Empty: one of this user's on
+    // this machine, which comes and goes with the rooms.
+    std::string service;
     // What stands for the local user's default camera, as a participant's source but never heard. It is used
     // where the setting "Device.Camera" names no other device. kDefaultCamera: the machine's first camera,
     // else the test picture. Empty: only a camera that the setting names.
@@ -73,12 +77,11 @@ struct EngineOptions {
     std::optional<std::chrono::milliseconds> drawAfter = std::chrono::milliseconds(8000);
 };
 
-// Checks the room's name and server, and the source of every participant and of the camera (the file exists,
-// its decoders are installed), and
-// keeps the options for the next connection. Returns nothing when all is well, else one line for the user,
-// and then nothing but the log settings has changed. A file that cannot be played for another reason is no
-// error: its participant shows no picture, and the log says why. Takes up to some seconds when files are
-// given, since their beginnings are read.
+// Checks the room's name, server and service, and the source of every participant and of the camera (the file
+// exists, its decoders are installed), and keeps the options for the next connection. Returns nothing when
+// all is well, else one line for the user, and then nothing but the log settings has changed. A file that
+// cannot be played for another reason is no error: its participant shows no picture, and the log says why.
+// Takes up to some seconds when files are given, since their beginnings are read.
 [[nodiscard]] CORVANTA_PLATFORM_API std::optional<std::string> Configure(const EngineOptions& options);
 
 struct RoomStatus {
@@ -185,11 +188,54 @@ struct ChatLine {
 // progress on another thread.
 CORVANTA_PLATFORM_API void SetChatListener(std::function<void(const ChatLine&)> listener);
 
+// Bytes of a room's notes at most.
+inline constexpr std::size_t kLongestNotes = std::size_t{1024} * 1024;
+
+enum class NotesStatus {
+    // No room is open.
+    NoRoom,
+    // The room service has the notes as they are here.
+    Kept,
+    // On their way, or not yet heard of; as a rule for some milliseconds.
+    Sending,
+    // The room service cannot be reached or has trouble. It is tried again, and what is not kept stays on
+    // this
+    // machine meanwhile, also when the room is closed.
+    Unreachable,
+    // The room service does not take them: together with what others have written they are too long, or it
+    // has no place for more.
+    Refused,
+};
+
+// The notes of the open room, the own changes among them; empty without a room. From memory.
+[[nodiscard]] CORVANTA_PLATFORM_API std::string GetNotes();
+[[nodiscard]] CORVANTA_PLATFORM_API NotesStatus GetNotesStatus();
+
+// Gives the open room the notes that the person has written. `writtenOn` is what GetNotes returned when the
+// person began to change it: what others have changed since is merged in at once (see MergeNotes), and
+// GetNotes has the result on return. False, with everything as before, when there is no room, or the text is
+// longer than kLongestNotes or no UTF-8.
+[[nodiscard]] CORVANTA_PLATFORM_API bool SetNotes(const std::string& text, const std::string& writtenOn);
+
+// The function is called on a thread of the engine with each text that comes from elsewhere: from others, or
+// from the room service when the room opens. By the time that the host takes it up there may be a newer one:
+// GetNotes has it. One listener in all: a new one replaces the old, an empty function ends it, and on return
+// no call of the old one is in progress on another thread.
+CORVANTA_PLATFORM_API void SetNotesListener(std::function<void(const std::string& text)> listener);
+
+// Both changes of a text in one, a plain function of UTF-8 values. Changes in different places both hold.
+// Where they meet, the lines of `theirs` come first and those of `mine` below, unless one has all that the
+// other has; so nothing that was written is lost, and a text wins over its removal.
+[[nodiscard]] CORVANTA_PLATFORM_API std::string MergeNotes(const std::string& base, const std::string& mine,
+                                                           const std::string& theirs);
+
 // The product's settings, kept in the configuration. An absent one reads as an empty text, a number or a
 // boolean as its text. Known keys:
 // - "Device.Camera", "Device.Microphone", "Device.Speaker": a name of ListDevices, or "None". Empty: the
 //   machine's first device, else the test picture or tone; for the speaker the machine's default device.
 // - "Device.PushToTalkKey": read by the library.
+// - "Room.Notes": notes of a former version, which the first room without a name takes over.
+// - "Room.UnsentNotes": what the room service has not taken yet; the engine's own.
 // - "ProcessMonitor.DaVinciResolve", "ProcessMonitor.AutodeskFlame": names of the programs' processes.
 [[nodiscard]] CORVANTA_PLATFORM_API std::string ReadSetting(const std::string& key);
 CORVANTA_PLATFORM_API void WriteSetting(const std::string& key, const std::string& value);

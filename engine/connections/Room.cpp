@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "engine/common/CallTracker.h"
+#include "engine/configuration/ConfigurationStore.h"
 #include "engine/connections/ConnectionCallbacks.h"
 #include "engine/transport/StreamNames.h"
 #include "engine/connections/RoomStatus.h"
@@ -88,7 +89,8 @@ bool Room::Open(const EngineOptions& options, std::string localDisplayName, std:
     const auto room =
         std::make_shared<Room>(options, std::move(localDisplayName), std::move(sessionName), makeTransport);
     // Before anybody learns of the room: the first report must find the service.
-    room->service.Start();
+    if (options.service.empty()) room->service.Start();
+    room->serviceLink.Start();
     {
         const std::lock_guard lock(registry.roomMutex);
         registry.room = room;
@@ -132,7 +134,8 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
     : settings(options),
       localName(std::move(localDisplayName)),
       epoch(std::chrono::steady_clock::now()),
-      service(UserRoomService()),
+      service(LastingRoomService(ConfigurationStore::Get().Folder())),
+      serviceLink(options),
       reports(std::move(sessionName), participants),
       sound(loop),
       transport((makeTransport ? makeTransport : ChooseTransport(options, localName))(loop, sound.Mixer())),
@@ -153,6 +156,7 @@ void Room::Run() {
     loop.Post([this] { transport->Start(EventsOfTransport()); });
     loop.Run();
     reports.Stop();
+    serviceLink.Stop();
     service.Stop();
     sound.Close();
     if (isIn) TellRoomStatus(kRoomClosed);

@@ -21,6 +21,7 @@
 #include "engine/connections/RoomChat.h"
 #include "engine/connections/RoomParticipant.h"
 #include "engine/roomservice/RoomService.h"
+#include "engine/roomservice/RoomServiceLink.h"
 #include "engine/transport/Transport.h"
 #include "engine/webrtc/ActiveSpeaker.h"
 #include "engine/webrtc/RoomSound.h"
@@ -61,6 +62,8 @@ public:
     [[nodiscard]] std::vector<ParticipantInfo> Participants() const;
     // Under which the others know the local user; empty while nobody does.
     [[nodiscard]] std::string OwnId() const { return transport->OwnId(); }
+
+    [[nodiscard]] RoomServiceLink& Service() { return serviceLink; }
 
     // See Engine.h.
     bool SendChat(const std::string& text);
@@ -114,8 +117,9 @@ private:
     ParticipantList participants;
     ActiveSpeaker speaker;
     RoomChat chat;
-    // Open from the room's beginning to its end.
+    // Open from the room's beginning to its end, unless the options name another one.
     RoomService service;
+    RoomServiceLink serviceLink;
     ParticipantReports reports;
     std::atomic<bool> isClosing = false;
     // Whether the local user is in; told once.

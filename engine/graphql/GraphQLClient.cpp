@@ -1,17 +1,19 @@
-// The signed-in user of the embedded room: a profile of this machine, from the configuration where it has
-// one.
+// The signed-in user: a profile of this machine, from the configuration where it has one. Recording sessions
+// are filed with the open room's service.
 #include "platform/GraphQLClient.h"
 
 #include <pwd.h>
 #include <unistd.h>
 
 #include <array>
+#include <ctime>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "engine/EngineSettings.h"
 #include "engine/configuration/ConfigurationStore.h"
+#include "engine/connections/Room.h"
 
 namespace {
 
@@ -57,11 +59,25 @@ Corvanta::GraphQLClientString* ConfiguredOr(const char* key, std::string fallbac
     return new OwnedString(Corvanta::Engine::ToText(*stored));
 }
 
+std::string TextOf(const char* text) {
+    return text != nullptr ? text : "";
+}
+
+// UTC, as sessions begin.
+std::string Now() {
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    ::gmtime_r(&now, &parts);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
+}
+
 }  // namespace
 
-// The embedded room asks for no credential.
+// A room of this machine asks for no credential.
 std::string GraphQLClient_GetStoredToken() {
-    return {};
+    const Corvanta::Engine::EngineOptions options = Corvanta::Engine::CurrentOptions();
+    return options.service.empty() ? std::string() : options.serverToken;
 }
 
 Corvanta::GraphQLClientString* GraphQLClient_GetProfileId() {
@@ -76,6 +92,19 @@ Corvanta::GraphQLClientString* GraphQLClient_GetDisplayName() {
     if (std::string name = Corvanta::Engine::CurrentOptions().name; !name.empty())
         return new OwnedString(std::move(name));
     return ConfiguredOr(kDisplayNameKey, GetLoginName().fullName);
+}
+
+void GraphQLClient_CreateSessionMutation(const char* roomId, const char* sessionName, const char*, bool,
+                                         const char* startTime, const char* recordingId) {
+    const auto room = Corvanta::Engine::Room::Current();
+    if (!room || recordingId == nullptr || startTime == nullptr) return;
+    room->Service().AddSession(
+        TextOf(roomId), {.id = recordingId, .name = TextOf(sessionName), .begun = startTime, .ended = {}});
+}
+
+void GraphQLClient_StopCurrentRecordingMutation(const char* roomId) {
+    if (const auto room = Corvanta::Engine::Room::Current())
+        room->Service().EndLastSession(TextOf(roomId), Now());
 }
 
 void GraphQLClient_CStringDealloc(Corvanta::GraphQLClientString* string) {

@@ -1,10 +1,11 @@
 #include "engine/restful/HttpClient.h"
 
-#include <gio/gunixsocketaddress.h>
 #include <libsoup/soup.h>
 
 #include <utility>
 
+#include "engine/roomservice/ServiceAddress.h"
+#include "engine/roomservice/ServiceSession.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -17,22 +18,20 @@ constexpr gsize kChunk = 16U << 10U;
 // nothing behind. One thread.
 class Exchange final {
 public:
-    Exchange(const std::filesystem::path& socket, std::chrono::milliseconds timeout)
+    Exchange(const ServiceAddress& address, std::chrono::milliseconds timeout)
         : context(g_main_context_new()), cancellable(g_cancellable_new()) {
         g_main_context_push_thread_default(context);
-        GSocketAddress* const address = g_unix_socket_address_new(socket.c_str());
-        // Whatever proxy the user's environment names, this socket is on this machine.
-        session =
-            soup_session_new_with_options("remote-connectable", address, "proxy-resolver", nullptr, nullptr);
-        g_object_unref(address);
+        session = MakeServiceSession(address);
         GSource* const alarm = g_timeout_source_new(static_cast<guint>(timeout.count()));
         g_source_set_callback(alarm, OnAlarm, cancellable, nullptr);
         g_source_attach(alarm, context);
         g_source_unref(alarm);
     }
     ~Exchange() {
-        soup_session_abort(session);
-        g_object_unref(session);
+        if (session != nullptr) {
+            soup_session_abort(session);
+            g_object_unref(session);
+        }
         while (g_main_context_iteration(context, FALSE) != FALSE) {
         }
         g_main_context_pop_thread_default(context);
@@ -42,7 +41,8 @@ public:
     Exchange(const Exchange&) = delete;
     Exchange& operator=(const Exchange&) = delete;
 
-    std::optional<std::string> Send(SoupMessage* message) {
+    std::optional<std::string> Send(SoupMessage* message, std::size_t largest) {
+        if (session == nullptr) return std::nullopt;
         GError* error = nullptr;
         soup_session_send_async(session, message, G_PRIORITY_DEFAULT, cancellable, OnResult, this);
         GAsyncResult* result = Await();
@@ -50,7 +50,7 @@ public:
         g_object_unref(result);
         std::optional<std::string> body;
         if (stream != nullptr) {
-            body = ReadAll(stream, &error);
+            body = ReadAll(stream, largest, &error);
             g_object_unref(stream);
         }
         if (error != nullptr) LOG(kLogDebug, "A request to the room service failed: %s", error->message);
@@ -73,7 +73,7 @@ private:
         return std::exchange(arrived, nullptr);
     }
 
-    std::optional<std::string> ReadAll(GInputStream* stream, GError** error) {
+    std::optional<std::string> ReadAll(GInputStream* stream, std::size_t largest, GError** error) {
         std::string text;
         while (true) {
             g_input_stream_read_bytes_async(stream, kChunk, G_PRIORITY_DEFAULT, cancellable, OnResult, this);
@@ -86,7 +86,7 @@ private:
             if (data != nullptr) text.append(data, size);
             g_bytes_unref(bytes);
             if (size == 0) return text;
-            if (text.size() > kLargestAnswer) return std::nullopt;
+            if (text.size() > largest) return std::nullopt;
         }
     }
 
@@ -100,19 +100,17 @@ private:
 
 std::optional<HttpAnswer> SendRequest(const std::filesystem::path& socket, const HttpRequest& request,
                                       std::chrono::milliseconds timeout) {
-    // The host's name only fills the place that HTTP has for it.
-    const std::string uri = "http://localhost" + request.target;
-    SoupMessage* const message = soup_message_new(request.method.c_str(), uri.c_str());
+    return SendRequest(ServiceAddress{.socket = socket}, request, timeout);
+}
+
+std::optional<HttpAnswer> SendRequest(const ServiceAddress& address, const HttpRequest& request,
+                                      std::chrono::milliseconds timeout) {
+    SoupMessage* const message = MakeServiceMessage(address, request);
     if (message == nullptr) return std::nullopt;
-    if (!request.body.empty()) {
-        GBytes* const body = g_bytes_new(request.body.data(), request.body.size());
-        soup_message_set_request_body_from_bytes(message, "application/json", body);
-        g_bytes_unref(body);
-    }
     std::optional<HttpAnswer> answer;
     {
-        Exchange exchange(socket, timeout);
-        if (auto body = exchange.Send(message))
+        Exchange exchange(address, timeout);
+        if (auto body = exchange.Send(message, request.largestAnswer))
             answer = HttpAnswer{soup_message_get_status(message), std::move(*body)};
     }
     g_object_unref(message);

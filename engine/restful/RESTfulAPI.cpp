@@ -4,10 +4,11 @@
 #include <optional>
 #include <utility>
 
+#include "engine/EngineSettings.h"
 #include "engine/restful/HttpClient.h"
 #include "engine/restful/ResponseStore.h"
 #include "engine/roomservice/ConnectivityReport.h"
-#include "engine/roomservice/RoomServicePlace.h"
+#include "engine/roomservice/ServiceAddress.h"
 
 namespace {
 
@@ -19,7 +20,8 @@ using Corvanta::Engine::StoredResponse;
 constexpr int32_t kResponseFailure = 0;
 
 std::optional<HttpAnswer> Ask(const std::string& method, const std::string& target, const std::string& body) {
-    return Corvanta::Engine::SendRequest(Corvanta::Engine::UserRoomService().socket, {method, target, body});
+    using namespace Corvanta::Engine;
+    return SendRequest(ServiceOf(CurrentOptions()), {method, target, body});
 }
 
 }  // namespace

@@ -3,7 +3,8 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <nlohmann/json.hpp>
+
+#include "engine/roomservice/FlatJson.h"
 
 namespace Corvanta::Engine {
 
@@ -65,26 +66,6 @@ bool ReadTime(const Json& object, const char* name, int32_t& time) {
     return true;
 }
 
-// A report holds nothing nested. What does is turned away before the parser spends time on its depth.
-bool IsFlat(const std::string& json) {
-    int depth = 0;
-    bool inText = false;
-    for (std::size_t at = 0; at < json.size(); ++at) {
-        const char c = json[at];
-        if (inText) {
-            if (c == '\\') ++at;
-            if (c == '"') inText = false;
-        } else if (c == '"') {
-            inText = true;
-        } else if (c == '{' || c == '[') {
-            if (++depth > 1) return false;
-        } else if (c == '}' || c == ']') {
-            --depth;
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
 std::string ToJson(const ConnectivityReport& report) {
@@ -95,15 +76,14 @@ std::string ToJson(const ConnectivityReport& report) {
         object[name] = std::isfinite(rate) ? rate : 0.0;
     }
     for (const auto& [name, member] : kTimes) object[name] = report.figures.*member;
-    std::string json = object.dump(-1, ' ', false, Json::error_handler_t::ignore);
-    return json;
+    return WriteJson(object);
 }
 
 std::optional<ConnectivityReport> ParseReport(const std::string& json) {
     if (json.size() > kLargestReport) return std::nullopt;
-    if (!IsFlat(json)) return std::nullopt;
-    const Json object = Json::parse(json, nullptr, false);
-    if (!object.is_object()) return std::nullopt;
+    const auto parsed = ParseFlatObject(json);
+    if (!parsed) return std::nullopt;
+    const Json& object = *parsed;
     ConnectivityReport report;
     if (!ReadText(object, kSessionName, report.sessionName)) return std::nullopt;
     for (const auto& [name, member] : kTexts) {

@@ -6,8 +6,11 @@
 
 #include <chrono>
 #include <future>
+#include <string>
+#include <system_error>
 #include <utility>
 
+#include "engine/roomservice/ServiceDatabase.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -16,6 +19,21 @@ namespace {
 
 // How often a process that is not first looks whether the first one has gone.
 constexpr std::chrono::milliseconds kTakeOverInterval{1000};
+
+// Has the database where it belongs, with all that it held in its former place.
+void TakeOverDatabase(const RoomServicePlace& place) {
+    std::error_code error;
+    std::filesystem::create_directories(place.database.parent_path(), error);
+    if (place.formerDatabase.empty() || std::filesystem::exists(place.database, error) ||
+        !std::filesystem::exists(place.formerDatabase, error))
+        return;
+    if (!ServiceDatabase::Copy(place.formerDatabase, place.database)) return;
+    for (const char* const suffix : {"", "-wal", "-shm"}) {
+        std::filesystem::path old = place.formerDatabase;
+        old += suffix;
+        std::filesystem::remove(old, error);
+    }
+}
 
 }  // namespace
 
@@ -78,10 +96,14 @@ void RoomService::TryToServe() {
         loop.PostAfter(kTakeOverInterval, [this] { TryToServe(); });
         return;
     }
-    auto log = ConnectivityLog::Open(place.database);
-    if (!log) return;
-    server = RoomServer::Listen(place.socket, std::move(log));
-    if (!server) return;
+    TakeOverDatabase(place);
+    std::string problem;
+    server = RoomServer::Listen({.socket = place.socket, .database = place.database}, problem);
+    if (!server) {
+        LOG(kLogWarning, "No room service: %s cannot be listened to (%s)", place.socket.c_str(),
+            problem.c_str());
+        return;
+    }
     lock = std::move(wanted);
     isServing = true;
     LOG(kLogDebug, "The room service listens on %s", place.socket.c_str());

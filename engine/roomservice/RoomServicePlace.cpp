@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "platform/Logger.h"
 
@@ -16,12 +17,13 @@ namespace Corvanta::Engine {
 namespace {
 
 constexpr const char* kProductFolder = "corvanta";
+constexpr const char* kDatabase = "room-service.sqlite";
 constexpr mode_t kOwnerOnly = 0700;
 
 }  // namespace
 
 RoomServicePlace RoomServiceIn(const std::filesystem::path& folder) {
-    return {folder / "room-service.socket", folder / "room-service.lock", folder / "room-service.sqlite"};
+    return {folder / "room-service.socket", folder / "room-service.lock", folder / kDatabase};
 }
 
 RoomServicePlace UserRoomService() {
@@ -35,6 +37,13 @@ RoomServicePlace UserRoomService() {
     name += '-';
     name += std::to_string(::getuid());
     return RoomServiceIn(temporary / name);
+}
+
+RoomServicePlace LastingRoomService(const std::filesystem::path& folder) {
+    RoomServicePlace place = UserRoomService();
+    if (folder.empty()) return place;
+    place.formerDatabase = std::exchange(place.database, folder / kDatabase);
+    return place;
 }
 
 bool PrepareFolder(const RoomServicePlace& place) {

@@ -11,16 +11,22 @@ struct RoomServicePlace {
     std::filesystem::path socket;
     // Held by the process that serves; the system lets go of it however that process ends.
     std::filesystem::path lock;
-    // As short-lived as the folder: what is in it speaks of rooms of this login.
+    // What is kept.
     std::filesystem::path database;
+    // Where it lay in a former version, to be taken over while there is no database; empty for nowhere.
+    std::filesystem::path formerDatabase = {};
 };
 
 // The places in that folder.
 [[nodiscard]] RoomServicePlace RoomServiceIn(const std::filesystem::path& folder);
 
-// The user's: "corvanta" in $XDG_RUNTIME_DIR, or a folder with the user's number in the system's for
-// temporary files. Looks at the environment each time. Makes no folder.
+// The user's, with all in one folder: "corvanta" in $XDG_RUNTIME_DIR, or a folder with the user's number in
+// the system's for temporary files. Looks at the environment each time. Makes no folder.
 [[nodiscard]] RoomServicePlace UserRoomService();
+
+// The user's, with its database in that folder, which is made where it is missing and outlives the login.
+// Empty: with the database where UserRoomService has it, which goes with the login.
+[[nodiscard]] RoomServicePlace LastingRoomService(const std::filesystem::path& folder);
 
 // Makes the folder of the place where it is missing. False, and a log line, unless it then is a folder of
 // this user's that nobody else can enter.

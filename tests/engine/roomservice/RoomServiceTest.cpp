@@ -244,8 +244,10 @@ TEST_F(RoomServiceTest, KeepsADamagedDatabaseAside) {
 }
 
 TEST_F(RoomServiceTest, ForgetsTheStreamsThatWereSilentLongest) {
-    const auto log = ConnectivityLog::Open(place.database);
-    ASSERT_NE(log, nullptr);
+    const auto database = ServiceDatabase::Open(place.database);
+    ASSERT_NE(database, nullptr);
+    ConnectivityLog reports(*database);
+    ConnectivityLog* const log = &reports;
     ASSERT_TRUE(log->Store(ReportOf("first")));
     ASSERT_TRUE(log->Store(ReportOf("second")));
     ASSERT_TRUE(log->Store(ReportOf("first")));

@@ -20,6 +20,8 @@ constexpr GstClockTime kQueuedSound = 200 * GST_MSECOND;
 constexpr guint64 kKeyFrameInterval = 200 * GST_MSECOND;
 // A source that rests longer gets its last picture sent again to whoever needs a key frame.
 constexpr GstClockTime kRestingTime = 150 * GST_MSECOND;
+// A source that rests gets its last picture sent again so often: one that was lost on its way is replaced.
+constexpr guint kRepeatIntervalMs = 500;
 // Sound whose time differs by less from the end of the piece before is continued from there.
 constexpr GstClockTimeDiff kSoundTolerance = 60 * GST_MSECOND;
 constexpr std::uint32_t kLowestBitrate = 50'000;
@@ -158,6 +160,15 @@ bool OutboundFeed::Build() {
     g_source_set_callback(watch.get(), G_SOURCE_FUNC(onMessage), this, nullptr);
     g_source_attach(watch.get(), loop.Context());
 
+    repeater.reset(g_timeout_source_new(kRepeatIntervalMs));
+    const GSourceFunc repeat = [](gpointer self) -> gboolean {
+        // A little less, since a timer is never exact.
+        static_cast<OutboundFeed*>(self)->RepeatPicture(kRepeatIntervalMs * GST_MSECOND * 7 / 8);
+        return G_SOURCE_CONTINUE;
+    };
+    g_source_set_callback(repeater.get(), repeat, this, nullptr);
+    g_source_attach(repeater.get(), loop.Context());
+
     auto encoding = find("encoder");
     g_object_set(encoding.get(), "min-force-key-unit-interval", kKeyFrameInterval, nullptr);
     const GstOwned<GstPad> encoded(gst_element_get_static_pad(encoding.get(), "src"));
@@ -189,9 +200,9 @@ bool OutboundFeed::Build() {
 }
 
 void OutboundFeed::Close() {
-    if (watch) {
-        g_source_destroy(watch.get());
-        watch.reset();
+    for (GstOwned<GSource>* source : {&watch, &repeater}) {
+        if (*source) g_source_destroy(source->get());
+        source->reset();
     }
     {
         const std::lock_guard lock(pictureMutex);
@@ -349,15 +360,15 @@ void OutboundFeed::RequestKeyFrame() {
                            gst_video_event_new_upstream_force_key_unit(GST_CLOCK_TIME_NONE, TRUE, 0));
     }
     loop.PostAfter(std::chrono::milliseconds(kRestingTime / GST_MSECOND), [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->RepeatPicture();
+        if (const auto self = weak.lock()) self->RepeatPicture(kRestingTime);
     });
 }
 
-void OutboundFeed::RepeatPicture() {
+void OutboundFeed::RepeatPicture(GstClockTime rest) {
     if (!videoEnabled || !hasVideoOutlets) return;
     const std::lock_guard lock(pictureMutex);
     if (!videoSource || !lastPicture) return;
-    if (GST_CLOCK_TIME_IS_VALID(lastPictureTime) && Now() < lastPictureTime + kRestingTime) return;
+    if (GST_CLOCK_TIME_IS_VALID(lastPictureTime) && Now() < lastPictureTime + rest) return;
     PushWrapped(lastPicture);
 }
 

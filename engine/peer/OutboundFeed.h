@@ -54,7 +54,8 @@ public:
     void Close();
 
     // Any thread. Nothing happens while it is turned off or nobody receives it. Pictures may change their
-    // size at any time.
+    // size at any time. While none comes the last one is sent again, twice a second, so that whoever misses
+    // it has it soon.
     void PushPicture(std::shared_ptr<const MappedPicture> picture);
     // Interleaved native floats, 48,000 a second on two channels, as SoundMixer::Format says. `due` is when
     // it was captured, on the clock of GStreamer's system; GST_CLOCK_TIME_NONE for now. Sound that comes
@@ -90,7 +91,8 @@ private:
     [[nodiscard]] bool Build();
     void ApplyBitrate();
     void PushWrapped(const std::shared_ptr<const MappedPicture>& picture);
-    void RepeatPicture();
+    // Where the source has rested for that long.
+    void RepeatPicture(GstClockTime rest);
     void SetPictureCaps(const MappedPicture& picture, const VideoFrameAdaptation& adaptation);
     bool OnMessage(GstMessage* message);
     GstFlowReturn OnPacket(GstAppSink* sink, bool isVideo);
@@ -125,7 +127,7 @@ private:
 
     // The engine's thread alone.
     GstOwned<GstElement> pipeline;
-    GstOwned<GSource> watch;
+    GstOwned<GSource> watch, repeater;
 };
 
 }  // namespace Corvanta::Engine

@@ -52,6 +52,7 @@ bool PeerConnection::OpenSession() {
                               .sends = options.sends,
                               .receives = options.receives,
                               .loopbackOnly = options.loopbackOnly,
+                              .hasChannel = !options.channelLabel.empty(),
                               .channelLabel = options.channelLabel};
     if (!offers && !options.answererMakesChannel) wanted.channelLabel.clear();
     auto opened = std::make_shared<PeerSession>(loop, std::move(wanted), MakeEvents(), mixer, events.onVideo);
@@ -91,6 +92,10 @@ PeerSessionEvents PeerConnection::MakeEvents() {
             .text =
                 [this](const std::string& text) {
                     if (events.onText) events.onText(text);
+                },
+            .textsDrained =
+                [this] {
+                    if (events.onTextsDrained) events.onTextsDrained();
                 },
             .loudness =
                 [this](double meanSquare) {
@@ -166,7 +171,7 @@ bool PeerConnection::TakeCandidate(std::uint32_t mediaLine, const std::string& t
 }
 
 bool PeerConnection::SendText(const std::string& text) {
-    return session && session->SendText(text);
+    return session && session->Texts().Send(text);
 }
 
 void PeerConnection::SetFeed(std::shared_ptr<OutboundFeed> sentFeed) {

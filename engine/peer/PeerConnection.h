@@ -54,6 +54,8 @@ struct PeerEvents {
     // Texts can be sent from then on; once for each session.
     std::function<void()> onChannelOpen;
     std::function<void(const std::string& text)> onText;
+    // A text was refused since too much waited, and there is room for several again.
+    std::function<void()> onTextsDrained = {};
     // In the decoder's own planar format.
     VideoSink::PictureCallback onVideo;
     // Mean square of a piece of sound, which goes to the mixer by itself.
@@ -82,10 +84,10 @@ public:
     bool TakeDescription(const std::string& text);
     bool TakeCandidate(std::uint32_t mediaLine, const std::string& text);
 
-    // At most 16 KiB without a zero byte, in order and without loss. False when it is empty or longer, when
-    // no channel is open, or when 16 MiB wait already.
+    // At most 16 KiB without a zero byte, in order and without loss; never waits. False for any other text,
+    // when no channel is open, or when 16 MiB wait already, where each counts half a KiB more than it has.
     [[nodiscard]] bool SendText(const std::string& text);
-    [[nodiscard]] bool CanSendText() const { return session && session->ChannelIsOpen(); }
+    [[nodiscard]] bool CanSendText() const { return session && session->Texts().IsOpen(); }
 
     // Null for none. Nothing is sent where the options have no room for a feed.
     void SetFeed(std::shared_ptr<OutboundFeed> sentFeed);

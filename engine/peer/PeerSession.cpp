@@ -20,15 +20,10 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr guint kJitterMs = 40;
-constexpr std::size_t kMaxTextBytes = std::size_t{16} * 1024;
-constexpr guint64 kMaxBufferedBytes = guint64{16} * 1024 * 1024;
-// Of texts that came and were not handed on yet; each counts for more than its bytes.
-constexpr std::size_t kMaxWaitingBytes = std::size_t{16} * 1024 * 1024;
-constexpr std::size_t kTextOverhead = 256;
-constexpr std::size_t kMaxChannels = 4;
 // Packets for one peer that wait in its pipeline.
 constexpr GstClockTime kQueuedPackets = GST_SECOND;
-// A connected peer sends reports at least this often, so that silence means that it is gone.
+// Whoever sends or receives pictures sends reports at least this often, and who has a channel answers what
+// comes over it, so that silence means that the peer is gone.
 constexpr guint64 kReportInterval = 500 * GST_MSECOND;
 constexpr milliseconds kWatchInterval{500};
 constexpr milliseconds kLongestSilence{4000};
@@ -55,7 +50,6 @@ bool IsMadeBy(GstElement* element, std::string_view factoryName) {
 
 struct PeerSession::Heard {
     std::atomic<std::int64_t> lastMs = NowMs();
-    std::atomic<std::size_t> waitingBytes = 0;
 };
 
 struct PeerSession::Link {
@@ -86,7 +80,12 @@ PeerSession::PeerSession(EngineLoop& engineLoop, PeerSessionOptions sessionOptio
       options(std::move(sessionOptions)),
       events(std::move(handlers)),
       media(options.name, std::move(mixer), std::move(picture)),
-      heard(std::make_shared<Heard>()) {}
+      heard(std::make_shared<Heard>()),
+      texts(std::make_shared<TextChannel>(
+          loop, TextChannel::Events{.open = [this] { events.channelOpen(); },
+                                    .ended = [this](const std::string& reason) { End(reason); },
+                                    .text = [this](const std::string& text) { events.text(text); },
+                                    .drained = [this] { events.textsDrained(); }})) {}
 
 PeerSession::~PeerSession() {
     Close();
@@ -113,7 +112,8 @@ bool PeerSession::Open() {
     g_object_set(webrtc.get(), "bundle-policy", GST_WEBRTC_BUNDLE_POLICY_MAX_BUNDLE, "latency", kJitterMs,
                  nullptr);
     ConnectSignals();
-    gst_bin_add(GST_BIN(pipeline.get()), GST_ELEMENT(gst_object_ref(webrtc.get())));
+    texts->Attach(webrtc.get());
+    gst_bin_add(GST_BIN(pipeline.get()), webrtc.get());
     SetUpAgent();
     // The channel has to be there before the offer, and it cannot be made any earlier.
     if (gst_element_set_state(pipeline.get(), GST_STATE_READY) == GST_STATE_CHANGE_FAILURE) {
@@ -122,12 +122,7 @@ bool PeerSession::Open() {
         Close();
         return false;
     }
-    if (!options.channelLabel.empty()) {
-        GstWebRTCDataChannel* created = nullptr;
-        g_signal_emit_by_name(webrtc.get(), "create-data-channel", options.channelLabel.c_str(), nullptr,
-                              &created);
-        if (created != nullptr) TakeChannel(created);
-    }
+    if (!options.channelLabel.empty()) texts->Create(options.channelLabel);
     AddMedia();
     gst_element_set_state(pipeline.get(), GST_STATE_PLAYING);
     loop.PostAfter(kConnectPatience, [weak = weak_from_this()] {
@@ -147,11 +142,8 @@ void PeerSession::Close() {
         g_source_destroy(watch.get());
         watch.reset();
     }
-    for (GstWebRTCDataChannel* channel : channels) {
-        g_signal_handlers_disconnect_matched(channel, G_SIGNAL_MATCH_ID, 0, 0, nullptr, nullptr, nullptr);
-    }
+    texts->Close();
     if (pipeline) gst_element_set_state(pipeline.get(), GST_STATE_NULL);
-    for (GstWebRTCDataChannel* channel : std::exchange(channels, {})) g_object_unref(channel);
     webrtc.reset();
     pipeline.reset();
 }
@@ -165,12 +157,6 @@ void PeerSession::ConnectSignals() {
     connect("on-ice-candidate", G_CALLBACK(+[](GstElement*, guint line, gchar* text, Link* link) {
                 Post(*link, [line, candidate = std::string(text)](PeerSession& self) {
                     self.events.candidate(line, candidate);
-                });
-            }));
-    connect("on-data-channel", G_CALLBACK(+[](GstElement*, GstWebRTCDataChannel* channel, Link* link) {
-                Post(*link, [shared = std::shared_ptr<void>(g_object_ref(channel), g_object_unref)](
-                                PeerSession& self) {
-                    self.TakeChannel(GST_WEBRTC_DATA_CHANNEL(g_object_ref(shared.get())));
                 });
             }));
     connect("notify::connection-state", G_CALLBACK(+[](GstElement*, GParamSpec*, Link* link) {
@@ -192,7 +178,9 @@ void PeerSession::ConnectSignals() {
         webrtc.get(), "deep-element-added",
         G_CALLBACK(+[](GstBin*, GstBin*, GstElement* element, Link* link) {
             if (IsMadeBy(element, "rtpsession")) {
-                g_object_set(element, "rtcp-min-interval", kReportInterval, nullptr);
+                // Only the peer has the keys, so its first packet is taken as it is, and a picture that
+                // fits in one is shown without waiting for another.
+                g_object_set(element, "rtcp-min-interval", kReportInterval, "probation", 0U, nullptr);
             }
             if (!IsMadeBy(element, "nicesrc")) return;
             const GstOwned<GstPad> pad(gst_element_get_static_pad(element, "src"));
@@ -248,7 +236,7 @@ std::shared_ptr<PacketOutlet> PeerSession::AddSender(bool isVideo) {
     g_object_set(source.get(), "caps", packetCaps.get(), "is-live", TRUE, "format", GST_FORMAT_TIME,
                  "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM, "max-time", kQueuedPackets, "max-bytes",
                  guint64{4} * 1024 * 1024, "max-buffers", guint64{4096}, nullptr);
-    gst_bin_add(GST_BIN(pipeline.get()), GST_ELEMENT(gst_object_ref(source.get())));
+    gst_bin_add(GST_BIN(pipeline.get()), source.get());
     const GstOwned<GstPad> out(gst_element_get_static_pad(source.get(), "src"));
     auto outlet = std::make_shared<PacketOutlet>(std::move(source), ssrc);
     gst_pad_add_probe(
@@ -364,71 +352,6 @@ void PeerSession::AddCandidate(std::uint32_t mediaLine, const std::string& text)
     if (webrtc) g_signal_emit_by_name(webrtc.get(), "add-ice-candidate", mediaLine, text.c_str());
 }
 
-void PeerSession::TakeChannel(GstWebRTCDataChannel* channel) {
-    if (channels.size() >= kMaxChannels) {
-        g_object_unref(channel);
-        return;
-    }
-    channels.push_back(channel);
-    const auto connect = [&](const char* signal, GCallback handler) {
-        g_signal_connect_data(
-            channel, signal, handler, MakeLink(), [](gpointer data, GClosure*) { DeleteLink(data); },
-            GConnectFlags{});
-    };
-    connect("notify::ready-state", G_CALLBACK(+[](GstWebRTCDataChannel*, GParamSpec*, Link* link) {
-                Post(*link, [](PeerSession& self) { self.OnChannelState(); });
-            }));
-    connect("on-message-string", G_CALLBACK(+[](GstWebRTCDataChannel*, gchar* text, Link* link) {
-                if (text == nullptr) return;
-                std::string copy(text);
-                const std::size_t bytes = copy.size() + kTextOverhead;
-                const bool isTooMuch = link->heard->waitingBytes.fetch_add(bytes) > kMaxWaitingBytes;
-                if (isTooMuch) {
-                    link->heard->waitingBytes -= bytes;
-                    Post(*link, [](PeerSession& self) { self.End("it sends more than can be read"); });
-                    return;
-                }
-                Post(*link, [copy = std::move(copy), bytes](PeerSession& self) {
-                    self.heard->waitingBytes -= bytes;
-                    self.OnText(copy);
-                });
-            }));
-    OnChannelState();
-}
-
-bool PeerSession::ChannelIsOpen() const {
-    return std::any_of(channels.begin(), channels.end(), [](GstWebRTCDataChannel* channel) {
-        GstWebRTCDataChannelState state{};
-        g_object_get(channel, "ready-state", &state, nullptr);
-        return state == GST_WEBRTC_DATA_CHANNEL_STATE_OPEN;
-    });
-}
-
-void PeerSession::OnChannelState() {
-    if (ChannelIsOpen()) {
-        if (!std::exchange(channelWasOpen, true)) events.channelOpen();
-    } else if (channelWasOpen) {
-        End("it has closed the connection");
-    }
-}
-
-void PeerSession::OnText(const std::string& text) {
-    events.text(text);
-}
-
-bool PeerSession::SendText(const std::string& text) {
-    if (text.empty() || text.size() > kMaxTextBytes) return false;
-    for (GstWebRTCDataChannel* channel : channels) {
-        GstWebRTCDataChannelState state{};
-        guint64 waiting = 0;
-        g_object_get(channel, "ready-state", &state, "buffered-amount", &waiting, nullptr);
-        if (state != GST_WEBRTC_DATA_CHANNEL_STATE_OPEN) continue;
-        if (waiting + text.size() > kMaxBufferedBytes) return false;
-        return gst_webrtc_data_channel_send_string_full(channel, text.c_str(), nullptr) != FALSE;
-    }
-    return false;
-}
-
 void PeerSession::SetFeed(std::shared_ptr<OutboundFeed> sentFeed) {
     if (feed == sentFeed) return;
     if (feed) {
@@ -461,12 +384,13 @@ void PeerSession::OnConnectionState() {
 }
 
 void PeerSession::Watch() {
-    // Without media there are no reports, and silence is nothing strange.
-    if (!options.sends && !options.receives) return;
     loop.PostAfter(kWatchInterval, [weak = weak_from_this()] {
         const auto self = weak.lock();
         if (!self || !self->pipeline || self->hasEnded) return;
-        if (NowMs() - self->heard->lastMs > kLongestSilence.count()) {
+        self->texts->Ping();
+        // Who has neither a channel nor pictures need not say anything.
+        const bool isAnswered = self->options.hasChannel || self->feed || self->media.Count().pictures > 0;
+        if (isAnswered && NowMs() - self->heard->lastMs > kLongestSilence.count()) {
             self->End("nothing is heard of it");
         } else {
             self->Watch();

@@ -11,13 +11,13 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "engine/common/EngineLoop.h"
 #include "engine/peer/OutboundFeed.h"
 #include "engine/peer/PacketOutlet.h"
 #include "engine/peer/PeerMedia.h"
 #include "engine/peer/PeerStatistics.h"
+#include "engine/peer/TextChannel.h"
 #include "engine/webrtc/GstSupport.h"
 
 namespace Corvanta::Engine {
@@ -28,6 +28,8 @@ struct PeerSessionOptions {
     bool sends = false;
     bool receives = false;
     bool loopbackOnly = true;
+    // Whether there is to be a way for texts, made by one of the two.
+    bool hasChannel = false;
     // Empty: none is created; one that the peer creates is used.
     std::string channelLabel;
 };
@@ -41,6 +43,8 @@ struct PeerSessionEvents {
     std::function<void(const std::string& reason)> ended;
     std::function<void()> channelOpen;
     std::function<void(const std::string& text)> text;
+    // A text was refused since too much waited, and there is room again.
+    std::function<void()> textsDrained;
     std::function<void(double meanSquare)> loudness;
 };
 
@@ -61,9 +65,7 @@ public:
     void TakeAnswer(const std::string& sdp);
     void AddCandidate(std::uint32_t mediaLine, const std::string& text);
 
-    // False when it is not open, or when too much waits to be sent.
-    [[nodiscard]] bool SendText(const std::string& text);
-    [[nodiscard]] bool ChannelIsOpen() const;
+    [[nodiscard]] TextChannel& Texts() { return *texts; }
     // The feed's packets go to the peer as soon as it is connected. Null for none.
     void SetFeed(std::shared_ptr<OutboundFeed> sentFeed);
     // The answer comes on the engine's thread, unless the session ends before.
@@ -81,13 +83,10 @@ private:
     [[nodiscard]] std::shared_ptr<PacketOutlet> AddSender(bool isVideo);
     void AddReceiver(bool isVideo);
     void AddMedia();
-    void TakeChannel(GstWebRTCDataChannel* created);
-    void OnChannelState();
     void OnConnectionState();
     void OnDescription(GstWebRTCSessionDescription* description);
     void SetRemote(const std::string& sdp, bool isOffer);
     void CreateDescription(const char* signal);
-    void OnText(const std::string& text);
     bool OnMessage(GstMessage* message);
     void Watch();
     void End(const std::string& reason);
@@ -103,13 +102,12 @@ private:
     const PeerSessionEvents events;
     PeerMedia media;
     const std::shared_ptr<Heard> heard;
+    const std::shared_ptr<TextChannel> texts;
     std::shared_ptr<OutboundFeed> feed;
     std::shared_ptr<PacketOutlet> videoOutlet, audioOutlet;
-    std::vector<GstWebRTCDataChannel*> channels;
     GstOwned<GstElement> pipeline, webrtc;
     GstOwned<GSource> watch;
     bool isConnected = false;
-    bool channelWasOpen = false;
     bool hasEnded = false;
 };
 

@@ -1,12 +1,14 @@
 #include "tests/engine/peer/PeerPair.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <array>
 #include <chrono>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <future>
 #include <numbers>
 #include <utility>
@@ -143,6 +145,7 @@ void PeerPair::Make(PeerEnd& end, PeerEnd& other, PeerOptions options) {
                               const std::lock_guard lock(end.mutex);
                               end.texts.push_back(text);
                           },
+                      .onTextsDrained = [&end] { ++end.drains; },
                       .onVideo =
                           [&end](const std::shared_ptr<const MappedPicture>& picture) {
                               ++end.pictures;
@@ -203,22 +206,26 @@ PeerStatistics PeerPair::Statistics(PeerEnd& end) {
     return result;
 }
 
-namespace {
-
-std::size_t CountEntries(const char* folder) {
+std::size_t CountDescriptors() {
     std::size_t count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) ++count;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) ++count;
     return count;
 }
 
-}  // namespace
-
-std::size_t CountDescriptors() {
-    return CountEntries("/proc/self/fd");
+std::size_t CountThreads(std::string_view name) {
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::string own;
+        std::ifstream(entry.path() / "comm") >> own;
+        if (own.starts_with(name)) ++count;
+    }
+    return count;
 }
 
-std::size_t CountThreads() {
-    return CountEntries("/proc/self/task");
+std::size_t ResidentBytes() {
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages >> pages;
+    return pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
 }  // namespace Corvanta::Engine

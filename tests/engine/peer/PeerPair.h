@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -56,7 +57,7 @@ private:
 struct PeerEnd {
     std::shared_ptr<PeerConnection> connection;
     std::atomic<int> connects = 0, disconnects = 0, channels = 0, descriptions = 0;
-    std::atomic<int> pictures = 0;
+    std::atomic<int> pictures = 0, drains = 0;
     std::atomic<double> loudness = 0;
     [[nodiscard]] std::vector<std::string> Texts();
     [[nodiscard]] std::shared_ptr<const MappedPicture> LastPicture();
@@ -91,8 +92,9 @@ private:
     RunningLoop& running;
 };
 
-// Open descriptors and threads of this process.
+// Of this process: open descriptors, threads whose names begin so, and bytes of memory in use.
 [[nodiscard]] std::size_t CountDescriptors();
-[[nodiscard]] std::size_t CountThreads();
+[[nodiscard]] std::size_t CountThreads(std::string_view name);
+[[nodiscard]] std::size_t ResidentBytes();
 
 }  // namespace Corvanta::Engine

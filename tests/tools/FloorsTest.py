@@ -21,6 +21,7 @@ SOUND_TREE = {
     "room/Room.h": "#pragma once\n",
     "engine/Engine.h": '#include "platform/Frame.h"\n',
     "engine/Player.cpp": '#include "engine/Engine.h"\n#include <unistd.h>\n',
+    "guest/Guest.cpp": '#include "engine/Player.h"\n#include "platform/Frame.h"\n#include <unistd.h>\n',
     "host/main.cpp": '#include "engine/Engine.h"\n#include "interface/SDLinterface.h"\n#include "main.moc"\n',
     "tests/video/TileTest.cpp": '#include "engine/Player.h"\n#include "room/Room.h"\n',
     "engine/Player.h": "",
@@ -76,6 +77,15 @@ class Floors(unittest.TestCase):
     def test_the_host_sees_two_headers_only(self):
         self.assert_offence(["engine/Player.h"], "host/Window.cpp", '#include "engine/Player.h"\n')
         self.assert_offence(["platform/Frame.h"], "host/Window.cpp", '#include "platform/Frame.h"\n')
+
+    def test_a_guest_sees_neither_the_library_nor_the_host(self):
+        self.assert_offence(["ui/Clock.h"], "guest/Clock.cpp", '#include "ui/Clock.h"\n')
+        self.assert_offence(["SDLinterface.h"], "guest/Face.cpp", '#include "interface/SDLinterface.h"\n')
+        self.assert_offence(["host/Room.h"], "guest/Host.cpp", '#include "host/Room.h"\n', **{"host/Room.h": ""})
+
+    def test_nobody_sees_the_guests(self):
+        self.assert_offence(["guest/Guest.h"], "engine/Party.cpp", '#include "guest/Guest.h"\n', **{"guest/Guest.h": ""})
+        self.assert_offence(["guest/Guest.h"], "host/Party.cpp", '#include "guest/Guest.h"\n', **{"guest/Guest.h": ""})
 
     def test_the_house_does_not_see_the_tests(self):
         self.assert_offence(["tests/Fake.h"], "room/Door.cpp", '#include "tests/Fake.h"\n', **{"tests/Fake.h": ""})

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
+#include <vector>
 
 #include "tests/engine/Eventually.h"
 #include "tests/engine/peer/PeerPair.h"
@@ -34,16 +36,15 @@ protected:
 
 TEST_F(OutboundFeedTest, EncodesNothingThatNobodyReceives) {
     const FeedPump pump(feed, 320, 180, kColor, 0.1);
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    EXPECT_EQ(feed->Count().pictures, 0U);
-    EXPECT_EQ(feed->Count().audioBytes, 0U);
+    // A feed that does would have done so by then.
+    constexpr std::chrono::milliseconds kWhile{500};
+    EXPECT_FALSE(Eventually([&] { return feed->Count().pictures + feed->Count().audioBytes > 0; }, kWhile));
     AddReceiver();
     EXPECT_TRUE(Eventually([&] { return feed->Count().pictures > 3; }));
     feed->RemoveOutlet(outlet);
     EXPECT_TRUE(Eventually([&] {
         const auto before = feed->Count().pictures;
-        std::this_thread::sleep_for(std::chrono::milliseconds(150));
-        return feed->Count().pictures == before;
+        return !Eventually([&] { return feed->Count().pictures != before; }, kWhile);
     }));
 }
 
@@ -64,13 +65,38 @@ TEST_F(OutboundFeedTest, ChangesItsSizeWithTheAdaptationAndThePicture) {
 
 TEST_F(OutboundFeedTest, MakesAKeyFrameWhenItIsAskedFor) {
     AddReceiver();
-    const FeedPump pump(feed, 320, 180, kColor, 0.1);
-    ASSERT_TRUE(Eventually([&] { return feed->Count().pictures > 3; }));
-    const auto before = feed->Count();
+    // Sent again twice a second, so that the regular key frame is half a minute away.
+    feed->PushPicture(MakePicture(320, 180, kColor));
+    ASSERT_TRUE(Eventually([&] { return feed->Count().pictures > 1; }));
+    EXPECT_EQ(feed->Count().keyFrames, 1U);
     feed->RequestKeyFrame();
-    ASSERT_TRUE(Eventually([&] { return feed->Count().keyFrames > before.keyFrames; }));
-    // The regular one comes with the sixtieth picture.
-    EXPECT_LT(feed->Count().pictures, before.pictures + 40);
+    EXPECT_TRUE(Eventually([&] { return feed->Count().keyFrames == 2; }));
+}
+
+TEST_F(OutboundFeedTest, SendsLittleWhereTheBitrateIsLow) {
+    AddReceiver();
+    std::vector<std::shared_ptr<const MappedPicture>> noise;
+    for (int index = 0; index < 4; ++index) noise.push_back(MakeNoise(320, 180));
+    // Bytes of a picture, after the encoder had time to follow.
+    const auto measure = [&] {
+        std::size_t next = 0;
+        const auto encode = [&](std::uint64_t count) {
+            const auto wanted = feed->Count().pictures + count;
+            EXPECT_TRUE(Eventually([&] {
+                feed->PushPicture(noise[next++ % noise.size()]);
+                return feed->Count().pictures >= wanted;
+            }));
+        };
+        encode(30);
+        const auto before = feed->Count();
+        encode(30);
+        const auto after = feed->Count();
+        return (after.videoBytes - before.videoBytes) / (after.pictures - before.pictures);
+    };
+    feed->SetTargetBitrate(8'000'000);
+    const auto plenty = measure();
+    feed->LimitBitrate(300'000);
+    EXPECT_LT(measure(), plenty / 2);
 }
 
 TEST_F(OutboundFeedTest, KeepsToTheLowestOfItsBitrates) {

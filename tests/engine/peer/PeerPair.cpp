@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cmath>
@@ -18,23 +19,43 @@
 
 namespace Corvanta::Engine {
 
-std::shared_ptr<const MappedPicture> MakePicture(int width, int height, Yuv color) {
+namespace {
+
+// `fill` is given each plane's number, bytes and size.
+std::shared_ptr<const MappedPicture> Fill(int width, int height,
+                                          const std::function<void(guint, guint8*, std::size_t)>& fill) {
     GstVideoInfo info;
     gst_video_info_set_format(&info, GST_VIDEO_FORMAT_I420, static_cast<guint>(width),
                               static_cast<guint>(height));
     const GstOwned<GstBuffer> buffer(gst_buffer_new_allocate(nullptr, info.size, nullptr));
     GstVideoFrame frame;
     gst_video_frame_map(&frame, &info, buffer.get(), GST_MAP_WRITE);
-    const std::array<int, 3> values = {color.y, color.u, color.v};
     for (guint plane = 0; plane < 3; ++plane) {
-        std::memset(frame.data[plane], values[plane],
-                    static_cast<std::size_t>(frame.info.stride[plane]) *
-                        static_cast<std::size_t>(GST_VIDEO_FRAME_COMP_HEIGHT(&frame, plane)));
+        fill(plane, static_cast<guint8*>(frame.data[plane]),
+             static_cast<std::size_t>(frame.info.stride[plane]) *
+                 static_cast<std::size_t>(GST_VIDEO_FRAME_COMP_HEIGHT(&frame, plane)));
     }
     gst_video_frame_unmap(&frame);
     return MappedPicture::Make(
         buffer.get(), info,
         ColorSpace(ColorMatrix::SMPTE170M, ColorRange::Limited, ColorPrimaries::BT709, ColorTransfer::BT709));
+}
+
+}  // namespace
+
+std::shared_ptr<const MappedPicture> MakePicture(int width, int height, Yuv color) {
+    const std::array<int, 3> values = {color.y, color.u, color.v};
+    return Fill(width, height, [&](guint plane, guint8* bytes, std::size_t size) {
+        std::memset(bytes, values[plane], size);
+    });
+}
+
+std::shared_ptr<const MappedPicture> MakeNoise(int width, int height) {
+    return Fill(width, height, [](guint plane, guint8* bytes, std::size_t size) {
+        std::generate_n(bytes, size, [plane] {
+            return static_cast<guint8>(plane == 0 ? g_random_int_range(16, 235) : 128);
+        });
+    });
 }
 
 Yuv MeanColor(const MappedPicture& picture) {
@@ -110,6 +131,11 @@ std::vector<std::string> PeerEnd::Texts() {
     return texts;
 }
 
+std::vector<std::string> PeerEnd::Candidates() {
+    const std::lock_guard lock(mutex);
+    return candidates;
+}
+
 std::shared_ptr<const MappedPicture> PeerEnd::LastPicture() {
     const std::lock_guard lock(mutex);
     return lastPicture;
@@ -132,7 +158,11 @@ void PeerPair::Make(PeerEnd& end, PeerEnd& other, PeerOptions options) {
                               });
                           },
                       .onCandidate =
-                          [hand, &other](std::uint32_t line, const std::string& text) {
+                          [hand, &end, &other](std::uint32_t line, const std::string& text) {
+                              {
+                                  const std::lock_guard lock(end.mutex);
+                                  end.candidates.push_back(text);
+                              }
                               hand([&other, line, text] {
                                   if (other.connection) other.connection->TakeCandidate(line, text);
                               });

@@ -25,6 +25,8 @@ struct Yuv {
 
 // A picture of one colour, in BT.601's limited range.
 [[nodiscard]] std::shared_ptr<const MappedPicture> MakePicture(int width, int height, Yuv color);
+// Pictures that are hard to encode: their lines are noise, and no two are alike.
+[[nodiscard]] std::shared_ptr<const MappedPicture> MakeNoise(int width, int height);
 // The mean of each plane.
 [[nodiscard]] Yuv MeanColor(const MappedPicture& picture);
 
@@ -60,10 +62,12 @@ struct PeerEnd {
     std::atomic<int> pictures = 0, drains = 0;
     std::atomic<double> loudness = 0;
     [[nodiscard]] std::vector<std::string> Texts();
+    // Of its own that it has handed out.
+    [[nodiscard]] std::vector<std::string> Candidates();
     [[nodiscard]] std::shared_ptr<const MappedPicture> LastPicture();
 
     std::mutex mutex;  // guards: everything below
-    std::vector<std::string> texts;
+    std::vector<std::string> texts, candidates;
     std::shared_ptr<const MappedPicture> lastPicture;
 };
 

@@ -1,4 +1,5 @@
 // Media and texts between two ends over the loopback.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -99,6 +100,7 @@ TEST_F(PeerTest, TextsArriveInOrderBothWays) {
         EXPECT_TRUE(pair.offerer.connection->SendText(longest));
         EXPECT_FALSE(pair.offerer.connection->SendText(longest + "x"));
         EXPECT_FALSE(pair.offerer.connection->SendText(""));
+        EXPECT_FALSE(pair.offerer.connection->SendText(std::string("a\0b", 3)));
     });
     ASSERT_TRUE(Eventually([&] { return pair.answerer.Texts().size() == kCount + 1; }));
     ASSERT_TRUE(Eventually([&] { return pair.offerer.Texts().size() == kCount; }));
@@ -231,6 +233,39 @@ TEST_F(PeerTest, NothingIsDecodedOfWhatTheReceiverHasTurnedOff) {
     const int shown = pair.answerer.pictures;
     running.Do([&] { pair.answerer.connection->SetVideoDecoded(true); });
     EXPECT_TRUE(Eventually([&] { return pair.answerer.pictures > shown; }));
+}
+
+TEST_F(PeerTest, AReceiverThatTurnsPicturesOnAsksForAKeyFrame) {
+    // Two pictures a second, so that the regular key frame is half a minute away.
+    const auto red = MakeFeed();
+    red->PushPicture(MakePicture(320, 180, kRed));
+    PeerPair pair(running);
+    pair.Start(red, nullptr);
+    ASSERT_TRUE(Shows(pair.answerer, kRed));
+    running.Do([&] { pair.answerer.connection->SetVideoDecoded(false); });
+    const auto keyFrames = red->Count().keyFrames;
+    running.Do([&] { pair.answerer.connection->SetVideoDecoded(true); });
+    EXPECT_TRUE(Eventually([&] { return red->Count().keyFrames > keyFrames; }));
+}
+
+TEST_F(PeerTest, IsReachedOverTheLoopbackAloneOrOverAllElse) {
+    const auto isLoopback = [](const std::string& candidate) {
+        return candidate.find(" 127.0.0.1 ") != std::string::npos;
+    };
+    const auto isUdp = [](const std::string& candidate) {
+        return candidate.find(" UDP ") != std::string::npos;
+    };
+    PeerPair own(running), all(running);
+    own.Start(nullptr, nullptr);
+    PeerOptions open;
+    open.loopbackOnly = false;
+    all.Start(nullptr, nullptr, open, open);
+    ASSERT_TRUE(Eventually([&] { return own.AreConnected(); }));
+    EXPECT_THAT(own.offerer.Candidates(), testing::Each(testing::AllOf(testing::ResultOf(isLoopback, true),
+                                                                       testing::ResultOf(isUdp, true))));
+    EXPECT_THAT(own.answerer.Candidates(), testing::SizeIs(testing::Gt(0U)));
+    // There may be none, on a machine without a network.
+    EXPECT_THAT(all.offerer.Candidates(), testing::Each(testing::ResultOf(isLoopback, false)));
 }
 
 TEST_F(PeerTest, TheOtherSideIsToldWhenOneGoes) {

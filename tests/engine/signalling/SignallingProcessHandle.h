@@ -1,12 +1,10 @@
 // A member of a room in a process of its own (see SignallingProcess.cpp). One thread.
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
 #include <string>
-#include <thread>
 
+#include "tests/engine/LineProcess.h"
 #include "tests/engine/signalling/RoomEvents.h"
 
 namespace Corvanta::Engine {
@@ -14,30 +12,21 @@ namespace Corvanta::Engine {
 class SignallingProcess final {
 public:
     explicit SignallingProcess(const std::filesystem::path& product);
-    // Kills it.
-    ~SignallingProcess();
-    SignallingProcess(const SignallingProcess&) = delete;
-    SignallingProcess& operator=(const SignallingProcess&) = delete;
 
-    void Command(const std::string& line) const;
+    void Command(const std::string& line) const { process.Say(line); }
     // Joins the room of the guests and waits for being in it.
     [[nodiscard]] bool Enters(const std::string& name) const;
 
-    // On return it has gone.
-    void Kill();
-    // On return it does nothing.
-    void Stop() const;
-    void Continue() const;
+    void Kill() { process.Kill(); }
+    void Stop() const { process.Stop(); }
+    void Continue() const { process.Continue(); }
 
     RoomEvents events;
 
 private:
-    void Read();
+    void OnLine(const std::string& line);
 
-    pid_t process = -1;
-    // Its standard input and output.
-    int pipe = -1;
-    std::thread reader;
+    LineProcess process;
 };
 
 }  // namespace Corvanta::Engine

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <functional>
 
 #include <QTimer>
 
@@ -12,12 +14,18 @@ namespace Corvanta::Host {
 
 class HeadlessEnd final {
 public:
+    // How many others are known to come into the room.
+    using Expected = std::function<std::size_t()>;
+
     // Counts from now, and ends the event loop when the time has come.
-    explicit HeadlessEnd(std::chrono::milliseconds runFor);
+    HeadlessEnd(std::chrono::milliseconds runFor, Expected expected);
     HeadlessEnd(const HeadlessEnd&) = delete;
     HeadlessEnd& operator=(const HeadlessEnd&) = delete;
 
 private:
+    [[nodiscard]] bool PictureThere() const;
+
+    const Expected expected_;
     PictureWait wait_;
     QTimer timer_;
 };

@@ -8,6 +8,9 @@
 
 #include <unistd.h>
 
+#include "engine/Engine.h"
+#include "host/Names.h"
+
 namespace Corvanta::Host {
 namespace {
 
@@ -22,6 +25,8 @@ constexpr double kMaxSeconds = 86400.0;
 // Sources that the engine makes itself. A file of such a name is reached as ./test.
 constexpr std::array<std::string_view, 2> kGeneratedSources{"test", "clip"};
 constexpr std::string_view kNoCamera = "none";
+constexpr int kGuestsOfOwnRoom = 3;
+constexpr std::array<std::string_view, 2> kServerSchemes{"ws://", "wss://"};
 
 std::string Quoted(std::string_view text) {
     std::string quoted(1, '\'');
@@ -108,11 +113,40 @@ std::optional<Failure> ReadScale(Options& options, std::string_view value) {
     return std::nullopt;
 }
 
-std::optional<Failure> ReadRoomName(Options& options, std::string_view value) {
-    if (value.empty()) {
-        return Failure{"--room wants a name"};
+// A name that can be shown, in a title too. It is not repeated, since it may be anything.
+std::optional<Failure> CheckName(std::string_view option, std::string_view value, std::size_t longest) {
+    std::string line(option);
+    line += " wants a name";
+    if (value.size() > longest) {
+        line += " of at most ";
+        line += std::to_string(longest);
+        line += " bytes";
+        return Failure{std::move(line)};
     }
+    if (!value.empty() && IsOneLine(value)) return std::nullopt;
+    if (!value.empty()) line += " in UTF-8 on one line";
+    return Failure{std::move(line)};
+}
+
+std::optional<Failure> ReadRoomName(Options& options, std::string_view value) {
     options.roomName = value;
+    options.company = Company::OfNamedRoom;
+    return CheckName("--room", value, Engine::kLongestRoomName);
+}
+
+std::optional<Failure> ReadName(Options& options, std::string_view value) {
+    options.name = value;
+    return CheckName("--name", value, kLongestName);
+}
+
+std::optional<Failure> ReadServer(Options& options, std::string_view value) {
+    const auto isOf = [&](std::string_view scheme) {
+        return value.starts_with(scheme) && value.size() > scheme.size();
+    };
+    if (std::ranges::none_of(kServerSchemes, isOf) || !IsOneLine(value) || value.find(' ') != value.npos) {
+        return Failure{"--server wants ws://HOST:PORT or wss://HOST:PORT, not " + Quoted(value)};
+    }
+    options.server = value;
     return std::nullopt;
 }
 
@@ -139,6 +173,22 @@ std::optional<Failure> ReadShare(Options& options, std::string_view value) {
     return std::nullopt;
 }
 
+std::optional<Failure> ReadAuthority(Options& options, std::string_view value) {
+    if (value.empty()) {
+        return Failure{"--ca wants a file"};
+    }
+    options.certificateAuthority = value;
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadGuests(Options& options, std::string_view value) {
+    options.guests = ParseNumber<int>(value);
+    if (!options.guests || *options.guests < 0 || *options.guests > kMostGuests) {
+        return Failure{"--guests wants a number from 0 to 16, not " + Quoted(value)};
+    }
+    return std::nullopt;
+}
+
 struct ValueOption {
     std::string_view name;
     std::optional<Failure> (*read)(Options&, std::string_view);
@@ -152,6 +202,10 @@ constexpr std::array kValueOptions{
     ValueOption{"--size", ReadSize},
     ValueOption{"--scale", ReadScale},
     ValueOption{"--room", ReadRoomName},
+    ValueOption{"--name", ReadName},
+    ValueOption{"--guests", ReadGuests},
+    ValueOption{"--server", ReadServer},
+    ValueOption{"--ca", ReadAuthority},
     ValueOption{"--detached", ReadDetached},
     ValueOption{"--camera", ReadCamera},
     ValueOption{"--share", ReadShare},
@@ -177,7 +231,7 @@ std::optional<Failure> ResolveFile(std::string& source, const fs::path& baseFold
         return Failure{"no such file: " + path.string()};
     }
     if (fs::is_directory(status)) {
-        return Failure{"this is a folder, not a video file: " + path.string()};
+        return Failure{"this is a folder, not a file: " + path.string()};
     }
     if (::access(path.c_str(), R_OK) != 0) {
         return Failure{"this file cannot be read: " + path.string()};
@@ -191,6 +245,31 @@ std::optional<Failure> ResolveSource(std::string& source, const fs::path& baseFo
         return std::nullopt;
     }
     return ResolveFile(source, baseFolder);
+}
+
+// Participants of this process see nobody but this person, so no room that others enter has them.
+std::optional<Failure> SettleCompany(Options& options) {
+    const bool hasParticipants = !options.participants.empty() || options.generatedParticipants;
+    if (hasParticipants) {
+        const std::string_view own = options.participants.empty() ? "--participants" : "--participant";
+        const std::string_view others = options.company == Company::OfNamedRoom ? "--room"
+                                        : options.guests                        ? "--guests"
+                                        : !options.server.empty()               ? "--server"
+                                                                                : "";
+        if (!others.empty()) {
+            std::string line(own);
+            line += " and ";
+            line += others;
+            line += " do not go together: participants are of this program alone";
+            return Failure{std::move(line)};
+        }
+        options.company = Company::OfThisProgram;
+    }
+    if (!options.certificateAuthority.empty() && options.server.empty()) {
+        return Failure{"--ca is for a room of --server"};
+    }
+    if (!options.guests) options.guests = options.company == Company::OfOwnRoom ? kGuestsOfOwnRoom : 0;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -233,6 +312,9 @@ std::variant<Options, Failure> ParseOptions(std::span<const std::string_view> ar
             return *std::move(failure);
         }
     }
+    if (std::optional<Failure> failure = SettleCompany(options)) {
+        return *std::move(failure);
+    }
     return options;
 }
 
@@ -252,6 +334,13 @@ std::optional<Failure> ResolvePaths(Options& options, const fs::path& baseFolder
         if (std::optional<Failure> failure = ResolveFile(shared.source, baseFolder)) {
             return failure;
         }
+    }
+    if (!options.certificateAuthority.empty()) {
+        std::string file = options.certificateAuthority.string();
+        if (std::optional<Failure> failure = ResolveFile(file, baseFolder)) {
+            return failure;
+        }
+        options.certificateAuthority = file;
     }
     if (options.snapshotPath.empty()) {
         return std::nullopt;
@@ -274,9 +363,16 @@ std::optional<Failure> ResolvePaths(Options& options, const fs::path& baseFolder
 std::string_view HelpText() {
     return R"(corvanta-room: opens a window with a room full of moving pictures
 
-  --participant NAME=SOURCE  a participant; SOURCE is test (a moving test picture), clip (a generated
-                             person), a video file or a URI; may be given several times; without
-                             it four participants play generated clips
+  --room NAME                enters the room of that name, where whoever else names it is met; without
+                             it the room is this person's own, with three guests
+  --name NAME                what the others see of this person
+  --guests N                 programs without a window that take part: N of them, 0 to 16
+  --server URL               ws://HOST:PORT or wss://HOST:PORT of the server that carries the room;
+                             without it the room is one of this user's on this machine
+  --ca FILE                  certificates (PEM) of those whom the server's may come from
+  --participant NAME=SOURCE  instead of all these a participant that this program plays itself; SOURCE is
+                             test (a moving test picture), clip (a generated person), a video file or
+                             a URI; may be given several times
   --participants N           N more with generated clips, 0 to 100
   --camera SOURCE            what stands for the own camera: test (the test picture, without this option
                              too), clip, a video file, a URI, or none
@@ -285,13 +381,14 @@ std::string_view HelpText() {
                              the wall has a window of its own
   --size WIDTHxHEIGHT        size of the window (1280x720)
   --scale FACTOR             size of everything in the window (1)
-  --room NAME                the room's name
   --detached LAYOUT          starts with the wall in a window of its own: strip, column or grid
   --share TYPE=SOURCE        streams from the start: screen, file=FILE, url=URI or device=NAME; may be
                              given several times
   --preview                  starts with the own camera in a window of its own
-  --no-drawings              the generated participants, who draw now and then, do not
+  --no-drawings              the guests, who draw now and then, do not
   --help, --version
+
+The environment variable CORVANTA_TOKEN holds what the server asks for.
 
 In the windows: F7 slides the strip of participants out and in, F8 puts it into a window of its own
 and back, F9 changes that window's layout (there also 1 to 3, or its menu on the right button), F10

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -28,32 +29,53 @@ struct WindowSize {
     int height = 720;
 };
 
+// Who else is in the room.
+enum class Company {
+    // Participants of this process alone.
+    OfThisProgram,
+    // Whoever else enters the room of that name, and guests where they are asked for.
+    OfNamedRoom,
+    // Guests, in a room that nobody else knows.
+    OfOwnRoom,
+};
+
 struct Options {
     enum class Action { Run, ShowHelp, ShowVersion };
 
     Action action = Action::Run;
+    Company company = Company::OfOwnRoom;
     std::vector<ParticipantOption> participants;
-    // Participants with generated clips, besides those above. Without both the engine brings its own.
+    // Participants with generated clips, besides those above.
     std::optional<int> generatedParticipants;
+    // How many programs without a window take part. Always there once the arguments were read.
+    std::optional<int> guests;
     std::optional<std::chrono::milliseconds> headlessFor;
     std::filesystem::path snapshotPath;  // empty: none is taken
     WindowSize size;
     double scale = 1.0;
-    std::string roomName = "Room";
+    std::string roomName = "Room";  // as it is shown; a named room is found by it
+    std::string name;               // under which the others see this person; empty: the profile's
+    std::string server;             // that carries the room; empty: one of this user's on this machine
+    std::filesystem::path certificateAuthority;
     std::optional<WallLayout> detached;  // the wall starts in a window of its own
     std::string camera = "test";         // as a participant's source; empty: none
     std::vector<SharedSource> shared;    // what is streamed from the start
     bool preview = false;                // the own camera's window is open from the start
-    bool drawings = true;                // the engine's own participants draw now and then
+    bool drawings = true;                // guests draw now and then
 };
+
+// Bytes of a name at most.
+inline constexpr std::size_t kLongestName = 256;
+inline constexpr int kMostGuests = 16;
 
 // Reads the arguments after the program's name. An option's value is the next argument or stands behind '='.
 // The first bad argument is the failure.
 [[nodiscard]] std::variant<Options, Failure> ParseOptions(std::span<const std::string_view> arguments);
 
-// Makes file sources and the snapshot's path absolute against `baseFolder`, the folder that the person is in,
-// because the program moves to its own folder afterwards. A file that is not there, or cannot be read, and a
-// snapshot folder that does not exist are failures. Sources that are generated or URIs stay as they are.
+// Makes file sources, certificates and the snapshot's path absolute against `baseFolder`, the folder that the
+// person is in, because the program moves to its own folder afterwards. A file that is not there, or cannot
+// be read, and a snapshot folder that does not exist are failures. Sources that are generated or URIs stay as
+// they are.
 [[nodiscard]] std::optional<Failure> ResolvePaths(Options& options, const std::filesystem::path& baseFolder);
 
 // The text of --help, lines of at most 100 columns.

@@ -18,8 +18,10 @@
 #include "engine/Engine.h"
 #include "host/DarkLook.h"
 #include "host/GeneratedParticipants.h"
+#include "host/Guests.h"
 #include "host/HeadlessEnd.h"
 #include "host/HostWindow.h"
+#include "host/Names.h"
 #include "host/Options.h"
 #include "host/PrivateDisplay.h"
 #include "host/QuitOnSignal.h"
@@ -39,6 +41,8 @@ namespace fs = std::filesystem;
 
 constexpr int kExitFailure = 1;
 constexpr int kExitUsage = 2;
+constexpr const char* kTokenVariable = "CORVANTA_TOKEN";
+constexpr const char* kGuestProgram = "corvanta-guest";
 constexpr int kSnapshotTries = 100;
 constexpr std::chrono::milliseconds kSnapshotRetryAfter{20};
 
@@ -47,8 +51,20 @@ int Report(const Failure& failure, int exitCode = kExitFailure) {
     return exitCode;
 }
 
+// Where this person meets the others. Without a room's name nobody else takes part.
+void SetMeetingPlace(const Options& options, Engine::EngineOptions& engine) {
+    engine.name = options.name;
+    if (options.company == Company::OfThisProgram) return;
+    engine.whenEmpty = Engine::EmptyRoom::Nobody;
+    engine.room = options.company == Company::OfOwnRoom ? MakeOwnRoomName() : options.roomName;
+    engine.server = options.server;
+    engine.certificateAuthority = options.certificateAuthority;
+    engine.serverToken = qgetenv(kTokenVariable).toStdString();
+}
+
 Engine::EngineOptions EngineOptionsFrom(const Options& options) {
     Engine::EngineOptions engine;
+    SetMeetingPlace(options, engine);
     std::vector<ParticipantOption> participants = options.participants;
     if (options.generatedParticipants) {
         std::ranges::move(GenerateParticipants(*options.generatedParticipants, options.participants),
@@ -59,7 +75,6 @@ Engine::EngineOptions EngineOptionsFrom(const Options& options) {
         engine.participants.push_back({participant.name, participant.source});
     }
     engine.camera = options.camera;
-    if (!options.drawings) engine.drawAfter.reset();
     // What nobody watches, nobody listens to either.
     engine.soundOutput = options.headlessFor ? Engine::SoundOutput::Silent : Engine::SoundOutput::Device;
     return engine;
@@ -151,7 +166,19 @@ std::optional<Failure> StartSharing(const Options& options) {
     return std::nullopt;
 }
 
-int ShowRoom(const Options& options) {
+// In the person's own room, which must be entered already: so whoever comes later finds this program there.
+std::variant<std::unique_ptr<Guests>, Failure> InviteGuests(const Options& options, const std::string& room) {
+    return Guests::Start(fs::current_path() / kGuestProgram,
+                         GuestArguments({.count = options.guests.value_or(0),
+                                         .room = room,
+                                         .ownName = options.name,
+                                         .server = options.server,
+                                         .certificateAuthority = options.certificateAuthority,
+                                         .drawings = options.drawings}));
+}
+
+// `room`: under which the others find it.
+int ShowRoom(const Options& options, const std::string& room) {
     HostWindow window(QString::fromStdString(options.roomName + " - Corvanta"), options.size.width,
                       options.size.height);
     window.show();
@@ -159,12 +186,19 @@ int ShowRoom(const Options& options) {
     // Before the session, so that the library lets go of the side windows before they go.
     WallControls wall(window, options.roomName);
     RoomControls controls(window);
+    // They say goodbye while the room closes.
+    std::unique_ptr<Guests> guests;
     auto entered = RoomSession::Enter(
         {.window = window, .wall = wall, .controls = controls, .roomName = options.roomName});
     if (const auto* const failure = std::get_if<Failure>(&entered)) {
         return Report(*failure);
     }
     const auto session = std::get<std::unique_ptr<RoomSession>>(std::move(entered));
+    auto invited = InviteGuests(options, room);
+    if (const auto* const failure = std::get_if<Failure>(&invited)) {
+        return Report(*failure);
+    }
+    guests = std::get<std::unique_ptr<Guests>>(std::move(invited));
     if (const std::optional<Failure> failure = OpenSideWindows(wall, options)) {
         return Report(*failure);
     }
@@ -174,7 +208,7 @@ int ShowRoom(const Options& options) {
     const auto loop = std::make_unique<RoomLoop>(*session, window);
     std::optional<HeadlessEnd> end;
     if (options.headlessFor) {
-        end.emplace(*options.headlessFor);
+        end.emplace(*options.headlessFor, [&guests] { return guests->Count(); });
     }
     const int result = QCoreApplication::exec();
     end.reset();
@@ -183,6 +217,7 @@ int ShowRoom(const Options& options) {
             return Report(*failure);
         }
     }
+    guests->AskToEnd();
     return result;
 }
 
@@ -215,7 +250,8 @@ int Run(int argc, char** argv) {
     }
     const bool isPrivate = std::get<std::unique_ptr<PrivateDisplay>>(display) != nullptr;
 
-    if (const std::optional<std::string> error = Engine::Configure(EngineOptionsFrom(options))) {
+    const Engine::EngineOptions engineOptions = EngineOptionsFrom(options);
+    if (const std::optional<std::string> error = Engine::Configure(engineOptions)) {
         return Report({*error});
     }
     qputenv("QT_QPA_PLATFORM", "xcb");
@@ -226,7 +262,7 @@ int Run(int argc, char** argv) {
     ApplyDarkLook();
     quitOnSignal.Watch();
     PrepareSdlEnvironment(isPrivate ? DisplayKind::Private : DisplayKind::OfTheDesktop);
-    const int result = ShowRoom(options);
+    const int result = ShowRoom(options, engineOptions.room);
     Engine::Shutdown();
     return result;
 }

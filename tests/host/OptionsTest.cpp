@@ -45,7 +45,78 @@ TEST(Options, AskForAnOrdinaryWindowWithoutArguments) {
     EXPECT_EQ(options.scale, 1.0);
 }
 
-TEST(Options, LetTheEnginesParticipantsDrawUnlessTold) {
+TEST(Options, InviteThreeGuestsIntoARoomOfTheirOwnWithoutArguments) {
+    const Options options = Parsed({});
+    EXPECT_EQ(options.company, Company::OfOwnRoom);
+    EXPECT_EQ(options.guests, 3);
+    EXPECT_EQ(options.roomName, "Room");
+    EXPECT_EQ(Parsed({"--size", "640x360", "--no-drawings"}).guests, 3);
+}
+
+TEST(Options, EnterANamedRoomWithoutGuestsUnlessTheyAreAskedFor) {
+    const Options options = Parsed({"--room", "Review", "--name", "Zoë"});
+    EXPECT_EQ(options.company, Company::OfNamedRoom);
+    EXPECT_EQ(options.roomName, "Review");
+    EXPECT_EQ(options.name, "Zoë");
+    EXPECT_EQ(options.guests, 0);
+    EXPECT_EQ(Parsed({"--guests", "2", "--room", "Review"}).guests, 2);
+    EXPECT_EQ(Parsed({"--guests", "2", "--room", "Review"}).company, Company::OfNamedRoom);
+}
+
+TEST(Options, InviteAsManyGuestsAsAreAskedFor) {
+    EXPECT_EQ(Parsed({"--guests", "0"}).guests, 0);
+    EXPECT_EQ(Parsed({"--guests=16"}).guests, 16);
+    EXPECT_EQ(Parsed({"--guests=16"}).company, Company::OfOwnRoom);
+    for (const std::string_view value : {"", "-1", "17", "many", "2.5", "99999999999"}) {
+        EXPECT_NE(FailureOf({"--guests", value}).find("--guests"), std::string::npos) << value;
+    }
+}
+
+TEST(Options, KeepToThisProgramWithParticipantsOfItsOwn) {
+    EXPECT_EQ(Parsed({"--participants", "0"}).company, Company::OfThisProgram);
+    EXPECT_EQ(Parsed({"--participants", "4"}).guests, 0);
+    EXPECT_EQ(Parsed({"--participant", "one=test", "--name", "me"}).company, Company::OfThisProgram);
+}
+
+TEST(Options, RefuseParticipantsOfThisProgramWhereOthersCome) {
+    EXPECT_EQ(FailureOf({"--participants", "4", "--room", "Review"}),
+              "--participants and --room do not go together: participants are of this program alone");
+    EXPECT_EQ(FailureOf({"--room", "Review", "--participant", "one=test"}),
+              "--participant and --room do not go together: participants are of this program alone");
+    EXPECT_NE(FailureOf({"--participants", "0", "--guests", "0"}).find("--guests"), std::string::npos);
+    EXPECT_NE(FailureOf({"--participant", "one=test", "--server", "ws://host"}).find("--server"),
+              std::string::npos);
+}
+
+TEST(Options, TakeTheServerThatCarriesTheRoom) {
+    const Options options = Parsed({"--server", "wss://host:8188", "--ca", "ca.pem", "--room", "Review"});
+    EXPECT_EQ(options.server, "wss://host:8188");
+    EXPECT_EQ(options.certificateAuthority, "ca.pem");
+    EXPECT_EQ(Parsed({"--server=ws://10.0.0.1:8188"}).guests, 3);
+    for (const std::string_view value : {"", "ws://", "http://host", "host:8188", "ws://a b", "ws://a\n"}) {
+        EXPECT_NE(FailureOf({"--server", value}).find("--server"), std::string::npos) << value;
+    }
+    EXPECT_EQ(FailureOf({"--ca", "ca.pem"}), "--ca is for a room of --server");
+    EXPECT_FALSE(FailureOf({"--ca", "", "--server", "ws://host"}).empty());
+}
+
+TEST(Options, RefuseNamesThatNobodyCanShow) {
+    const std::string longest(256, 'x'), tooLong(257, 'x');
+    EXPECT_EQ(Parsed({"--room", longest}).roomName, longest);
+    EXPECT_EQ(Parsed({"--name", longest}).name, longest);
+    for (const std::string_view option : {"--room", "--name"}) {
+        for (const std::string_view value :
+             {std::string_view(tooLong), std::string_view(), std::string_view("a\nb"),
+              std::string_view("\xff\xfe"), std::string_view("\x1b[0m")}) {
+            const std::string line = FailureOf({option, value});
+            EXPECT_TRUE(line.starts_with(option)) << line;
+            EXPECT_LT(line.size(), 100U) << "the name itself is left out";
+            EXPECT_EQ(line.find('\n'), std::string::npos);
+        }
+    }
+}
+
+TEST(Options, LetTheGuestsDrawUnlessTold) {
     EXPECT_TRUE(Parsed({}).drawings);
     EXPECT_FALSE(Parsed({"--no-drawings"}).drawings);
 }
@@ -199,7 +270,8 @@ TEST(Options, RefuseToStreamWhatIsNoSource) {
 TEST(Options, ListEveryOptionInTheHelp) {
     for (const std::string_view name :
          {"--participant", "--headless", "--snapshot", "--size", "--scale", "--room", "--participants",
-          "--detached", "--preview", "--camera", "--share", "--help", "--version"}) {
+          "--detached", "--preview", "--camera", "--share", "--help", "--version", "--name", "--guests",
+          "--server", "--ca", "--no-drawings", "CORVANTA_TOKEN"}) {
         EXPECT_NE(HelpText().find(name), std::string_view::npos) << name;
     }
 }
@@ -228,6 +300,18 @@ TEST(ResolvedPaths, StandOnThatFolderForTheCameraToo) {
     EXPECT_EQ(none.camera, "");
     Options itself = Parsed({"--camera", "./none"});
     EXPECT_TRUE(ResolvePaths(itself, folder.Path())) << "a file of that name";
+}
+
+TEST(ResolvedPaths, StandOnThatFolderForCertificates) {
+    const TemporaryFolder folder;
+    std::ofstream(folder.Path() / "ca.pem") << "x";
+    Options options = Parsed({"--server", "wss://host", "--ca", "ca.pem"});
+    ASSERT_FALSE(ResolvePaths(options, folder.Path()));
+    EXPECT_EQ(options.certificateAuthority, folder.Path() / "ca.pem");
+    Options missing = Parsed({"--server", "wss://host", "--ca", "none.pem"});
+    const auto failure = ResolvePaths(missing, folder.Path());
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->line, "no such file: " + (folder.Path() / "none.pem").string());
 }
 
 TEST(ResolvedPaths, StandOnThatFolderForAFileThatIsStreamed) {

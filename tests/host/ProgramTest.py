@@ -123,6 +123,88 @@ class Snapshot(ProgramTest):
         self.assertGreater(Png.read(os.path.join(self.folder, "end.png")).colours(), 8)
 
 
+class Company(ProgramTest):
+    """Others in programs of their own: the guests, and who else enters the room."""
+
+    def setUp(self):
+        super().setUp()
+        self.environment.pop("DISPLAY", None)
+
+    def start(self, *arguments):
+        program = subprocess.Popen(
+            [PROGRAM, *arguments],
+            cwd=self.folder,
+            env=self.environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        self.addCleanup(program.wait)
+        self.addCleanup(program.kill)
+        return program
+
+    def guests(self):
+        """The command lines of those that belong to this test."""
+        found = []
+        for process in filter(str.isdigit, os.listdir("/proc")):
+            try:
+                with open(f"/proc/{process}/environ", "rb") as file:
+                    is_ours = b"XDG_RUNTIME_DIR=" + os.fsencode(self.folder) in file.read().split(b"\0")
+                with open(f"/proc/{process}/cmdline", "rb") as file:
+                    command = file.read()
+            except OSError:
+                continue
+            if is_ours and os.path.basename(command.split(b"\0")[0]) == b"corvanta-guest":
+                found.append(command)
+        return found
+
+    def until(self, look, what):
+        end = time.monotonic() + LIMIT_SECONDS
+        while not look():
+            self.assertLess(time.monotonic(), end, what)
+            time.sleep(0.05)
+
+    def test_shows_a_guest_before_a_short_run_ends(self):
+        picture = self.snapshot("one.png", 1, "--size", "640x360", "--camera", "none")
+        # Of the main video, between the strip and the bar.
+        self.assertGreater(picture.colours(), 64)
+        self.assertEqual(self.guests(), [])
+
+    def test_has_as_many_guests_as_are_asked_for_each_in_the_same_room(self):
+        self.environment["CORVANTA_TOKEN"] = "open sesame"
+        self.start("--guests", "2", "--room", "review", "--name", "Alva")
+        self.until(lambda: len(self.guests()) == 2, "two guests")
+        for guest in self.guests():
+            self.assertIn(b"--room=review", guest)
+            self.assertNotIn(b"--name=Alva\0", guest)
+            self.assertNotIn(b"sesame", guest)
+
+    def test_leaves_no_guest_behind_when_it_ends(self):
+        program = self.start()
+        self.until(lambda: len(self.guests()) == 3, "three guests")
+        program.send_signal(signal.SIGTERM)
+        self.assertEqual(program.wait(timeout=LIMIT_SECONDS), 0)
+        self.assertEqual(self.guests(), [])
+
+    def test_leaves_no_guest_behind_when_it_is_killed(self):
+        program = self.start()
+        self.until(lambda: len(self.guests()) == 3, "three guests")
+        program.kill()
+        program.wait()
+        self.until(lambda: not self.guests(), "the guests are still there")
+
+    def test_shows_who_else_enters_the_room(self):
+        self.clip("halves.mp4")
+        self.start("--room", "review", "--name", "two", "--camera", "halves.mp4", "--size", "320x200")
+        picture = self.snapshot(
+            "one.png", 9, "--room", "review", "--name", "one", "--camera", "none", "--size", "640x360"
+        )
+        red, _, blue = picture.pixel(220, 210)
+        self.assertTrue(red > 200 and blue < 60, picture.pixel(220, 210))
+        red, _, blue = picture.pixel(420, 210)
+        self.assertTrue(red < 60 and blue > 200, picture.pixel(420, 210))
+
+
 class BadInput(ProgramTest):
     def test_names_a_missing_file_in_one_line(self):
         done = self.run_program("--headless", "1", "--participant", "one=missing.mp4")
@@ -133,6 +215,17 @@ class BadInput(ProgramTest):
     def test_refuses_a_bad_option_in_one_line(self):
         self.assert_one_line(self.run_program("--colour"), 2, "--colour")
         self.assert_one_line(self.run_program("--size", "big"), 2, "--size", "big")
+
+    def test_refuses_names_that_nobody_can_show_in_one_line(self):
+        for option in ("--room", "--name"):
+            self.assert_one_line(self.run_program(option, 257 * "x"), 2, option, "256")
+            self.assert_one_line(self.run_program(option, "two\nlines"), 2, option)
+            self.assert_one_line(self.run_program(option, b"\xff\xfe"), 2, option)
+
+    def test_refuses_what_does_not_go_together_in_one_line(self):
+        self.assert_one_line(self.run_program("--participants", "4", "--room", "review"), 2, "--participants", "--room")
+        self.assert_one_line(self.run_program("--participant", "one=test", "--guests", "1"), 2, "--participant", "--guests")
+        self.assert_one_line(self.run_program("--ca", "ca.pem"), 2, "--ca", "--server")
 
     def test_says_when_there_is_neither_display_nor_xvfb(self):
         done = self.run_program("--headless", "1", PATH=self.folder)
@@ -158,8 +251,7 @@ class Soak(ProgramTest):
 
     def test_keeps_its_memory(self):
         program = subprocess.Popen(
-            # A layer of marks comes late, and it stays.
-            [PROGRAM, "--headless", "75", "--no-drawings"],
+            [PROGRAM, "--headless", "75", "--participants", "4"],
             cwd=self.folder,
             env=self.environment,
             stdin=subprocess.DEVNULL,

@@ -49,7 +49,8 @@ struct PeerEvents {
     std::function<void(std::uint32_t mediaLine, const std::string& text)> onCandidate;
     // Once for each session.
     std::function<void()> onConnected;
-    // The other side is gone or was never reached. Nothing follows until Restart, or until an offer comes.
+    // The other side is gone, has been silent for some five seconds or was never reached. Nothing follows
+    // until Restart, or until an offer comes.
     std::function<void(const std::string& reason)> onDisconnected;
     // Texts can be sent from then on; once for each session.
     std::function<void()> onChannelOpen;
@@ -74,7 +75,8 @@ public:
     // The offerer makes its offer; the answerer waits for one. False, and a log line, when an element is
     // missing.
     bool Start();
-    // The other side is told, where it can be reached. On return no event is in progress and none follows.
+    // On return no event is in progress and none follows. The other side hears nothing more, and takes the
+    // connection for lost some five seconds later unless it learns of it in another way.
     void Close();
     // Sets the connection up again: the offerer makes another offer, the answerer asks for one.
     void Restart();

@@ -65,6 +65,7 @@ public:
     void TakeAnswer(const std::string& sdp);
     void AddCandidate(std::uint32_t mediaLine, const std::string& text);
 
+    // Lives as long as this; open from channelOpen on.
     [[nodiscard]] TextChannel& Texts() { return *texts; }
     // The feed's packets go to the peer as soon as it is connected. Null for none.
     void SetFeed(std::shared_ptr<OutboundFeed> sentFeed);

@@ -1,7 +1,9 @@
 #include "engine/janus/JanusPublisher.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "engine/peer/PeerDescription.h"
@@ -20,6 +22,7 @@ constexpr milliseconds kTryAgain{1000};
 // After having the former self of a feed leave, that the server has not missed yet.
 constexpr milliseconds kAfterKick{200};
 constexpr int kMostTaken = 10;
+constexpr int kMostVainOffers = 10;
 // What the server may take to end a connection.
 constexpr milliseconds kHangupPatience{1000};
 
@@ -35,6 +38,25 @@ PeerOptions OptionsFor(const std::string& name) {
 
 int ErrorOf(const JanusMessage& answer) {
     return answer.room && answer.room->errorCode != 0 ? answer.room->errorCode : answer.errorCode;
+}
+
+// Whether the offer tells the numbers of the packets of picture and sound, without which the server cannot
+// know one from the other.
+bool NamesItsSources(std::string_view sdp) {
+    std::size_t media = 0, named = 0;
+    bool isNamed = true;
+    for (std::size_t place = 0; place < sdp.size();) {
+        const std::size_t end = std::min(sdp.find('\n', place), sdp.size());
+        const std::string_view line = sdp.substr(place, end - place);
+        place = end + 1;
+        if (line.starts_with("m=")) isNamed = true;
+        if (line.starts_with("m=video") || line.starts_with("m=audio")) {
+            ++media;
+            isNamed = false;
+        }
+        if (line.starts_with("a=ssrc:") && !std::exchange(isNamed, true)) ++named;
+    }
+    return named == media;
 }
 
 std::string ReasonOf(const JanusMessage& answer) {
@@ -219,6 +241,15 @@ void JanusPublisher::OnOffer(std::string sdp) {
     offerIsSent = false;
     candidates.clear();
     if (handle == 0) return;
+    // It was made before the first caps came to the connection.
+    if (!NamesItsSources(offer) && ++vainOffers < kMostVainOffers) {
+        loop.Post([weak = weak_from_this(), own = round] {
+            const auto self = weak.lock();
+            if (self && self->isOpen && self->round == own) self->link->Restart(true);
+        });
+        return;
+    }
+    vainOffers = 0;
     if (!isPublished) {
         Publish();
         return;

@@ -98,7 +98,7 @@ private:
     JanusClient::Handle handle = 0;
     // Tells the answers of one entry from those of another.
     std::uint64_t round = 0;
-    int taken = 0;
+    int taken = 0, vainOffers = 0;
     std::string offer;
     // Of an offer that waits for the end of the connection before.
     std::vector<std::pair<std::uint32_t, std::string>> candidates;

@@ -15,6 +15,7 @@ using Kind = JanusMessage::Kind;
 
 // The server's side of the channel bears no name, and this one must.
 constexpr const char* kChannel = "JanusDataChannel";
+constexpr const char* kCodec = "VP8";
 // How soon it is tried again where the server does not know the feed, whose publisher may be on its way.
 constexpr std::chrono::milliseconds kTryAgain{500};
 
@@ -182,7 +183,9 @@ PeerLinkEvents JanusReceiver::LinkEvents() {
                                .frameRate = statistics.frameRate,
                                .width = statistics.width,
                                .height = statistics.height,
-                               .codec = statistics.videoCodec};
+                               // Not every version tells it of what is only received. No other
+                               // is decoded.
+                               .codec = statistics.width > 0 ? kCodec : ""};
                 }};
 }
 

@@ -91,6 +91,7 @@ void RoomNotes::Poll() {
     HttpRequest request{.method = "GET", .target = target, .body = {}, .largestAnswer = kLargestNotesMessage};
     {
         const std::lock_guard lock(textMutex);
+        polledAfter = revision;
         if (revision) {
             request.target += "&after=";
             request.target += std::to_string(*revision);
@@ -117,9 +118,14 @@ void RoomNotes::OnPolled(const std::optional<HttpAnswer>& answer) {
         held = std::move(notes);
         return;
     }
-    if (notes) Take(*notes);
+    if (notes && !IsOutdated(*notes)) Take(*notes);
     Push();
     Poll();
+}
+
+bool RoomNotes::IsOutdated(const NotesText& notes) const {
+    const std::lock_guard lock(textMutex);
+    return revision != polledAfter && notes.revision < revision;
 }
 
 void RoomNotes::Take(const NotesText& notes) {
@@ -163,9 +169,8 @@ void RoomNotes::Push() {
 void RoomNotes::OnPushed(const std::string& sent, const std::optional<HttpAnswer>& answer) {
     isSending = false;
     const NotesStatus status = TakePushed(sent, answer);
-    const bool isPollHeld = held.has_value();
-    if (const auto notes = std::exchange(held, std::nullopt); notes && status != NotesStatus::Sending)
-        Take(*notes);
+    const auto notes = std::exchange(held, std::nullopt);
+    if (notes && status != NotesStatus::Sending && !IsOutdated(*notes)) Take(*notes);
     if (status == NotesStatus::Unreachable || status == NotesStatus::Refused) {
         SetPushTrouble(status);
         KeepDraft();
@@ -180,7 +185,7 @@ void RoomNotes::OnPushed(const std::string& sent, const std::optional<HttpAnswer
         pushPause = kFirstPause;
         Push();
     }
-    if (isPollHeld) Poll();
+    if (notes) Poll();
 }
 
 NotesStatus RoomNotes::TakePushed(const std::string& sent, const std::optional<HttpAnswer>& answer) {

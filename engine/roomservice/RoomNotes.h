@@ -48,6 +48,8 @@ private:
     void OnPushed(const std::string& sent, const std::optional<HttpAnswer>& answer);
     // What became of a text that was sent; Kept when it was taken, Sending when there was another.
     [[nodiscard]] NotesStatus TakePushed(const std::string& sent, const std::optional<HttpAnswer>& answer);
+    // Whether a poll was asked before the own writing, and answered with what was there before it.
+    [[nodiscard]] bool IsOutdated(const NotesText& notes) const;
     // The service has this.
     void Take(const NotesText& notes);
     [[nodiscard]] HttpRequest WriteRequest(const NotesText& notes) const;
@@ -77,6 +79,8 @@ private:
     std::optional<std::string> lastSent;
     bool isSending = false;
     bool isPushPlanned = false;
+    // What was known when the poll was sent that is under way, or was answered last.
+    std::optional<std::int64_t> polledAfter;
     // A poll was answered while a text was on its way, whose own answer comes first.
     std::optional<NotesText> held;
     std::optional<NotesDraft> draft;

@@ -220,7 +220,10 @@ std::shared_ptr<PacketOutlet> PeerSession::AddSender(bool isVideo) {
     const GstOwned<GstPad> pad(gst_element_request_pad_simple(webrtc.get(), "sink_%u"));
     if (!source || !pad) return nullptr;
     const guint32 ssrc = g_random_int();
+    // The offer says from which source each kind of packets comes, and some servers need that; the element
+    // learns it from the first packets otherwise, which may be after the offer.
     const auto caps = PacketCaps(isVideo);
+    gst_caps_set_simple(caps.get(), "ssrc", G_TYPE_UINT, ssrc, nullptr);
     GstWebRTCRTPTransceiver* transceiver = nullptr;
     g_object_get(pad.get(), "transceiver", &transceiver, nullptr);
     if (transceiver != nullptr) {
@@ -231,10 +234,8 @@ std::shared_ptr<PacketOutlet> PeerSession::AddSender(bool isVideo) {
         // Kept, it would keep the whole connection's sockets and threads.
         gst_object_unref(transceiver);
     }
-    const GstOwned<GstCaps> packetCaps(gst_caps_copy(caps.get()));
-    gst_caps_set_simple(packetCaps.get(), "ssrc", G_TYPE_UINT, ssrc, nullptr);
-    g_object_set(source.get(), "caps", packetCaps.get(), "is-live", TRUE, "format", GST_FORMAT_TIME,
-                 "leaky-type", GST_APP_LEAKY_TYPE_DOWNSTREAM, "max-time", kQueuedPackets, "max-bytes",
+    g_object_set(source.get(), "caps", caps.get(), "is-live", TRUE, "format", GST_FORMAT_TIME, "leaky-type",
+                 GST_APP_LEAKY_TYPE_DOWNSTREAM, "max-time", kQueuedPackets, "max-bytes",
                  guint64{4} * 1024 * 1024, "max-buffers", guint64{4096}, nullptr);
     gst_bin_add(GST_BIN(pipeline.get()), source.get());
     const GstOwned<GstPad> out(gst_element_get_static_pad(source.get(), "src"));

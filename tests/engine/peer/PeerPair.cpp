@@ -136,6 +136,11 @@ std::vector<std::string> PeerEnd::Candidates() {
     return candidates;
 }
 
+std::string PeerEnd::LastDescription() {
+    const std::lock_guard lock(mutex);
+    return lastDescription;
+}
+
 std::shared_ptr<const MappedPicture> PeerEnd::LastPicture() {
     const std::lock_guard lock(mutex);
     return lastPicture;
@@ -152,6 +157,10 @@ void PeerPair::Make(PeerEnd& end, PeerEnd& other, PeerOptions options) {
     const auto hand = [this](std::function<void()> task) { running.loop.Post(std::move(task)); };
     PeerEvents events{.onDescription =
                           [hand, &end, &other](const std::string& text) {
+                              {
+                                  const std::lock_guard lock(end.mutex);
+                                  end.lastDescription = text;
+                              }
                               ++end.descriptions;
                               hand([&other, text] {
                                   if (other.connection) other.connection->TakeDescription(text);

@@ -64,10 +64,12 @@ struct PeerEnd {
     [[nodiscard]] std::vector<std::string> Texts();
     // Of its own that it has handed out.
     [[nodiscard]] std::vector<std::string> Candidates();
+    [[nodiscard]] std::string LastDescription();
     [[nodiscard]] std::shared_ptr<const MappedPicture> LastPicture();
 
     std::mutex mutex;  // guards: everything below
     std::vector<std::string> texts, candidates;
+    std::string lastDescription;
     std::shared_ptr<const MappedPicture> lastPicture;
 };
 

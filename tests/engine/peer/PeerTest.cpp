@@ -248,6 +248,21 @@ TEST_F(PeerTest, AReceiverThatTurnsPicturesOnAsksForAKeyFrame) {
     EXPECT_TRUE(Eventually([&] { return red->Count().keyFrames > keyFrames; }));
 }
 
+TEST_F(PeerTest, AnOfferNamesTheSourcesOfItsPackets) {
+    // Often enough to see what depends on how threads follow each other.
+    for (int round = 0; round < 20; ++round) {
+        PeerPair pair(running);
+        pair.Start(nullptr, nullptr);
+        ASSERT_TRUE(Eventually([&] { return pair.offerer.descriptions > 0; }));
+        const auto offer = ReadDescription(pair.offerer.LastDescription());
+        ASSERT_TRUE(offer);
+        const auto video = offer->sdp.find("m=video"), audio = offer->sdp.find("m=audio");
+        ASSERT_LT(video, audio);
+        EXPECT_NE(offer->sdp.substr(video, audio - video).find("a=ssrc:"), std::string::npos);
+        EXPECT_NE(offer->sdp.substr(audio).find("a=ssrc:"), std::string::npos);
+    }
+}
+
 TEST_F(PeerTest, IsReachedOverTheLoopbackAloneOrOverAllElse) {
     const auto isLoopback = [](const std::string& candidate) {
         return candidate.find(" 127.0.0.1 ") != std::string::npos;

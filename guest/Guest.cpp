@@ -123,7 +123,7 @@ void Guest::OpenClip() {
 
 void Guest::OnEntered() {
     if (hasLeft || std::exchange(isIn, true)) return;
-    enteredAt = std::chrono::steady_clock::now();
+    startedAt = std::chrono::steady_clock::now();
     outlet->Set(transport->PublishCamera(LocalTracks{}));
     playback->Play();
     std::vector<std::string> waiting;
@@ -173,8 +173,10 @@ void Guest::OpenMedia(const std::string& streamId) {
 void Guest::PerformNext() {
     GuestAct act = script.Next();
     const auto now = std::chrono::steady_clock::now();
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(enteredAt + act.at - now);
-    loop.PostAfter(std::max(wait, std::chrono::milliseconds::zero()), [this, act = std::move(act)] {
+    // Who was held up goes on from there, rather than catch up all at once.
+    startedAt = std::max(startedAt, now - act.at);
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(startedAt + act.at - now);
+    loop.PostAfter(wait, [this, act = std::move(act)] {
         if (hasLeft) return;
         Perform(act);
         PerformNext();

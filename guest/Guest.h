@@ -68,7 +68,8 @@ private:
     GuestMarks marks;
     // The others' streams by their ids.
     std::map<std::string, std::shared_ptr<ParticipantMedia>> others;
-    std::chrono::steady_clock::time_point enteredAt;
+    // When the script began.
+    std::chrono::steady_clock::time_point startedAt;
     bool isIn = false;
     bool hasLeft = false;
     // Everybody's wish; the pictures go on.

@@ -221,26 +221,26 @@ std::variant<GuestOptions, BadArguments> ParseGuestOptions(std::span<const std::
 }
 
 std::string_view GuestHelpText() {
-    return R"(corvanta-guest: takes part in a room without a window, with pictures and sound that it makes itself
+    return R"(corvanta-guest: takes part in a room without a window, with pictures and sound of its own making
 
   --room ROOM           the room's name
   --name NAME           what the others see of it
-  --server URL          ws://HOST:PORT or wss://HOST:PORT of the server that carries the room; without it
-                        the room is one of this user's on this machine
+  --server URL          ws://HOST:PORT or wss://HOST:PORT of the server that carries the room;
+                        without it the room is one of this user's on this machine
   --ca FILE             certificates (PEM) of those whom the server's may come from
   --seed S              what it does is made of this number (1)
-  --index I, --count N  its place among the guests of the room, counted from 0 (0), and how many they
-                        are (1)
-  --source SOURCE       clip (a generated person who speaks in turns with the others), test (the test
-                        picture), a video file or a URI (clip)
+  --index I, --count N  its place among the guests of the room, counted from 0 (0), and how many
+                        they are (1)
+  --source SOURCE       clip (a generated person who speaks in turns with the others), test (the
+                        test picture), a video file or a URI (clip)
   --size WIDTHxHEIGHT   of its pictures: 1280x720, 640x360, 320x180, 256x144 or 160x90 (640x360)
   --rate F              pictures a second, 1 to 60 (30)
   --draw SECONDS        draws now and then from that moment on, or never (5)
   --for SECONDS         leaves after that time
   --help, --version
 
-The environment variable CORVANTA_TOKEN holds what the server asks for. It leaves when it is asked to end
-(SIGTERM, Ctrl+C).
+The environment variable CORVANTA_TOKEN holds what the server asks for. It leaves when it is asked
+to end (SIGTERM, Ctrl+C).
 )";
 }
 

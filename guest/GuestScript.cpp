@@ -42,6 +42,8 @@ GuestScript::GuestScript(const GuestRole& guestRole)
     : role(guestRole),
       random(MakeRandom(role)),
       lineAt(kFirstLine + kLineApart * static_cast<milliseconds::rep>(role.index)),
+      // One after the other begins on somebody else's stream, and with another line.
+      marks(role.seed + role.index),
       lines(role.seed + role.index) {
     if (role.drawAfter) markAt = *role.drawAfter + kDrawApart * static_cast<milliseconds::rep>(role.index);
 }
@@ -64,7 +66,7 @@ GuestAct GuestScript::NextMark() {
         return act;
     }
     ++standing;
-    if (++drawn % kOthersEvery == 0) act.othersStream = static_cast<std::uint32_t>(random());
+    if (marks++ % kOthersEvery == 0) act.othersStream = static_cast<std::uint32_t>(random());
     return act;
 }
 

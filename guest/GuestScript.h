@@ -64,8 +64,8 @@ private:
     std::optional<Milliseconds> markAt;
     Milliseconds lineAt;
     std::size_t standing = 0;
-    std::size_t drawn = 0;
-    std::size_t lines;
+    // Counted on from one act to the next.
+    std::size_t marks, lines;
 };
 
 // Where a guest's clip stands at that moment, so that guests of several programs and machines take their

@@ -363,27 +363,27 @@ std::optional<Failure> ResolvePaths(Options& options, const fs::path& baseFolder
 std::string_view HelpText() {
     return R"(corvanta-room: opens a window with a room full of moving pictures
 
-  --room NAME                enters the room of that name, where whoever else names it is met; without
-                             it the room is this person's own, with three guests
+  --room NAME                enters the room of that name, where whoever else names it is met;
+                             without it the room is this person's own, with three guests
   --name NAME                what the others see of this person
   --guests N                 programs without a window that take part: N of them, 0 to 16
   --server URL               ws://HOST:PORT or wss://HOST:PORT of the server that carries the room;
                              without it the room is one of this user's on this machine
   --ca FILE                  certificates (PEM) of those whom the server's may come from
-  --participant NAME=SOURCE  instead of all these a participant that this program plays itself; SOURCE is
-                             test (a moving test picture), clip (a generated person), a video file or
-                             a URI; may be given several times
+  --participant NAME=SOURCE  instead of all these a participant that this program plays itself;
+                             SOURCE is test (a moving test picture), clip (a generated person), a
+                             video file or a URI; may be given several times
   --participants N           N more with generated clips, 0 to 100
-  --camera SOURCE            what stands for the own camera: test (the test picture, without this option
-                             too), clip, a video file, a URI, or none
+  --camera SOURCE            what stands for the own camera: test (the test picture, without this
+                             option too), clip, a video file, a URI, or none
   --headless SECONDS         needs no display: runs that long, then ends
-  --snapshot FILE.png        writes what the window shows when the program ends; FILE-wall.png too when
-                             the wall has a window of its own
+  --snapshot FILE.png        writes what the window shows when the program ends; FILE-wall.png too
+                             when the wall has a window of its own
   --size WIDTHxHEIGHT        size of the window (1280x720)
   --scale FACTOR             size of everything in the window (1)
   --detached LAYOUT          starts with the wall in a window of its own: strip, column or grid
-  --share TYPE=SOURCE        streams from the start: screen, file=FILE, url=URI or device=NAME; may be
-                             given several times
+  --share TYPE=SOURCE        streams from the start: screen, file=FILE, url=URI or device=NAME; may
+                             be given several times
   --preview                  starts with the own camera in a window of its own
   --no-drawings              the guests, who draw now and then, do not
   --help, --version
@@ -393,9 +393,9 @@ The environment variable CORVANTA_TOKEN holds what the server asks for.
 In the windows: F7 slides the strip of participants out and in, F8 puts it into a window of its own
 and back, F9 changes that window's layout (there also 1 to 3, or its menu on the right button), F10
 opens and closes the own camera's window. F2 opens and closes the panel of chat, notes and people,
-F3 the audio mixer, F4 the drawing tools, Ctrl+comma the settings. While the drawing tools are there,
-Ctrl+Z takes the last mark back and Ctrl+Shift+Z brings it again. F11 full screen, Esc back from it,
-Ctrl+Q ends.
+F3 the audio mixer, F4 the drawing tools, Ctrl+comma the settings. While the drawing tools are
+there, Ctrl+Z takes the last mark back and Ctrl+Shift+Z brings it again. F11 full screen, Esc back
+from it, Ctrl+Q ends.
 )";
 }
 

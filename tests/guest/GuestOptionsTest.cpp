@@ -134,6 +134,16 @@ TEST(GuestOptions, RefuseWhatDoesNotGoTogether) {
     EXPECT_NE(ProblemOf({"--ca", "ca.pem"}).find("--server"), std::string::npos);
 }
 
+TEST(GuestOptions, KeepTheHelpNarrowEnoughForATerminal) {
+    std::string_view rest = GuestHelpText();
+    while (!rest.empty()) {
+        const std::size_t end = rest.find('\n');
+        ASSERT_NE(end, std::string_view::npos);
+        EXPECT_LE(end, 100U) << rest.substr(0, end);
+        rest.remove_prefix(end + 1);
+    }
+}
+
 TEST(GuestOptions, ListEveryOptionInTheHelp) {
     for (const std::string_view name :
          {"--room", "--name", "--server", "--ca", "--seed", "--index", "--count", "--source", "--size",

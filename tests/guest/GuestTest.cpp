@@ -155,6 +155,23 @@ TEST(Guest, TellsItsMarksAgainWheneverAChannelOpens) {
     EXPECT_EQ(drawings[1].at("message").at("shapes"), first.at("message").at("shapes"));
 }
 
+TEST(Guest, ForgetsTheMarksOnAStreamThatHasGone) {
+    FakeRoom room;
+    GuestOptions options = Options();
+    // Its first mark is on somebody else's stream, once there has been time to join.
+    options.role.seed = 0;
+    options.role.drawAfter = std::chrono::seconds(3);
+    const Visit visit(room, options);
+    static_cast<void>(Join(room, "two-camera"));
+    static_cast<void>(Join(room, "three-screen"));
+    ASSERT_TRUE(Eventually([&] { return DrawnIn(room).size() == 1; }));
+    const std::string drawnOn = DrawnIn(room).front().at("streamId");
+    EXPECT_NE(drawnOn, "me-camera");
+    room.Leave(drawnOn);
+    OpenChannel(room, Join(room, "four-camera"));
+    EXPECT_THAT(DrawnIn(room), SizeIs(1)) << "there is nothing to tell";
+}
+
 TEST(Guest, WritesALineOfTheChat) {
     FakeRoom room;
     const Visit visit(room, Options());

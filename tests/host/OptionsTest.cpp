@@ -267,6 +267,16 @@ TEST(Options, RefuseToStreamWhatIsNoSource) {
     }
 }
 
+TEST(Options, KeepTheHelpNarrowEnoughForATerminal) {
+    std::string_view rest = HelpText();
+    while (!rest.empty()) {
+        const std::size_t end = rest.find('\n');
+        ASSERT_NE(end, std::string_view::npos);
+        EXPECT_LE(end, 100U) << rest.substr(0, end);
+        rest.remove_prefix(end + 1);
+    }
+}
+
 TEST(Options, ListEveryOptionInTheHelp) {
     for (const std::string_view name :
          {"--participant", "--headless", "--snapshot", "--size", "--scale", "--room", "--participants",

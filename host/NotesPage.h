@@ -1,23 +1,49 @@
-// The person's notes, kept in the settings while they are written. Main thread only.
+// The room's notes, which everybody in the room writes together. What the person types goes to the room after
+// a pause; what others write meanwhile is merged into the text, and what is being typed is never lost by it:
+// where both have changed the same lines, the others' come first and the person's below. Main thread only.
 #pragma once
 
-#include <QPlainTextEdit>
 #include <QTimer>
+#include <QWidget>
+
+#include <string>
+
+class QLabel;
+class QPlainTextEdit;
 
 namespace Corvanta::Host {
 
-class NotesPage final : public QPlainTextEdit {
+class NotesPage final : public QWidget {
 public:
     explicit NotesPage(QWidget* parent);
-    // Keeps what is not kept yet.
+    // Keeps what is not kept yet, if the room is still open. The application's end comes before that, and is
+    // heeded.
     ~NotesPage() override;
     NotesPage(const NotesPage&) = delete;
     NotesPage& operator=(const NotesPage&) = delete;
 
-private:
-    void Keep();
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
-    QTimer timer_;
+private:
+    // What the person has typed goes to the room.
+    void Keep();
+    // What the room has comes here.
+    void Take();
+    void Look();
+    [[nodiscard]] std::string Typed() const;
+    // Changes no more than what differs: cursor, place and the steps back stay.
+    void Show(const std::string& text);
+
+    // Children of this page.
+    QPlainTextEdit* text_ = nullptr;
+    QLabel* problem_ = nullptr;
+    QTimer keepTimer_;
+    QTimer lookTimer_;
+    // What the room had when the person began to type.
+    std::string base_;
+    bool isTooLong_ = false;
 };
 
 }  // namespace Corvanta::Host

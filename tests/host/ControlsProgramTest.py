@@ -4,6 +4,7 @@ import contextlib
 import glob
 import os
 import re
+import sqlite3
 import time
 import unittest
 
@@ -67,7 +68,10 @@ class ControlsProgramTest(RoomDisplay):
         self.press(self.room, *"abcdef")
         self.press(self.room, "ctrl+q")
         self.program.wait(timeout=40)
-        self.assertIn("abcdef", self.configuration())
+        database = os.path.join(self.folder, "corvanta", "room-service.sqlite")
+        self.until(lambda: os.path.exists(database), "nothing is kept")
+        with contextlib.closing(sqlite3.connect(database)) as kept:
+            self.assertEqual(kept.execute("SELECT text FROM notes").fetchall(), [("abcdef",)])
 
     def test_takes_the_key_to_talk_in_the_settings(self):
         self.open_room("--camera", "none")

@@ -34,6 +34,11 @@ std::function<void(const Engine::ChatLine&)>& ChatListener() {
     return listener;
 }
 
+std::function<void(const std::string&)>& NotesListener() {
+    static std::function<void(const std::string&)> listener;
+    return listener;
+}
+
 }  // namespace
 
 EngineAnswers& Answers() {
@@ -59,6 +64,14 @@ void FireDevicesChanged() {
 
 void FireChatLine(const Engine::ChatLine& line) {
     if (ChatListener()) ChatListener()(line);
+}
+
+void FireNotes(const std::string& text) {
+    {
+        const std::scoped_lock lock(CallsMutex());
+        Answers().notes = text;
+    }
+    if (NotesListener()) NotesListener()(text);
 }
 
 void EndShared(StreamType type) {
@@ -91,6 +104,27 @@ bool SendChat(const std::string& text) {
 
 void SetChatListener(std::function<void(const ChatLine&)> listener) {
     Host::ChatListener() = std::move(listener);
+}
+
+std::string GetNotes() {
+    const std::scoped_lock lock(CallsMutex());
+    return Answers().notes;
+}
+
+NotesStatus GetNotesStatus() {
+    return Answers().notesStatus;
+}
+
+bool SetNotes(const std::string& text, const std::string& writtenOn) {
+    const std::scoped_lock lock(CallsMutex());
+    if (Answers().notesStatus == NotesStatus::NoRoom) return false;
+    Calls().push_back("notes " + text);
+    Answers().notes = MergeNotes(writtenOn, text, Answers().notes);
+    return true;
+}
+
+void SetNotesListener(std::function<void(const std::string& text)> listener) {
+    Host::NotesListener() = std::move(listener);
 }
 
 std::vector<ScreenTarget> ListScreenTargets() {

@@ -20,6 +20,9 @@ struct EngineAnswers {
     std::optional<std::string> shareFailure;
     bool connected = true;
     bool chatIsSent = true;
+    // The room's notes. With NoRoom none are taken.
+    std::string notes;
+    Engine::NotesStatus notesStatus = Engine::NotesStatus::Kept;
 };
 
 [[nodiscard]] EngineAnswers& Answers();
@@ -27,14 +30,15 @@ struct EngineAnswers {
 void ResetEngine();
 
 // Each call that changes something, in order: "share 4 clip.mp4", "stop 4", "remove p1", "set Key value",
-// "chat text". And
-// forgets them.
+// "chat text", "notes text". And forgets them.
 [[nodiscard]] std::vector<std::string> TakeEngineCalls();
 
 // As if devices had come or gone.
 void FireDevicesChanged();
 // As if somebody had written.
 void FireChatLine(const Engine::ChatLine& line);
+// As if somebody had changed the room's notes to this.
+void FireNotes(const std::string& text);
 // As if a shared stream had ended by itself.
 void EndShared(StreamType type);
 

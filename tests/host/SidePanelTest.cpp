@@ -31,7 +31,7 @@ protected:
     SidePanelTest() {
         ResetEngine();
         Answers().participants = {{"p1", "Ada", 1.0, 0.5, true}, {"p2", "Bo", 1.0, 0.0, false}};
-        Answers().settings["Room.Notes"] = "Ask about the cut";
+        Answers().notes = "Ask about the cut";
         panel_ = std::make_unique<SidePanel>(
             nullptr, SidePanel::Wishes{
                          .close = [this] { wishes_.emplace_back("close"); },
@@ -151,22 +151,10 @@ TEST_F(SidePanelTest, ListensToNobodyAfterItHasGone) {
     EXPECT_EQ(news_, 0);
 }
 
-TEST_F(SidePanelTest, KeepsTheNotesInTheSettings) {
+TEST_F(SidePanelTest, ShowsTheRoomsNotes) {
     Open(1);
-    auto* const notes = panel_->findChild<QPlainTextEdit*>();
+    const auto* const notes = panel_->findChild<QPlainTextEdit*>();
     EXPECT_EQ(notes->toPlainText(), "Ask about the cut");
-    notes->setPlainText("Two\nlines");
-    EXPECT_TRUE(QTest::qWaitFor([] { return Answers().settings["Room.Notes"] == "Two\nlines"; }));
-    static_cast<void>(TakeEngineCalls());
-    notes->setPlainText("At the very end");
-    panel_.reset();
-    EXPECT_THAT(TakeEngineCalls(), ElementsAre("set Room.Notes At the very end"));
-}
-
-TEST_F(SidePanelTest, WritesNoNotesThatNobodyChanged) {
-    Open(1);
-    panel_.reset();
-    EXPECT_THAT(TakeEngineCalls(), IsEmpty());
 }
 
 TEST_F(SidePanelTest, ListsThePeopleAndMarksWhoSpeaks) {

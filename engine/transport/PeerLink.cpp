@@ -44,7 +44,7 @@ void PeerLink::Restart(bool immediately) {
 }
 
 void PeerLink::OnWayLost() {
-    if (isOpen && !peer->IsConnected()) RestartAfter(std::chrono::milliseconds::zero());
+    if (isOpen && !peer->IsConnected()) Begin();
 }
 
 void PeerLink::TakeDescription(const std::string& text) {
@@ -52,7 +52,7 @@ void PeerLink::TakeDescription(const std::string& text) {
     const bool wasUp = peer->IsConnected();
     if (!peer->TakeDescription(text)) return;
     // The other side sets the connection up again, or answers; nothing needs to be done here meanwhile.
-    ++plan;
+    RestartAfter(kPatience);
     if (wasUp && !peer->IsConnected()) OnLost();
 }
 

@@ -24,6 +24,7 @@ constexpr timespec kLookEvery{.tv_sec = 0, .tv_nsec = 5'000'000};
 // A null-terminated list for a system call; the texts must outlive it.
 std::vector<char*> PointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) pointers.push_back(text.data());
     pointers.push_back(nullptr);
     return pointers;

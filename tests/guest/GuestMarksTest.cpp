@@ -82,10 +82,15 @@ TEST(GuestMarks, BringANewcomerToWhereTheOthersAre) {
 TEST(GuestMarks, BringSomebodyBackWhoHasMissedThatAMarkWasTakenBack) {
     GuestMarks marks(1, 0);
     Listener absent;
-    absent.Hear(marks.Draw("one"));
+    for (const char* const stream : {"one", "one", "two"}) absent.Hear(marks.Draw(stream));
+    const std::string first = absent.On("one").front();
+    static_cast<void>(marks.TakeBack());
+    for (const std::string& text : marks.TellAll()) absent.Hear(text);
+    EXPECT_THAT(absent.On("one"), ElementsAre(first));
     static_cast<void>(marks.TakeBack());
     for (const std::string& text : marks.TellAll()) absent.Hear(text);
     EXPECT_THAT(absent.On("one"), IsEmpty());
+    EXPECT_THAT(absent.On("two"), SizeIs(1));
 }
 
 TEST(GuestMarks, GoWithTheirStream) {

@@ -19,6 +19,7 @@ constexpr int kManyActs = 300;
 std::vector<GuestAct> ActsOf(const GuestRole& role) {
     GuestScript script(role);
     std::vector<GuestAct> acts;
+    acts.reserve(kManyActs);
     for (int i = 0; i < kManyActs; ++i) acts.push_back(script.Next());
     return acts;
 }

@@ -197,12 +197,17 @@ TEST(Guests, HearTheSignalsThatTheProgramHasBlocked) {
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &signals, &before);
-    const Script script(kWaitsForTheEnd);
-    auto guests = Started(script, {{script.Folder(), "0"}});
-    ASSERT_TRUE(Eventually([&] { return script.Has("here-0"); }));
-    guests.reset();
+    // No shell, which would clear the mask by itself.
+    const TemporaryFolder folder;
+    const fs::path seen = folder.Path() / "status";
+    auto started = Guests::Start("/bin/cp", {{"/proc/self/status", seen.string()}});
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    EXPECT_TRUE(script.Has("goodbye-0"));
+    ASSERT_EQ(started.index(), 0U);
+    const auto guests = std::get<std::unique_ptr<Guests>>(std::move(started));
+    ASSERT_TRUE(Eventually([&] { return guests->Count() == 0; }));
+    std::ifstream file(seen);
+    const std::string status{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_NE(status.find("SigBlk:\t0000000000000000\n"), std::string::npos) << status;
 }
 
 TEST(Guests, GetNoFileOfThisProgram) {

@@ -7,6 +7,7 @@
 #include "engine/EngineSettings.h"
 #include "engine/configuration/ConfigurationStore.h"
 #include "engine/connections/Room.h"
+#include "engine/connections/TransportChoice.h"
 #include "engine/logger/Logger.h"
 #include "engine/roomservice/ServiceAddress.h"
 #include "engine/webrtc/CameraChoice.h"
@@ -54,6 +55,7 @@ std::optional<std::string> Configure(const EngineOptions& options) {
     ConfigureLog(options.logLevel, options.logFile);
     if (!EnsureGStreamer()) return "GStreamer cannot start";
     if (auto problem = CheckInstallation()) return problem;
+    if (auto problem = CheckTransport(options)) return problem;
     if (auto problem = CheckService(options)) return problem;
     for (const Participant& participant : options.participants) {
         if (auto problem = CheckSource(participant)) return problem;

@@ -6,9 +6,9 @@
 
 #include "engine/EngineSettings.h"
 #include "engine/connections/ConnectionCallbacks.h"
-#include "engine/transport/StreamNames.h"
 #include "engine/connections/Room.h"
 #include "engine/connections/TrackSettings.h"
+#include "engine/transport/StreamNames.h"
 #include "platform/Logger.h"
 
 namespace {

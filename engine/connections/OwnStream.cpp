@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "engine/transport/StreamNames.h"
 #include "engine/connections/TrackSettings.h"
 #include "engine/mediamanager/MediaCallbacks.h"
+#include "engine/transport/StreamNames.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {

@@ -1,15 +1,14 @@
 #include "engine/connections/ParticipantReports.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <condition_variable>
 #include <cstdlib>
-#include <ctime>
 #include <mutex>
 #include <utility>
 
+#include "engine/connections/OwnConnection.h"
 #include "engine/webrtc/ConnectionStatsFeed.h"
 #include "platform/Diagnostics.h"
 #include "platform/RESTfulAPI.h"
@@ -19,27 +18,15 @@ namespace Corvanta::Engine {
 namespace {
 
 constexpr std::chrono::seconds kMeasureInterval{1};
-// As often as a client with a panel reports.
-constexpr int kMeasuresPerReport = 5;
 constexpr double kBitsPerByte = 8.0;
 // There is no network between them and us.
 constexpr const char* kConnectionType = "Embedded";
 
-// To whole seconds, with zeros for what is finer.
-std::string Now() {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    ::gmtime_r(&now, &parts);
-    std::array<char, 64> text{};
-    const std::size_t length =
-        std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S.0000000 UTC", &parts);
-    return {text.data(), length};
-}
-
 }  // namespace
 
-ParticipantReports::ParticipantReports(std::string sessionName, const ParticipantList& participants)
-    : session(std::move(sessionName)), list(participants) {}
+ParticipantReports::ParticipantReports(std::string sessionName, const ParticipantList& participants,
+                                       std::function<std::string()> ownStreamId)
+    : session(std::move(sessionName)), list(participants), ownStream(std::move(ownStreamId)) {}
 
 void ParticipantReports::Start() {
     thread = std::jthread([this](const std::stop_token& stop) { Run(stop); });
@@ -58,14 +45,18 @@ void ParticipantReports::Run(const std::stop_token& stop) {
         for (Reporter& reporter : reporters) {
             if (stop.stop_requested()) return;
             if (reporter.secondsToReport-- > 0) continue;
-            reporter.secondsToReport = kMeasuresPerReport - 1;
+            reporter.secondsToReport = kSecondsPerReport - 1;
             if (!reporter.participant->reportsItself) Send(reporter);
         }
         std::unique_lock lock(mutex);
         stopped.wait_for(lock, stop, kMeasureInterval, [] { return false; });
         if (stop.stop_requested()) return;
         Measure();
-        FeedLocalUser();
+        const LocalConnectionFigures own = OwnFigures();
+        FeedConnectionStats(own);
+        if (--secondsToOwnReport > 0) continue;
+        secondsToOwnReport = kSecondsPerReport;
+        if (const std::string id = ownStream(); !id.empty()) ReportOwnConnection(session, id, own);
     }
 }
 
@@ -92,7 +83,7 @@ double ParticipantReports::TotalUpload() const {
     return total;
 }
 
-void ParticipantReports::FeedLocalUser() const {
+LocalConnectionFigures ParticipantReports::OwnFigures() const {
     LocalConnectionFigures local;
     double measured = 0;
     for (const Reporter& reporter : reporters) {
@@ -109,7 +100,7 @@ void ParticipantReports::FeedLocalUser() const {
         local.roundTripMs /= measured;
         local.jitterMs /= measured;
     }
-    FeedConnectionStats(local);
+    return local;
 }
 
 void ParticipantReports::Send(Reporter& reporter) const {
@@ -120,8 +111,8 @@ void ParticipantReports::Send(Reporter& reporter) const {
     const auto jitter =
         figures.jitterMs ? static_cast<int32_t>(std::lround(*figures.jitterMs)) : reporter.serviceJitterMs;
     const auto start = std::chrono::steady_clock::now();
-    RESTApi_SendConnectivityLog(session, Now(), TotalUpload() - upload, reporter.participant->id, roundTrip,
-                                upload, jitter, kConnectionType, Diagnostics_GetCPUType(),
+    RESTApi_SendConnectivityLog(session, ReportTime(), TotalUpload() - upload, reporter.participant->id,
+                                roundTrip, upload, jitter, kConnectionType, Diagnostics_GetCPUType(),
                                 Diagnostics_GetCPUAppUsage(), Diagnostics_GetCPUSystemUsage(),
                                 Diagnostics_GetPlatformVersion(), Diagnostics_GetOperatingSystem(),
                                 reporter.participant->id);

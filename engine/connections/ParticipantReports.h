@@ -1,22 +1,27 @@
 // What the room's connectivity panels show: participants without a program of their own have their figures
-// reported to the room service as clients would, and the local user's go to the library. Runs on a thread of
+// reported to the room service as clients would, and the local user's go to the library and, in a room with
+// other programs, to the service too. Runs on a thread of
 // its own between Start and Stop, which may be called on any other.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "engine/connections/ParticipantList.h"
+#include "engine/webrtc/ConnectionStatsFeed.h"
 
 namespace Corvanta::Engine {
 
 class ParticipantReports final {
 public:
-    // The list outlives the reports.
-    ParticipantReports(std::string sessionName, const ParticipantList& participants);
+    // The list outlives the reports. `ownStreamId` tells under which id the others look for the local user's
+    // figures, empty where nobody does; it is called on the thread of the reports.
+    ParticipantReports(std::string sessionName, const ParticipantList& participants,
+                       std::function<std::string()> ownStreamId);
 
     void Start();
     // Waits for a request that is under way.
@@ -36,13 +41,16 @@ private:
     // Brings the reporters to where the list is.
     void Follow();
     void Measure();
-    void FeedLocalUser() const;
+    [[nodiscard]] LocalConnectionFigures OwnFigures() const;
     void Send(Reporter& reporter) const;
     // Bytes a second.
     [[nodiscard]] double TotalUpload() const;
 
     const std::string session;
     const ParticipantList& list;
+    const std::function<std::string()> ownStream;
+    // The first one soon, since the others' panels may be open.
+    int secondsToOwnReport = 1;
     std::vector<Reporter> reporters;
     std::jthread thread;
 };

@@ -9,12 +9,12 @@
 #include "engine/common/CallTracker.h"
 #include "engine/configuration/ConfigurationStore.h"
 #include "engine/connections/ConnectionCallbacks.h"
-#include "engine/transport/StreamNames.h"
 #include "engine/connections/RoomStatus.h"
 #include "engine/connections/TrackSettings.h"
 #include "engine/connections/TransportChoice.h"
 #include "engine/embedded/EmbeddedTransport.h"
 #include "engine/mediamanager/MediaCallbacks.h"
+#include "engine/transport/StreamNames.h"
 #include "engine/webrtc/CameraChoice.h"
 #include "engine/webrtc/DeviceCapture.h"
 #include "engine/webrtc/SourceCheck.h"
@@ -136,7 +136,9 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       epoch(std::chrono::steady_clock::now()),
       service(LastingRoomService(ConfigurationStore::Get().Folder())),
       serviceLink(options),
-      reports(std::move(sessionName), participants),
+      reports(
+          std::move(sessionName), participants,
+          [this] { return settings.room.empty() ? std::string() : StreamIdOf(OwnId(), StreamType::Camera); }),
       sound(loop),
       transport((makeTransport ? makeTransport : ChooseTransport(options, localName))(loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(

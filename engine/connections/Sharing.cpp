@@ -11,8 +11,8 @@
 #include <variant>
 
 #include "engine/Engine.h"
-#include "engine/transport/StreamNames.h"
 #include "engine/connections/Room.h"
+#include "engine/transport/StreamNames.h"
 #include "engine/webrtc/CameraChoice.h"
 #include "engine/webrtc/DeviceCapture.h"
 #include "engine/webrtc/ScreenGrabber.h"

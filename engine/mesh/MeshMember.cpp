@@ -56,6 +56,7 @@ void MeshMember::Open() {
     events.joined({.id = StreamIdOf(facts.id, StreamType::Camera),
                    .name = facts.name,
                    .memberId = facts.id,
+                   .reportsItself = true,
                    .media = camera});
     camera->Connect();
 }
@@ -182,6 +183,7 @@ void MeshMember::TakeKind(const MeshMessages::Publish& message) {
                        .name = message.name.empty() ? facts.name : message.name,
                        .memberId = facts.id,
                        .type = message.type,
+                       .reportsItself = true,
                        .media = joining});
         return;
     }
@@ -198,13 +200,12 @@ void MeshMember::TakeKind(const MeshMessages::Unpublish& message) {
 }
 
 void MeshMember::TakeKind(const Want& message) {
-    const auto place = sendings.find(message.type);
-    if (place == sendings.end()) return;
-    place->second.wanted = message.tracks;
-    PeerConnection& peer =
-        message.type == StreamType::Camera ? camera->Link().Peer() : place->second.link->Peer();
-    const bool isWanted = message.tracks.video || message.tracks.audio;
-    peer.SetFeed(isWanted ? place->second.stream->Feed() : nullptr);
+    // The camera's connection is there before the local user publishes anything.
+    if (message.type == StreamType::Camera) {
+        camera->Link().Peer().SetSent(message.tracks.video, message.tracks.audio);
+    } else if (const auto place = sendings.find(message.type); place != sendings.end()) {
+        place->second.link->Peer().SetSent(message.tracks.video, message.tracks.audio);
+    }
 }
 
 void MeshMember::TakeKind(const MeshMessages::Mute& message) {

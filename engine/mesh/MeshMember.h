@@ -72,7 +72,6 @@ private:
     struct Sending {
         std::shared_ptr<PeerLink> link;
         std::shared_ptr<SentStream> stream;
-        LocalTracks wanted;
     };
 
     [[nodiscard]] std::shared_ptr<PeerStream> MakeStream(StreamType type, const std::string& link,

@@ -59,6 +59,7 @@ bool PeerConnection::OpenSession() {
     opened->Media().SetGain(gain);
     opened->Media().SetVideoDecoded(videoDecoded);
     opened->Media().SetAudioDecoded(audioDecoded);
+    opened->SetSent(videoSent, audioSent);
     opened->SetFeed(feed);
     if (!opened->Open()) return false;
     session = std::move(opened);
@@ -177,6 +178,12 @@ bool PeerConnection::SendText(const std::string& text) {
 void PeerConnection::SetFeed(std::shared_ptr<OutboundFeed> sentFeed) {
     feed = std::move(sentFeed);
     if (session) session->SetFeed(feed);
+}
+
+void PeerConnection::SetSent(bool video, bool audio) {
+    videoSent = video;
+    audioSent = audio;
+    if (session) session->SetSent(video, audio);
 }
 
 void PeerConnection::SetVideoDecoded(bool decoded) {

@@ -93,6 +93,8 @@ public:
 
     // Null for none. Nothing is sent where the options have no room for a feed.
     void SetFeed(std::shared_ptr<OutboundFeed> sentFeed);
+    // What of the feed is sent: all of it until this is called.
+    void SetSent(bool video, bool audio);
     // What is turned off is not decoded.
     void SetVideoDecoded(bool decoded);
     void SetAudioDecoded(bool decoded);
@@ -123,6 +125,7 @@ private:
     unsigned candidates = 0;
     double gain = 1.0;
     bool videoDecoded = true, audioDecoded = true;
+    bool videoSent = true, audioSent = true;
     bool isStarted = false;
     bool isConnected = false;
     // Of the session's offer.

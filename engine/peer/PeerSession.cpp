@@ -360,10 +360,29 @@ void PeerSession::SetFeed(std::shared_ptr<OutboundFeed> sentFeed) {
         if (audioOutlet) feed->RemoveOutlet(audioOutlet);
     }
     feed = std::move(sentFeed);
-    if (!feed || !isConnected) return;
-    if (videoOutlet) feed->AddVideoOutlet(videoOutlet);
-    if (audioOutlet) feed->AddAudioOutlet(audioOutlet);
+    AttachVideo();
+    AttachAudio();
+}
+
+void PeerSession::SetSent(bool video, bool audio) {
+    if (std::exchange(sendsVideo, video) != video && videoOutlet) {
+        if (feed) feed->RemoveOutlet(videoOutlet);
+        AttachVideo();
+    }
+    if (std::exchange(sendsAudio, audio) != audio && audioOutlet) {
+        if (feed) feed->RemoveOutlet(audioOutlet);
+        AttachAudio();
+    }
+}
+
+void PeerSession::AttachVideo() {
+    if (!feed || !isConnected || !videoOutlet || !sendsVideo) return;
+    feed->AddVideoOutlet(videoOutlet);
     feed->RequestKeyFrame();
+}
+
+void PeerSession::AttachAudio() {
+    if (feed && isConnected && audioOutlet && sendsAudio) feed->AddAudioOutlet(audioOutlet);
 }
 
 void PeerSession::OnConnectionState() {

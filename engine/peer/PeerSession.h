@@ -69,6 +69,8 @@ public:
     [[nodiscard]] TextChannel& Texts() { return *texts; }
     // The feed's packets go to the peer as soon as it is connected. Null for none.
     void SetFeed(std::shared_ptr<OutboundFeed> sentFeed);
+    // What of the feed goes to the peer.
+    void SetSent(bool video, bool audio);
     // The answer comes on the engine's thread, unless the session ends before.
     void RequestReport(std::function<void(const PeerReport&)> handler);
 
@@ -84,6 +86,8 @@ private:
     [[nodiscard]] std::shared_ptr<PacketOutlet> AddSender(bool isVideo);
     void AddReceiver(bool isVideo);
     void AddMedia();
+    void AttachVideo();
+    void AttachAudio();
     void OnConnectionState();
     void OnDescription(GstWebRTCSessionDescription* description);
     void SetRemote(const std::string& sdp, bool isOffer);
@@ -106,6 +110,7 @@ private:
     const std::shared_ptr<TextChannel> texts;
     std::shared_ptr<OutboundFeed> feed;
     std::shared_ptr<PacketOutlet> videoOutlet, audioOutlet;
+    bool sendsVideo = true, sendsAudio = true;
     GstOwned<GstElement> pipeline, webrtc;
     GstOwned<GSource> watch;
     bool isConnected = false;

@@ -26,6 +26,7 @@ RoomVisitor::~RoomVisitor() {
 int RoomVisitor::Enter(const std::vector<Participant>& participants) {
     EngineOptions options;
     options.participants = participants;
+    options.room = roomName;
     options.configurationFolder = folder.path;
     options.logFile = folder.File(kLogFile);
     options.logLevel = 1;

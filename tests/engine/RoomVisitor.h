@@ -37,6 +37,8 @@ public:
     std::atomic<int> offers = 0;
     // Who brings the participants; empty: the embedded transport. To be set before entering.
     TransportMaker makeTransport;
+    // Of the room, for the engine's options. To be set before entering.
+    std::string roomName;
     // When the default participants begin to draw.
     std::optional<std::chrono::milliseconds> drawAfter;
     // Called on the decode threads with each frame, before it is remembered. To be set before entering.

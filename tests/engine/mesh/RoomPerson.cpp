@@ -238,6 +238,13 @@ std::string RoomPerson::StreamId(const std::string& name, StreamType type) const
     return {};
 }
 
+std::vector<RoomPerson::Seen> RoomPerson::Streams() const {
+    const std::lock_guard lock(mutex);
+    std::vector<Seen> all;
+    for (const auto& [id, stream] : streams) all.push_back(stream.seen);
+    return all;
+}
+
 std::size_t RoomPerson::Present() const {
     const std::lock_guard lock(mutex);
     return streams.size();

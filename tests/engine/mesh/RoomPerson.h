@@ -64,6 +64,8 @@ public:
     [[nodiscard]] std::optional<Seen> Sees(const std::string& name,
                                            StreamType type = StreamType::Camera) const;
     [[nodiscard]] std::string StreamId(const std::string& name, StreamType type = StreamType::Camera) const;
+    // Of all that are there.
+    [[nodiscard]] std::vector<Seen> Streams() const;
     [[nodiscard]] std::size_t Present() const;
     // Waits for pictures of that colour from that publisher.
     [[nodiscard]] bool SeesColor(const std::string& name, Yuv color,

@@ -27,6 +27,7 @@ constexpr std::array<std::string_view, 2> kGeneratedSources{"test", "clip"};
 constexpr std::string_view kNoCamera = "none";
 constexpr int kGuestsOfOwnRoom = 3;
 constexpr std::array<std::string_view, 2> kServerSchemes{"ws://", "wss://"};
+constexpr std::array<std::string_view, 2> kServiceSchemes{"http://", "https://"};
 
 std::string Quoted(std::string_view text) {
     std::string quoted(1, '\'');
@@ -139,14 +140,26 @@ std::optional<Failure> ReadName(Options& options, std::string_view value) {
     return CheckName("--name", value, kLongestName);
 }
 
-std::optional<Failure> ReadServer(Options& options, std::string_view value) {
+bool IsAddress(std::string_view value, std::span<const std::string_view> schemes) {
     const auto isOf = [&](std::string_view scheme) {
         return value.starts_with(scheme) && value.size() > scheme.size();
     };
-    if (std::ranges::none_of(kServerSchemes, isOf) || !IsOneLine(value) || value.find(' ') != value.npos) {
+    return std::ranges::any_of(schemes, isOf) && IsOneLine(value) && value.find(' ') == value.npos;
+}
+
+std::optional<Failure> ReadServer(Options& options, std::string_view value) {
+    if (!IsAddress(value, kServerSchemes)) {
         return Failure{"--server wants ws://HOST:PORT or wss://HOST:PORT, not " + Quoted(value)};
     }
     options.server = value;
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadService(Options& options, std::string_view value) {
+    if (!IsAddress(value, kServiceSchemes)) {
+        return Failure{"--service wants http://HOST:PORT or https://HOST:PORT, not " + Quoted(value)};
+    }
+    options.service = value;
     return std::nullopt;
 }
 
@@ -205,6 +218,7 @@ constexpr std::array kValueOptions{
     ValueOption{"--name", ReadName},
     ValueOption{"--guests", ReadGuests},
     ValueOption{"--server", ReadServer},
+    ValueOption{"--service", ReadService},
     ValueOption{"--ca", ReadAuthority},
     ValueOption{"--detached", ReadDetached},
     ValueOption{"--camera", ReadCamera},
@@ -255,6 +269,7 @@ std::optional<Failure> SettleCompany(Options& options) {
         const std::string_view others = options.company == Company::OfNamedRoom ? "--room"
                                         : options.guests                        ? "--guests"
                                         : !options.server.empty()               ? "--server"
+                                        : !options.service.empty()              ? "--service"
                                                                                 : "";
         if (!others.empty()) {
             std::string line(own);
@@ -265,8 +280,8 @@ std::optional<Failure> SettleCompany(Options& options) {
         }
         options.company = Company::OfThisProgram;
     }
-    if (!options.certificateAuthority.empty() && options.server.empty()) {
-        return Failure{"--ca is for a room of --server"};
+    if (!options.certificateAuthority.empty() && options.server.empty() && options.service.empty()) {
+        return Failure{"--ca is for --server and --service"};
     }
     if (!options.guests) options.guests = options.company == Company::OfOwnRoom ? kGuestsOfOwnRoom : 0;
     return std::nullopt;
@@ -369,7 +384,9 @@ std::string_view HelpText() {
   --guests N                 programs without a window that take part: N of them, 0 to 16
   --server URL               ws://HOST:PORT or wss://HOST:PORT of the server that carries the room;
                              without it the room is one of this user's on this machine
-  --ca FILE                  certificates (PEM) of those whom the server's may come from
+  --service URL              http://HOST:PORT or https://HOST:PORT of what keeps the room's notes;
+                             without it this machine does
+  --ca FILE                  certificates (PEM) of those whom theirs may come from
   --participant NAME=SOURCE  instead of all these a participant that this program plays itself;
                              SOURCE is test (a moving test picture), clip (a generated person), a
                              video file or a URI; may be given several times
@@ -388,7 +405,7 @@ std::string_view HelpText() {
   --no-drawings              the guests, who draw now and then, do not
   --help, --version
 
-The environment variable CORVANTA_TOKEN holds what the server asks for.
+The environment variable CORVANTA_TOKEN holds what server and service ask for.
 
 In the windows: F7 slides the strip of participants out and in, F8 puts it into a window of its own
 and back, F9 changes that window's layout (there also 1 to 3, or its menu on the right button), F10

@@ -56,6 +56,7 @@ struct Options {
     std::string roomName = "Room";  // as it is shown; a named room is found by it
     std::string name;               // under which the others see this person; empty: the profile's
     std::string server;             // that carries the room; empty: one of this user's on this machine
+    std::string service;            // that keeps the room's notes; empty: this machine's
     std::filesystem::path certificateAuthority;
     std::optional<WallLayout> detached;  // the wall starts in a window of its own
     std::string camera = "test";         // as a participant's source; empty: none

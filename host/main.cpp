@@ -58,6 +58,7 @@ void SetMeetingPlace(const Options& options, Engine::EngineOptions& engine) {
     engine.whenEmpty = Engine::EmptyRoom::Nobody;
     engine.room = options.company == Company::OfOwnRoom ? MakeOwnRoomName() : options.roomName;
     engine.server = options.server;
+    engine.service = options.service;
     engine.certificateAuthority = options.certificateAuthority;
     engine.serverToken = qgetenv(kTokenVariable).toStdString();
 }

@@ -142,6 +142,11 @@ TEST(GuestArguments, PassTheServerOn) {
     EXPECT_EQ(further, (std::vector<std::string>{"--server=wss://host", "--ca=/ca.pem", "--draw=never"}));
 }
 
+TEST(GuestArguments, HaveNoCertificatesForARoomOfThisMachine) {
+    const auto all = GuestArguments({.count = 1, .room = "review", .certificateAuthority = "/ca.pem"});
+    EXPECT_EQ(all[0].size(), 5U);
+}
+
 TEST(GuestArguments, AreNoneWithoutGuests) {
     EXPECT_TRUE(GuestArguments({.count = 0, .room = "review"}).empty());
 }

@@ -96,8 +96,19 @@ TEST(Options, TakeTheServerThatCarriesTheRoom) {
     for (const std::string_view value : {"", "ws://", "http://host", "host:8188", "ws://a b", "ws://a\n"}) {
         EXPECT_NE(FailureOf({"--server", value}).find("--server"), std::string::npos) << value;
     }
-    EXPECT_EQ(FailureOf({"--ca", "ca.pem"}), "--ca is for a room of --server");
+    EXPECT_EQ(FailureOf({"--ca", "ca.pem"}), "--ca is for --server and --service");
     EXPECT_FALSE(FailureOf({"--ca", "", "--server", "ws://host"}).empty());
+}
+
+TEST(Options, TakeTheServiceThatKeepsTheNotes) {
+    const Options options = Parsed({"--service", "https://host:8190", "--ca", "ca.pem"});
+    EXPECT_EQ(options.service, "https://host:8190");
+    EXPECT_EQ(options.certificateAuthority, "ca.pem");
+    for (const std::string_view value : {"", "http://", "ws://host", "host:8190", "http://a b"}) {
+        EXPECT_NE(FailureOf({"--service", value}).find("--service"), std::string::npos) << value;
+    }
+    EXPECT_NE(FailureOf({"--participants", "1", "--service", "http://host"}).find("--service"),
+              std::string::npos);
 }
 
 TEST(Options, RefuseNamesThatNobodyCanShow) {
@@ -279,9 +290,10 @@ TEST(Options, KeepTheHelpNarrowEnoughForATerminal) {
 
 TEST(Options, ListEveryOptionInTheHelp) {
     for (const std::string_view name :
-         {"--participant", "--headless", "--snapshot", "--size", "--scale", "--room", "--participants",
-          "--detached", "--preview", "--camera", "--share", "--help", "--version", "--name", "--guests",
-          "--server", "--ca", "--no-drawings", "CORVANTA_TOKEN"}) {
+         {"--participant", "--headless",     "--snapshot", "--size",        "--scale",
+          "--room",        "--participants", "--detached", "--preview",     "--camera",
+          "--share",       "--help",         "--version",  "--name",        "--guests",
+          "--server",      "--service",      "--ca",       "--no-drawings", "CORVANTA_TOKEN"}) {
         EXPECT_NE(HelpText().find(name), std::string_view::npos) << name;
     }
 }

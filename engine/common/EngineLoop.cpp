@@ -33,6 +33,7 @@ EngineLoop::~EngineLoop() {
 }
 
 void EngineLoop::Start(std::function<void()> body) {
+    const std::lock_guard lock(threadMutex);
     thread = std::thread([this, task = std::move(body)] {
         // Libraries that look for a context of their own must not find the host's. The references are this
         // thread's own, since the body may let go of the loop.
@@ -56,11 +57,17 @@ void EngineLoop::Quit() {
 }
 
 void EngineLoop::Join() {
-    if (thread.joinable()) thread.join();
+    std::thread ended;
+    {
+        const std::lock_guard lock(threadMutex);
+        ended.swap(thread);
+    }
+    if (ended.joinable()) ended.join();
 }
 
 void EngineLoop::Detach() {
     isDetached = true;
+    const std::lock_guard lock(threadMutex);
     if (thread.joinable()) thread.detach();
 }
 

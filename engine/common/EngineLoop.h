@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <mutex>
 #include <thread>
 
 namespace Corvanta::Engine {
@@ -14,7 +15,7 @@ namespace Corvanta::Engine {
 class EngineLoop final {
 public:
     EngineLoop();
-    // The thread must have ended, or be about to: Stop or Abandon came before.
+    // The thread must have ended, or be about to: Join or Detach came before.
     ~EngineLoop();
     EngineLoop(const EngineLoop&) = delete;
     EngineLoop& operator=(const EngineLoop&) = delete;
@@ -41,6 +42,8 @@ public:
 private:
     GMainContext* context;
     GMainLoop* loop;
+    // The new thread may detach itself before Start has even returned.
+    std::mutex threadMutex;  // guards: thread
     std::thread thread;
     std::atomic<bool> isDetached = false;
 };

@@ -24,6 +24,17 @@ constexpr double kTextsPerSecond = 500, kTextsAtOnce = 2000;
 constexpr milliseconds kGoodbye{300};
 constexpr const char* kGarbage = "it says what makes no sense";
 
+bool IsUsableAddress(const std::string& address) {
+    GUri* const uri = g_uri_parse(address.c_str(), static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), nullptr);
+    if (uri == nullptr) return false;
+    const std::string_view scheme = g_uri_get_scheme(uri);
+    const char* const host = g_uri_get_host(uri);
+    const bool isUsable = (scheme == "ws" || scheme == "wss") && host != nullptr && *host != '\0' &&
+                          g_uri_get_port(uri) != 0 && g_uri_get_userinfo(uri) == nullptr;
+    g_uri_unref(uri);
+    return isUsable;
+}
+
 std::string Text(const json& value) {
     return value.dump(-1, ' ', false, json::error_handler_t::replace);
 }
@@ -92,11 +103,11 @@ void JanusClient::Connect() {
             g_object_unref(database);
         }
     }
-    const Owned<SoupMessage> request(soup_message_new("GET", server.address.c_str()));
-    if (!request) {
+    if (!IsUsableAddress(server.address)) {
         Break("its address makes no sense");
         return;
     }
+    const Owned<SoupMessage> request(soup_message_new("GET", server.address.c_str()));
     connecting.reset(g_cancellable_new());
     timer = StartTimer(context->Context(), kPatience, [this] {
         if (connecting) g_cancellable_cancel(connecting.get());
@@ -297,7 +308,8 @@ void JanusClient::Send(json request, AnswerHandler onAnswer) {
     const std::string transaction = std::to_string(++transactions);
     request["transaction"] = transaction;
     if (sessionId != 0) request["session_id"] = sessionId;
-    if (!server.token.empty()) request["token"] = server.token;
+    // By one of the two ways it asks for it.
+    if (!server.token.empty()) request["token"] = request["apisecret"] = server.token;
     if (onAnswer) pending[transaction] = {std::move(onAnswer), steady_clock::now()};
     context->Run([&] { soup_websocket_connection_send_text(tie.get(), Text(request).c_str()); });
 }

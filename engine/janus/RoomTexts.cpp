@@ -263,10 +263,12 @@ void RoomTexts::TakeHearing(const std::string& memberId, std::uint32_t ear, std:
     member->hearsUs = true;
     member->itsEar = ear;
     member->itsNext = next;
-    if (next > 0 && next < oldest) member->first = oldest;
+    // It waits for what is remembered no more.
+    const bool isBehind = next > 0 && next < oldest && member->first != oldest;
+    if (isBehind) member->first = oldest;
     const std::uint64_t wanted = std::max(next, member->first);
     const bool isStalled = now - member->progress >= kStall && cursor == nextSequence;
-    if (isNew || isStalled) {
+    if (isNew || isBehind || isStalled) {
         member->progress = now;
         Rewind(wanted);
     }

@@ -1,0 +1,384 @@
+// Texts over a server that forwards what is said to whoever hears it at the moment, and may lose some of it.
+// The server is a few lines here, and the clock is told.
+#include "engine/janus/RoomTexts.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tests/engine/signalling/LogLines.h"
+
+namespace Corvanta::Engine {
+namespace {
+
+using std::chrono::seconds;
+using Texts = std::vector<std::string>;
+
+std::string Join(std::string_view first, std::string_view second) {
+    std::string joined(first);
+    joined += second;
+    return joined;
+}
+
+class Forwarder final {
+public:
+    struct Member {
+        std::string id;
+        std::unique_ptr<RoomTexts> texts;
+        bool speaks = true;
+        std::size_t takes = 1'000'000;
+        std::set<std::string> hears;
+        std::map<std::string, Texts> heard;
+        // "+a" and "-a" for a channel.
+        Texts channels, mutes;
+        std::map<std::string, LocalTracks> tracks;
+        std::vector<std::string> said;
+    };
+
+    Member& Add(const std::string& id) {
+        Member& member = members[id];
+        member.id = id;
+        member.texts = std::make_unique<RoomTexts>(
+            id, RoomTextsEvents{
+                    .send =
+                        [&member](const std::string& message) {
+                            if (member.said.size() >= member.takes) return false;
+                            EXPECT_LE(message.size(), kLongestPiece);
+                            member.said.push_back(message);
+                            return true;
+                        },
+                    .text = [&member](const std::string& from,
+                                      std::string text) { member.heard[from].push_back(std::move(text)); },
+                    .channel =
+                        [&member](const std::string& from, bool isOpen) {
+                            member.channels.push_back(Join(isOpen ? "+" : "-", from));
+                        },
+                    .tracks = [&member](const std::string& from,
+                                        const LocalTracks& tracks) { member.tracks[from] = tracks; },
+                    .mute = [&member](const std::string& id_) { member.mutes.push_back(id_); }});
+        member.texts->OnOwnChannel(true);
+        return member;
+    }
+
+    // `who` hears the other one from this moment on.
+    void Hear(const std::string& who, const std::string& other) {
+        members[who].hears.insert(other);
+        members[who].texts->OnEar(other, other, true);
+        Settle();
+    }
+    void Deafen(const std::string& who, const std::string& other) {
+        members[who].hears.erase(other);
+        members[who].texts->OnEar(other, other, false);
+    }
+    void Meet(const std::string& one, const std::string& other) {
+        Hear(one, other);
+        Hear(other, one);
+    }
+    // Carries what was said, until nobody says anything more.
+    void Settle() {
+        for (bool isQuiet = false; !isQuiet;) {
+            isQuiet = true;
+            for (auto& [id, speaker] : members) {
+                for (const std::string& message : std::exchange(speaker.said, {})) {
+                    isQuiet = false;
+                    for (auto& [other, listener] : members) {
+                        const bool isLost = loses && loses(message);
+                        if (listener.hears.contains(id) && !isLost) listener.texts->Take(id, message, now);
+                    }
+                }
+                speaker.texts->Pump();
+            }
+        }
+    }
+    void Pass(int secondsPassed) {
+        for (int second = 0; second < secondsPassed; ++second) {
+            now += seconds(1);
+            for (auto& [id, member] : members) member.texts->Tick(now);
+            Settle();
+        }
+    }
+
+    std::map<std::string, Member> members;
+    std::function<bool(const std::string& message)> loses;
+    RoomTexts::Clock::time_point now{seconds(1000)};
+};
+
+constexpr const char* kA = "a";
+constexpr const char* kB = "b";
+constexpr const char* kC = "c";
+
+TEST(RoomTexts, ArriveInOrderWhateverTheirLength) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    const std::string longText(3 * kLongestPiece + 17, 'x');
+    a.texts->Say("1");
+    a.texts->Say(longText);
+    a.texts->Say("");
+    a.texts->Say("3");
+    b.texts->Say("back");
+    room.Settle();
+    EXPECT_EQ(b.heard[kA], (Texts{"1", longText, "", "3"}));
+    EXPECT_EQ(a.heard[kB], (Texts{"back"}));
+    EXPECT_TRUE(a.heard[kA].empty());
+}
+
+TEST(RoomTexts, TellOfAChannelOnlyWhenBothHearEachOther) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Hear(kA, kB);
+    room.Pass(3);
+    EXPECT_TRUE(a.channels.empty() && b.channels.empty());
+    room.Hear(kB, kA);
+    EXPECT_EQ(a.channels, (Texts{"+b"}));
+    EXPECT_EQ(b.channels, (Texts{"+a"}));
+    room.Pass(3);
+    EXPECT_EQ(a.channels.size(), 1U);
+}
+
+TEST(RoomTexts, GiveANewcomerWhatIsSaidFromThenOn) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    a.texts->Say("old");
+    room.Settle();
+    auto& c = room.Add(kC);
+    room.Meet(kC, kB);
+    room.Hear(kC, kA);
+    EXPECT_TRUE(c.channels == Texts{"+b"});
+    room.Hear(kA, kC);
+    a.texts->Say("new");
+    room.Settle();
+    EXPECT_EQ(c.heard[kA], (Texts{"new"}));
+    EXPECT_EQ(b.heard[kA], (Texts{"old", "new"}));
+}
+
+// The library answers a newcomer with all marks, in the very call that tells of the channel.
+TEST(RoomTexts, ReachANewcomerFromInsideTheNewsOfItsChannel) {
+    Forwarder room;
+    auto& b = room.Add(kB);
+    RoomTexts* greeting = nullptr;
+    auto& a = room.Add(kA);
+    a.texts = std::make_unique<RoomTexts>(
+        kA, RoomTextsEvents{.send =
+                                [&](const std::string& message) {
+                                    a.said.push_back(message);
+                                    return true;
+                                },
+                            .text = [](const std::string&, std::string) {},
+                            .channel =
+                                [&](const std::string&, bool isOpen) {
+                                    if (isOpen) greeting->Say("marks");
+                                },
+                            .tracks = [](const std::string&, const LocalTracks&) {},
+                            .mute = [](const std::string&) {}});
+    greeting = a.texts.get();
+    a.texts->OnOwnChannel(true);
+    room.Meet(kA, kB);
+    room.Settle();
+    EXPECT_EQ(b.heard[kA], (Texts{"marks"}));
+}
+
+TEST(RoomTexts, AreKeptInOrderForOneWhoIsAway) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    auto& c = room.Add(kC);
+    room.Meet(kA, kB);
+    room.Meet(kA, kC);
+    room.Meet(kB, kC);
+    a.texts->Say("1");
+    room.Settle();
+    room.Deafen(kB, kA);
+    a.texts->Say("2");
+    a.texts->Say("3");
+    room.Pass(2);
+    EXPECT_EQ(b.heard[kA], (Texts{"1"}));
+    EXPECT_EQ(a.channels.back(), "-b");
+    room.Hear(kB, kA);
+    a.texts->Say("4");
+    room.Pass(1);
+    EXPECT_EQ(b.heard[kA], (Texts{"1", "2", "3", "4"}));
+    // Who has heard them does not hear them again.
+    EXPECT_EQ(c.heard[kA], (Texts{"1", "2", "3", "4"}));
+    EXPECT_EQ(a.channels.back(), "+b");
+    EXPECT_EQ(b.channels, (Texts{"+a", "+c", "-a", "+a"}));
+}
+
+TEST(RoomTexts, WaitForTheOwnChannel) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    a.texts->OnOwnChannel(false);
+    a.texts->Say("1");
+    a.texts->Say("2");
+    room.Pass(2);
+    EXPECT_TRUE(b.heard[kA].empty());
+    room.Deafen(kB, kA);
+    a.texts->OnOwnChannel(true);
+    room.Hear(kB, kA);
+    room.Pass(1);
+    EXPECT_EQ(b.heard[kA], (Texts{"1", "2"}));
+}
+
+TEST(RoomTexts, GoOnWhenAChannelThatWasFullTakesMore) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    a.takes = 2;
+    const std::string longText(10 * kLongestPiece, 'x');
+    a.texts->Say(longText);
+    a.texts->Say("last");
+    EXPECT_EQ(a.said.size(), 2U);
+    room.Settle();
+    EXPECT_EQ(b.heard[kA], (Texts{longText, "last"}));
+}
+
+TEST(RoomTexts, AreSaidAgainWhenTheyGotLost) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    int count = 0;
+    // Every third piece, but no state.
+    room.loses = [&](const std::string& message) { return message.starts_with("t1") && ++count % 3 == 0; };
+    Texts all;
+    for (int number = 0; number < 10; ++number) {
+        all.push_back(
+            Join(std::to_string(number), std::string(static_cast<std::size_t>(number) * 4000, 'x')));
+        a.texts->Say(all.back());
+    }
+    room.Pass(5);
+    room.loses = {};
+    room.Pass(8);
+    EXPECT_EQ(b.heard[kA], all);
+}
+
+TEST(RoomTexts, ThatNobodyCanReadAreLeftOut) {
+    Forwarder room;
+    auto& b = room.Add(kB);
+    room.Add(kA);
+    room.Meet(kA, kB);
+    // The first number that is expected, but too long to be joined.
+    const std::string endless = "t1 1 0 99999999999\nxxxxxxxxxx";
+    for (int turn = 0; turn < 10; ++turn) {
+        b.texts->Take(kA, endless, room.now);
+        b.texts->Take(kA, "t1 2 0 4\nTyes", room.now);
+    }
+    EXPECT_EQ(b.heard[kA], (Texts{"yes"}));
+}
+
+TEST(RoomTexts, SurviveAnythingThatAMemberSays) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    for (const std::string message :
+         {"", "x", "t1", "t1 ", "t1 1", "t1 1 0 1", "t1 18446744073709551615 0 1\nx", "r1", "r1 ", "r1 {",
+          "r1 []", R"(r1 {"hears":7})", R"(r1 {"hears":{"b":7}})", R"(r1 {"hears":{"b":[1]}})",
+          R"(r1 {"hears":{"b":[1,18446744073709551615]}})", R"(r1 {"hears":{"b":[-1,-1]}})",
+          R"(r1 {"from":{"b":[1,"x"]},"sound":7})", R"(r1 {"hears":{"b":[2,0]}})"}) {
+        b.texts->Take(kA, message, room.now);
+        room.Settle();
+    }
+    b.texts->Take(kA, Join("r1 ", std::string(16'000, '[')), room.now);
+    b.texts->Take("unknown", "t1 1 0 2\nTx", room.now);
+    a.texts->Say("still here");
+    room.Pass(8);
+    EXPECT_EQ(b.heard[kA], (Texts{"still here"}));
+}
+
+TEST(RoomTexts, OfOneWhoSaysTooMuchAreLeftOut) {
+    LogLines log;
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    for (int number = 0; number < 5000; ++number) a.texts->Say("x");
+    room.Settle();
+    EXPECT_EQ(b.heard[kA].size(), static_cast<std::size_t>(kMessagesPerSecond));
+    EXPECT_EQ(log.Count("says more than can be read"), 1);
+    room.Pass(2);
+    a.texts->Say("calm");
+    room.Settle();
+    EXPECT_EQ(b.heard[kA].back(), "calm");
+}
+
+TEST(RoomTexts, KeepNoMoreThanTheirBound) {
+    LogLines log;
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    a.texts->OnOwnChannel(false);
+    const std::size_t size = 1024 * 1024;
+    for (char letter = 'a'; letter <= 'p'; ++letter) a.texts->Say(std::string(size, letter));
+    a.texts->OnOwnChannel(true);
+    room.Pass(2);
+    // Seven and not eight, since each counts for more than its bytes.
+    ASSERT_EQ(b.heard[kA].size(), 7U);
+    EXPECT_EQ(b.heard[kA].front().front(), 'j');
+    EXPECT_EQ(b.heard[kA].back().front(), 'p');
+    EXPECT_EQ(log.Count("the oldest texts go"), 1);
+    EXPECT_EQ(log.Count("which said more than it could keep"), 1);
+}
+
+TEST(RoomTexts, LeaveOutATextThatNobodyWouldTake) {
+    LogLines log;
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    a.texts->Say(std::string(kLongestText, 'x'));
+    a.texts->Say("short");
+    room.Settle();
+    EXPECT_EQ(b.heard[kA], (Texts{"short"}));
+    EXPECT_EQ(log.Count("is too long to be sent"), 1);
+}
+
+TEST(RoomTexts, CarryWhatIsOffAndWhoIsMuted) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    a.texts->SetTracks({.audio = true, .video = false});
+    room.Meet(kA, kB);
+    EXPECT_EQ(b.tracks[kA], (LocalTracks{.audio = true, .video = false}));
+    a.texts->SetTracks({.audio = false, .video = true});
+    a.texts->Mute("b-camera");
+    room.Settle();
+    EXPECT_EQ(b.tracks[kA], (LocalTracks{.audio = false, .video = true}));
+    EXPECT_EQ(b.mutes, (Texts{"b-camera"}));
+    EXPECT_TRUE(b.heard[kA].empty());
+}
+
+TEST(RoomTexts, KnowWhenAMemberWasHeardLast) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    room.Add(kB);
+    EXPECT_FALSE(a.texts->LastHeard(kB));
+    room.Meet(kA, kB);
+    room.Pass(3);
+    EXPECT_EQ(a.texts->LastHeard(kB), room.now);
+    room.loses = [](const std::string&) { return true; };
+    const auto before = room.now;
+    room.Pass(3);
+    EXPECT_EQ(a.texts->LastHeard(kB), before);
+    a.texts->Forget(kB);
+    EXPECT_FALSE(a.texts->LastHeard(kB));
+    EXPECT_EQ(a.channels.back(), "-b");
+}
+
+}  // namespace
+}  // namespace Corvanta::Engine

@@ -166,7 +166,7 @@ void MeshMember::TakeKind(const MeshMessages::Publish& message) {
     const std::string id = StreamIdOf(facts.id, message.type);
     auto& stream = streams[message.type];
     if (!stream) {
-        if (streams.size() > kMostStreams) {
+        if (streams.size() > kMostStreams || !newStreams.Allow(RateLimit::Clock::now())) {
             streams.erase(message.type);
             return;
         }

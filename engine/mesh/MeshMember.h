@@ -9,6 +9,7 @@
 
 #include "engine/common/EngineLoop.h"
 #include "engine/mesh/MeshMessage.h"
+#include "engine/signalling/RateLimit.h"
 #include "engine/transport/PeerStream.h"
 #include "engine/transport/SentStream.h"
 #include "engine/transport/Transport.h"
@@ -33,6 +34,8 @@ class MeshMember final : public std::enable_shared_from_this<MeshMember> {
 public:
     // Streams beside the camera, one of each kind; whoever publishes more is not heard.
     static constexpr std::size_t kMostStreams = 8;
+    // How often it may publish another one: each is a connection.
+    static constexpr double kStreamsPerSecond = 1.0;
 
     struct Facts {
         std::string id;
@@ -96,6 +99,7 @@ private:
     std::map<StreamType, std::shared_ptr<PeerStream>> streams;
     // The local user's; the camera has no link of its own.
     std::map<StreamType, Sending> sendings;
+    RateLimit newStreams{kStreamsPerSecond, kMostStreams};
     bool isLost = false;
     bool isClosed = false;
 };

@@ -48,7 +48,7 @@ void PeerLink::OnWayLost() {
 }
 
 void PeerLink::TakeDescription(const std::string& text) {
-    if (!isOpen) return;
+    if (!isOpen || !descriptions.Allow(Clock::now())) return;
     const bool wasUp = peer->IsConnected();
     if (!peer->TakeDescription(text)) return;
     // The other side sets the connection up again, or answers; nothing needs to be done here meanwhile.

@@ -10,6 +10,7 @@
 
 #include "engine/common/EngineLoop.h"
 #include "engine/peer/PeerConnection.h"
+#include "engine/signalling/RateLimit.h"
 
 namespace Corvanta::Engine {
 
@@ -41,6 +42,9 @@ public:
     // After which a side that has asked or waits for an offer asks again. More than a connection takes.
     static constexpr std::chrono::milliseconds kPatience{20000};
     static constexpr std::chrono::milliseconds kMeasureInterval{1000};
+    // Descriptions that the other side may send: each may begin a connection, which costs.
+    static constexpr double kDescriptionsPerSecond = 2.0;
+    static constexpr double kMostDescriptionsAtOnce = 10.0;
 
     PeerLink(EngineLoop& engineLoop, PeerOptions options, PeerLinkEvents linkEvents,
              std::shared_ptr<SoundMixer> mixer);
@@ -80,6 +84,7 @@ private:
     const std::shared_ptr<PeerConnection> peer;
     std::chrono::milliseconds nextWait = kFirstWait;
     Clock::time_point connectedSince;
+    RateLimit descriptions{kDescriptionsPerSecond, kMostDescriptionsAtOnce};
     bool isOpen = false;
     bool wasConnected = false;
     bool channelIsOpen = false;

@@ -26,7 +26,8 @@ MeshMember::MeshMember(EngineLoop& engineLoop, Facts memberFacts, MeshMemberEven
                          .role = facts.offers ? PeerOptions::Role::Offerer : PeerOptions::Role::Answerer,
                          .sends = true,
                          .receives = true,
-                         .channelLabel = kTextChannel})) {}
+                         .channelLabel = kTextChannel,
+                         .loopbackOnly = facts.loopbackOnly})) {}
 
 std::shared_ptr<PeerStream> MeshMember::MakeStream(StreamType type, const std::string& link,
                                                    PeerOptions options) {
@@ -111,7 +112,8 @@ void MeshMember::OpenSending(StreamType type, Sending& sending) {
                     .role = PeerOptions::Role::Offerer,
                     .sends = true,
                     .receives = false,
-                    .channelLabel = {}},
+                    .channelLabel = {},
+                    .loopbackOnly = facts.loopbackOnly},
         PeerLinkEvents{.description =
                            [this, link](const std::string& text) {
                                events.send(Description{link, text});
@@ -175,7 +177,8 @@ void MeshMember::TakeKind(const MeshMessages::Publish& message) {
                              .role = PeerOptions::Role::Answerer,
                              .sends = false,
                              .receives = true,
-                             .channelLabel = {}});
+                             .channelLabel = {},
+                             .loopbackOnly = facts.loopbackOnly});
         stream->SetPublished(message.tracks);
         const auto joining = stream;
         joining->Connect();

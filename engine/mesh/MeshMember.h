@@ -43,6 +43,8 @@ public:
         std::string ownId;
         // Whether this side makes the offers of the cameras' connection.
         bool offers = false;
+        // See PeerOptions.
+        bool loopbackOnly = true;
     };
 
     MeshMember(EngineLoop& engineLoop, Facts memberFacts, MeshMemberEvents memberEvents,

@@ -71,9 +71,13 @@ void MeshTransport::OnEntered(const std::string& id, const std::vector<RoomMembe
 void MeshTransport::Add(const RoomMember& member, bool offers) {
     if (isStopped || removed.contains(member.id)) return;
     Forget(member.id, "it has come again");
-    const auto joining = std::make_shared<MeshMember>(
-        loop, MeshMember::Facts{.id = member.id, .name = member.name, .ownId = OwnId(), .offers = offers},
-        EventsOf(member.id), mixer);
+    const auto joining = std::make_shared<MeshMember>(loop,
+                                                      MeshMember::Facts{.id = member.id,
+                                                                        .name = member.name,
+                                                                        .ownId = OwnId(),
+                                                                        .offers = offers,
+                                                                        .loopbackOnly = options.loopbackOnly},
+                                                      EventsOf(member.id), mixer);
     members.emplace(member.id, joining);
     joining->Open();
     for (const auto& [type, stream] : own) joining->Publish(type, stream.name, stream.stream);

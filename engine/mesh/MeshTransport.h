@@ -25,6 +25,8 @@ struct MeshOptions {
     std::string name;
     // The folder in which rooms lie; empty for the user's.
     std::filesystem::path folder = {};
+    // See PeerOptions. Members who share the folder but no loopback are connected without it.
+    bool loopbackOnly = true;
 };
 
 class MeshTransport final : public Transport {

@@ -1,17 +1,15 @@
 // What can happen to a room: after each, the room goes on, and everybody has the same texts.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "engine/mesh/MeshTransport.h"
 #include "tests/engine/Eventually.h"
-#include "tests/engine/LineProcess.h"
 #include "tests/engine/TemporaryFolder.h"
+#include "tests/engine/mesh/OtherPerson.h"
 #include "tests/engine/mesh/RoomPerson.h"
 
 namespace Corvanta::Engine {
@@ -22,44 +20,6 @@ using std::chrono::seconds;
 constexpr Yuv kRed{81, 90, 240};
 constexpr Yuv kBlue{41, 240, 110};
 constexpr Yuv kGreen{145, 54, 34};
-
-// A person in a process of its own.
-class Other final {
-public:
-    Other(const TemporaryFolder& folder, const std::string& name, Yuv color)
-        : process(CORVANTA_MESH_PROCESS,
-                  {folder.path.string(), "review", name, std::to_string(color.y), std::to_string(color.u),
-                   std::to_string(color.v)},
-                  [this](const std::string& line) {
-                      const std::lock_guard lock(mutex);
-                      lines.push_back(line);
-                  }) {}
-
-    [[nodiscard]] std::size_t Count(const std::string& line) const {
-        const std::lock_guard lock(mutex);
-        return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
-    }
-    [[nodiscard]] bool Tells(const std::string& line, std::size_t times = 1) const {
-        return Eventually([&] { return Count(line) >= times; }, seconds(40));
-    }
-    // The texts that came of that person.
-    [[nodiscard]] std::vector<std::string> Texts(const std::string& name) const {
-        const std::string begin = "text " + name + ' ';
-        const std::lock_guard lock(mutex);
-        std::vector<std::string> texts;
-        for (const std::string& line : lines) {
-            if (line.starts_with(begin)) texts.push_back(line.substr(begin.size()));
-        }
-        return texts;
-    }
-
-private:
-    mutable std::mutex mutex;  // guards: lines
-    std::vector<std::string> lines;
-
-public:
-    LineProcess process;
-};
 
 class MeshFaultsTest : public testing::Test {
 protected:
@@ -85,7 +45,7 @@ TEST_F(MeshFaultsTest, KilledPeerShowsALostConnectionAndGoes) {
     ASSERT_TRUE(one.Enters());
     RoomPerson three(Maker("three"), kGreen);
     ASSERT_TRUE(three.Enters());
-    Other two(temporary, "two", kBlue);
+    OtherPerson two(temporary.path, "two", kBlue);
     ASSERT_TRUE(one.SeesColor("two", kBlue));
     ASSERT_TRUE(three.SeesColor("two", kBlue));
     ASSERT_TRUE(two.Tells("channel one"));
@@ -101,7 +61,7 @@ TEST_F(MeshFaultsTest, KilledPeerShowsALostConnectionAndGoes) {
 TEST_F(MeshFaultsTest, PeerThatStandsStillForTenSecondsIsLostAndFound) {
     RoomPerson one(Maker("one"), kRed);
     ASSERT_TRUE(one.Enters());
-    Other two(temporary, "two", kBlue);
+    OtherPerson two(temporary.path, "two", kBlue);
     RoomPerson three(Maker("three"), kGreen);
     ASSERT_TRUE(three.Enters());
     ASSERT_TRUE(one.SeesColor("two", kBlue));
@@ -118,7 +78,7 @@ TEST_F(MeshFaultsTest, PeerThatStandsStillForTenSecondsIsLostAndFound) {
     two.process.Continue();
     EXPECT_TRUE(Eventually([&] { return one.Sees("two")->returns == 1; }, seconds(40)));
     Say(one, "found");
-    two.process.Say("say back");
+    two.Say("back");
     // The others had them all along.
     EXPECT_TRUE(three.Hears("one", said));
     EXPECT_TRUE(Eventually([&] { return two.Texts("one") == said; }, seconds(40)));
@@ -131,7 +91,7 @@ TEST_F(MeshFaultsTest, PeerThatStandsStillForTenSecondsIsLostAndFound) {
 }
 
 TEST_F(MeshFaultsTest, RoomGoesOnWhenTheOneWithTheHubIsKilled) {
-    Other one(temporary, "one", kRed);
+    OtherPerson one(temporary.path, "one", kRed);
     ASSERT_TRUE(one.Tells("entered"));
     RoomPerson two(Maker("two"), kBlue);
     ASSERT_TRUE(two.Enters());
@@ -156,7 +116,7 @@ TEST_F(MeshFaultsTest, RoomGoesOnWhenTheOneWithTheHubIsKilled) {
 
 TEST_F(MeshFaultsTest, EnteringAndLeavingAtTheDeathOfTheHubLosesNobody) {
     for (int round = 0; round < 3; ++round) {
-        Other one(temporary, "one", kRed);
+        OtherPerson one(temporary.path, "one", kRed);
         ASSERT_TRUE(one.Tells("entered"));
         RoomPerson two(Maker("two"), kBlue);
         ASSERT_TRUE(two.Enters());
@@ -174,7 +134,7 @@ TEST_F(MeshFaultsTest, EnteringAndLeavingAtTheDeathOfTheHubLosesNobody) {
 TEST_F(MeshFaultsTest, AThousandTextsASecondAreHeard) {
     RoomPerson one(Maker("one"), kRed);
     ASSERT_TRUE(one.Enters());
-    Other two(temporary, "two", kBlue);
+    OtherPerson two(temporary.path, "two", kBlue);
     ASSERT_TRUE(two.Tells("channel one"));
     for (int index = 0; index < 3000; ++index) said.push_back("flood " + std::to_string(index));
     two.process.Say("flood 3000");

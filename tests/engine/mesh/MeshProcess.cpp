@@ -1,5 +1,7 @@
 // A person of a room on this machine in a process of its own, for tests that kill, stop or flood it. It is
-// given the folder in which rooms lie, the room, its name and the three values of the colour that it shows.
+// given the folder in which rooms lie, the room, its name and the three values of the colour that it shows;
+// then, where it is to be in a network of its own, the name of a device that is handed over to that network
+// when it has written "network", and the address that the device has.
 // It writes "entered" when it is in, then what comes, one event a line (see RoomPerson::onLine), and does
 // what it reads:
 //
@@ -16,12 +18,20 @@
 
 #include "engine/mesh/MeshTransport.h"
 #include "tests/engine/mesh/RoomPerson.h"
+#include "tests/engine/mesh/TunLink.h"
 
 int main(int count, char** words) {
     using namespace Corvanta::Engine;
-    if (count != 7) return EXIT_FAILURE;
+    if (count != 7 && count != 9) return EXIT_FAILURE;
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    const MeshOptions options{.room = words[2], .name = words[3], .folder = words[1]};
+    const bool hasNetwork = count == 9;
+    if (hasNetwork) {
+        if (!EnterEmptyNetwork()) return EXIT_FAILURE;
+        std::cout << "network" << std::endl;
+        if (!BringUp(words[7], words[8])) return EXIT_FAILURE;
+    }
+    const MeshOptions options{
+        .room = words[2], .name = words[3], .folder = words[1], .loopbackOnly = !hasNetwork};
     RoomPerson person(
         [&options](EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer) {
             return std::make_unique<MeshTransport>(loop, mixer, options);

@@ -1,0 +1,65 @@
+// A person of a room in a process of its own (see MeshProcess.cpp), and what it has told.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "tests/engine/Eventually.h"
+#include "tests/engine/LineProcess.h"
+#include "tests/engine/peer/PeerPair.h"
+
+namespace Corvanta::Engine {
+
+class OtherPerson final {
+public:
+    // `network`: a device and its address, or nothing.
+    OtherPerson(const std::filesystem::path& folder, const std::string& name, Yuv color,
+                const std::vector<std::string>& network = {})
+        : process(CORVANTA_MESH_PROCESS, Arguments(folder, name, color, network),
+                  [this](const std::string& line) {
+                      const std::lock_guard lock(mutex);
+                      lines.push_back(line);
+                  }) {}
+
+    [[nodiscard]] std::size_t Count(const std::string& line) const {
+        const std::lock_guard lock(mutex);
+        return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+    }
+    [[nodiscard]] bool Tells(const std::string& line, std::size_t times = 1) const {
+        return Eventually([&] { return Count(line) >= times; }, 2 * kPatience);
+    }
+    // The texts that came of that person.
+    [[nodiscard]] std::vector<std::string> Texts(const std::string& name) const {
+        const std::string begin = "text " + name + ' ';
+        const std::lock_guard lock(mutex);
+        std::vector<std::string> texts;
+        for (const std::string& line : lines) {
+            if (line.starts_with(begin)) texts.push_back(line.substr(begin.size()));
+        }
+        return texts;
+    }
+    void Say(const std::string& text) const { process.Say("say " + text); }
+
+private:
+    [[nodiscard]] static std::vector<std::string> Arguments(const std::filesystem::path& folder,
+                                                            const std::string& name, Yuv color,
+                                                            const std::vector<std::string>& network) {
+        std::vector<std::string> words{
+            folder.string(),        "review", name, std::to_string(color.y), std::to_string(color.u),
+            std::to_string(color.v)};
+        words.insert(words.end(), network.begin(), network.end());
+        return words;
+    }
+
+    mutable std::mutex mutex;  // guards: lines
+    std::vector<std::string> lines;
+
+public:
+    LineProcess process;
+};
+
+}  // namespace Corvanta::Engine

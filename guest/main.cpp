@@ -50,6 +50,7 @@ std::optional<std::string> Prepare(const GuestOptions& options) {
     Engine::ConfigureLog(kLogWarning, {});
     if (!Engine::EnsureGStreamer()) return "GStreamer cannot start";
     if (auto problem = Engine::CheckInstallation()) return problem;
+    if (auto problem = Engine::CheckTransport(EngineOptionsFrom(options))) return problem;
     return Engine::CheckSource({options.name, options.source});
 }
 

@@ -66,6 +66,13 @@ TEST(GuestProgram, NamesAFileThatIsNotThereInOneLine) {
     ExpectOneLine(guest, 1, "missing.mp4");
 }
 
+TEST(GuestProgram, SaysInOneLineWhereItsCertificatesCannotBeRead) {
+    const TemporaryFolder folder;
+    GuestProcess guest(And(kReview, {"--server", "wss://localhost:1", "--ca", folder.File("missing.pem")}),
+                       folder.path);
+    ExpectOneLine(guest, 1, "missing.pem");
+}
+
 TEST(GuestProgram, TellsWhatItCanBeAskedFor) {
     const TemporaryFolder folder;
     GuestProcess guest({"--help"}, folder.path);

@@ -19,6 +19,8 @@ namespace {
 // Not at every letter.
 constexpr std::chrono::milliseconds kKeepAfter{1000};
 constexpr std::chrono::milliseconds kLookEvery{500};
+// When another process takes the room's service over, nobody answers for a second or two.
+constexpr int kLostLooks = 5;
 
 // As a field of this toolkit has it.
 QString Plain(const std::string& text) {
@@ -115,7 +117,10 @@ void NotesPage::Take() {
 }
 
 void NotesPage::Look() {
-    const QString problem = ProblemText(Engine::GetNotesStatus(), isTooLong_);
+    auto status = Engine::GetNotesStatus();
+    lostLooks_ = status == Engine::NotesStatus::Unreachable ? lostLooks_ + 1 : 0;
+    if (lostLooks_ > 0 && lostLooks_ < kLostLooks) status = Engine::NotesStatus::Sending;
+    const QString problem = ProblemText(status, isTooLong_);
     problem_->setText(problem);
     problem_->setVisible(!problem.isEmpty());
 }

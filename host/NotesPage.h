@@ -44,6 +44,8 @@ private:
     // What the room had when the person began to type.
     std::string base_;
     bool isTooLong_ = false;
+    // How often the room could not be reached, one look after the other.
+    int lostLooks_ = 0;
 };
 
 }  // namespace Corvanta::Host

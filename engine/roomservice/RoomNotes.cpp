@@ -13,6 +13,7 @@ namespace {
 // The service answers a poll after 25 s when there is nothing to tell.
 constexpr std::chrono::milliseconds kPollTimeout{35'000};
 constexpr std::chrono::milliseconds kPushTimeout{10'000};
+constexpr std::chrono::milliseconds kIdlePause{100};
 // Others may write at the same moment, again and again.
 constexpr int kLastTries = 5;
 
@@ -52,17 +53,23 @@ void RoomNotes::Stop() {
             notes = {.revision = *revision, .text = text};
         }
         lastSent = notes.text;
-        if (TakePushed(notes.text, SendRequest(client.Address(), WriteRequest(notes))) ==
-            NotesStatus::Unreachable)
-            break;
+        const NotesStatus status = TakePushed(notes.text, SendRequest(client.Address(), WriteRequest(notes)));
+        if (status != NotesStatus::Kept && status != NotesStatus::Sending) break;
     }
-    const std::unique_lock lock(textMutex);
-    if (text == base) {
-        if (revision) ForgetDraft();
-        return;
+    NotesDraft left;
+    bool isKept = false;
+    {
+        const std::lock_guard lock(textMutex);
+        isClosed = true;
+        left = {.base = base, .text = text};
+        isKept = revision.has_value();
     }
-    drafts.Store({.base = base, .text = text});
-    LOG(kLogWarning, "The room service does not have the last notes: they are kept for the next time");
+    if (left.text != left.base) {
+        drafts.Store(left);
+        LOG(kLogWarning, "The room service does not have the last notes: they are kept for the next time");
+    } else if (isKept) {
+        ForgetDraft();
+    }
 }
 
 std::string RoomNotes::Text() const {
@@ -81,6 +88,7 @@ bool RoomNotes::Set(const std::string& wanted, const std::string& writtenOn) {
     if (wanted.size() > kLongestNotes || !IsStorable(wanted)) return false;
     {
         const std::lock_guard lock(textMutex);
+        if (isClosed) return false;
         text = MergeNotes(writtenOn, wanted, text);
     }
     client.Post([this] { Push(); });
@@ -118,9 +126,10 @@ void RoomNotes::OnPolled(const std::optional<HttpAnswer>& answer) {
         held = std::move(notes);
         return;
     }
-    if (notes && !IsOutdated(*notes)) Take(*notes);
+    const bool isNews = notes && !IsOutdated(*notes) && Take(*notes);
     Push();
-    Poll();
+    // Nobody who has nothing to tell is asked again and again.
+    client.PostAfter(isNews ? std::chrono::milliseconds::zero() : kIdlePause, [this] { Poll(); });
 }
 
 bool RoomNotes::IsOutdated(const NotesText& notes) const {
@@ -128,19 +137,20 @@ bool RoomNotes::IsOutdated(const NotesText& notes) const {
     return revision != polledAfter && notes.revision < revision;
 }
 
-void RoomNotes::Take(const NotesText& notes) {
+bool RoomNotes::Take(const NotesText& notes) {
     std::string merged;
     {
         const std::lock_guard lock(textMutex);
-        if (revision == notes.revision) return;
+        if (revision == notes.revision) return false;
         // The own text may have arrived without an answer: what was written since is a change of it.
         merged = lastSent == notes.text ? text : MergeNotes(base, text, notes.text);
         base = notes.text;
         revision = notes.revision;
-        if (merged == text) return;
+        if (merged == text) return true;
         text = merged;
     }
     if (listener) listener(merged);
+    return true;
 }
 
 HttpRequest RoomNotes::WriteRequest(const NotesText& notes) const {
@@ -170,7 +180,7 @@ void RoomNotes::OnPushed(const std::string& sent, const std::optional<HttpAnswer
     isSending = false;
     const NotesStatus status = TakePushed(sent, answer);
     const auto notes = std::exchange(held, std::nullopt);
-    if (notes && status != NotesStatus::Sending && !IsOutdated(*notes)) Take(*notes);
+    if (notes && status != NotesStatus::Sending && !IsOutdated(*notes)) static_cast<void>(Take(*notes));
     if (status == NotesStatus::Unreachable || status == NotesStatus::Refused) {
         SetPushTrouble(status);
         KeepDraft();
@@ -199,8 +209,8 @@ NotesStatus RoomNotes::TakePushed(const std::string& sent, const std::optional<H
         return NotesStatus::Kept;
     }
     if (notes) {
-        Take(*notes);
-        return NotesStatus::Sending;
+        // A conflict with nothing is none.
+        return Take(*notes) ? NotesStatus::Sending : NotesStatus::Unreachable;
     }
     return answer->status == kTooLarge || answer->status == kFull ? NotesStatus::Refused
                                                                   : NotesStatus::Unreachable;

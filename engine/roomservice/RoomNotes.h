@@ -50,8 +50,8 @@ private:
     [[nodiscard]] NotesStatus TakePushed(const std::string& sent, const std::optional<HttpAnswer>& answer);
     // Whether a poll was asked before the own writing, and answered with what was there before it.
     [[nodiscard]] bool IsOutdated(const NotesText& notes) const;
-    // The service has this.
-    void Take(const NotesText& notes);
+    // The service has this. Whether it is news.
+    bool Take(const NotesText& notes);
     [[nodiscard]] HttpRequest WriteRequest(const NotesText& notes) const;
     void SetPushTrouble(std::optional<NotesStatus> status);
     // While the service does not answer, the draft follows what the person writes.
@@ -66,7 +66,7 @@ private:
     const NotesDrafts drafts;
     const Listener listener;
 
-    mutable std::mutex textMutex;  // guards: everything down to pushTrouble
+    mutable std::mutex textMutex;  // guards: everything down to isClosed
     // With all own changes.
     std::string text;
     // What the service had when it was last heard of.
@@ -74,6 +74,7 @@ private:
     std::optional<std::int64_t> revision;
     bool pollFails = false;
     std::optional<NotesStatus> pushTrouble;
+    bool isClosed = false;
 
     // What was sent last, also when nobody knows whether it has arrived.
     std::optional<std::string> lastSent;

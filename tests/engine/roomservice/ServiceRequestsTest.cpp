@@ -31,7 +31,7 @@ protected:
     [[nodiscard]] NotesClient Notes(const std::string& room) const { return {{.socket = socket}, room}; }
     [[nodiscard]] std::optional<HttpAnswer> Ask(const std::string& method, const std::string& target,
                                                 const std::string& body = {}) const {
-        return SendRequest(socket, {method, target, body});
+        return SendRequest(socket, {method, target, body}, kAnswerPatience);
     }
     [[nodiscard]] unsigned Status(const std::string& method, const std::string& target,
                                   const std::string& body = {}) const {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <future>
 #include <memory>
@@ -46,6 +47,9 @@ private:
     std::unique_ptr<RoomServer> server;
 };
 
+// A test waits longer for an answer than a client does, on a machine that is busy with other tests.
+constexpr std::chrono::milliseconds kAnswerPatience{20'000};
+
 // 0 when nobody answers.
 inline unsigned StatusOf(const std::optional<HttpAnswer>& answer) {
     return answer ? answer->status : 0;
@@ -58,18 +62,19 @@ public:
         : address(std::move(serviceAddress)), target("/notes?room=" + Escape(room)) {}
 
     [[nodiscard]] std::optional<HttpAnswer> Put(const NotesText& notes) const {
-        return SendRequest(address, {"PUT", target, WriteNotes(notes), kLargestNotesMessage});
+        return SendRequest(address, {"PUT", target, WriteNotes(notes), kLargestNotesMessage},
+                           kAnswerPatience);
     }
     [[nodiscard]] unsigned Put(std::int64_t revision, const std::string& text) const {
         return StatusOf(Put({.revision = revision, .text = text}));
     }
     [[nodiscard]] std::optional<NotesText> Get() const {
-        const auto answer = SendRequest(address, {"GET", target, {}, kLargestNotesMessage});
+        const auto answer = SendRequest(address, {"GET", target, {}, kLargestNotesMessage}, kAnswerPatience);
         return StatusOf(answer) == 200 ? ReadNotes(answer->body) : std::nullopt;
     }
     // Waits for another revision.
     [[nodiscard]] std::optional<HttpAnswer> GetAfter(
-        std::int64_t revision, std::chrono::milliseconds timeout = std::chrono::seconds(20)) const {
+        std::int64_t revision, std::chrono::milliseconds timeout = kAnswerPatience) const {
         return SendRequest(address,
                            {"GET", target + "&after=" + std::to_string(revision), {}, kLargestNotesMessage},
                            timeout);

@@ -1,6 +1,5 @@
 """Every button of the room's bar and every entry of its menus, by a person's mouse on a real display. CORVANTA_ROOM
 names the program."""
-import ctypes
 import glob
 import json
 import os
@@ -10,7 +9,7 @@ import time
 import unittest
 
 import Png
-from RoomDisplay import DEADLINE_SECONDS, RoomDisplay, run
+from RoomDisplay import DEADLINE_SECONDS, RoomDisplay, Screen, run
 
 BLUE = (0, 0, 255)
 # The bar is a veil over the main video.
@@ -48,38 +47,6 @@ STOP = (298, 14)
 DIALOGS = {"Screen": "Share a screen or window", "Other": "Stream a device", "Files": "Stream a file",
            "URL": "Stream from an address", "NDI": "Stream NDI", "DeckLink": "Stream DeckLink",
            "MediaSilo": "Stream a MediaSilo file", "Elgato": "Stream Elgato"}
-
-
-class Image(ctypes.Structure):
-    _fields_ = [("width", ctypes.c_int), ("height", ctypes.c_int), ("xoffset", ctypes.c_int), ("format", ctypes.c_int),
-                ("data", ctypes.c_void_p), ("byte_order", ctypes.c_int), ("bitmap_unit", ctypes.c_int),
-                ("bitmap_bit_order", ctypes.c_int), ("bitmap_pad", ctypes.c_int), ("depth", ctypes.c_int),
-                ("bytes_per_line", ctypes.c_int)]
-
-
-class Screen:
-    """What a display shows, the pointer left out. Quick, so that a wait may look often."""
-
-    def __init__(self, display):
-        self.x11 = ctypes.CDLL("libX11.so.6")
-        self.x11.XOpenDisplay.restype = ctypes.c_void_p
-        self.x11.XDefaultRootWindow.restype = ctypes.c_ulong
-        self.x11.XGetImage.restype = ctypes.POINTER(Image)
-        self.display = ctypes.c_void_p(self.x11.XOpenDisplay(display.encode()))
-        self.root = ctypes.c_ulong(self.x11.XDefaultRootWindow(self.display))
-
-    def close(self):
-        self.x11.XCloseDisplay(self.display)
-
-    def pixels(self, left, top, width, height):
-        """Rows of colours."""
-        all_planes, by_pixel = ctypes.c_ulong(0xFFFFFFFF), 2
-        image = self.x11.XGetImage(self.display, self.root, left, top, width, height, all_planes, by_pixel)
-        stride = image.contents.bytes_per_line
-        data = ctypes.string_at(image.contents.data, stride * height)
-        self.x11.XDestroyImage(image)
-        return [[(data[at + 2], data[at + 1], data[at]) for at in range(y * stride, y * stride + 4 * width, 4)]
-                for y in range(height)]
 
 
 def is_like(pixel, colour, difference=30):

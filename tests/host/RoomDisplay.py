@@ -1,5 +1,6 @@
 """The program on a private display with a person's mouse and keys, and what that display shows. CORVANTA_ROOM names the
 program."""
+import ctypes
 import os
 import subprocess
 import tempfile
@@ -38,6 +39,38 @@ class Shot:
         return {name: sum(is_of(p, strongest) for p in pixels) / len(pixels) for name, strongest in COLOURS.items()}
 
 
+class Image(ctypes.Structure):
+    _fields_ = [("width", ctypes.c_int), ("height", ctypes.c_int), ("xoffset", ctypes.c_int), ("format", ctypes.c_int),
+                ("data", ctypes.c_void_p), ("byte_order", ctypes.c_int), ("bitmap_unit", ctypes.c_int),
+                ("bitmap_bit_order", ctypes.c_int), ("bitmap_pad", ctypes.c_int), ("depth", ctypes.c_int),
+                ("bytes_per_line", ctypes.c_int)]
+
+
+class Screen:
+    """What a display shows, the pointer left out. Quick, so that a wait may look often."""
+
+    def __init__(self, display):
+        self.x11 = ctypes.CDLL("libX11.so.6")
+        self.x11.XOpenDisplay.restype = ctypes.c_void_p
+        self.x11.XDefaultRootWindow.restype = ctypes.c_ulong
+        self.x11.XGetImage.restype = ctypes.POINTER(Image)
+        self.display = ctypes.c_void_p(self.x11.XOpenDisplay(display.encode()))
+        self.root = ctypes.c_ulong(self.x11.XDefaultRootWindow(self.display))
+
+    def close(self):
+        self.x11.XCloseDisplay(self.display)
+
+    def pixels(self, left, top, width, height):
+        """Rows of colours."""
+        all_planes, by_pixel = ctypes.c_ulong(0xFFFFFFFF), 2
+        image = self.x11.XGetImage(self.display, self.root, left, top, width, height, all_planes, by_pixel)
+        stride = image.contents.bytes_per_line
+        data = ctypes.string_at(image.contents.data, stride * height)
+        self.x11.XDestroyImage(image)
+        return [[(data[at + 2], data[at + 1], data[at]) for at in range(y * stride, y * stride + 4 * width, 4)]
+                for y in range(height)]
+
+
 class RoomDisplay(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -50,11 +83,15 @@ class RoomDisplay(unittest.TestCase):
         """One of each colour, which nobody speaks for."""
         arguments = []
         for name in COLOURS:
-            path = os.path.join(self.folder, name + ".mp4")
-            run("ffmpeg", "-v", "error", "-f", "lavfi", "-i", f"color={name}:s=640x360:r=10:d=2", "-pix_fmt", "yuv420p", "-y",
-                path, stdin=subprocess.DEVNULL)
-            arguments += ["--participant", f"{name}={path}"]
+            arguments += ["--participant", f"{name}={self.clip(name)}"]
         return arguments
+
+    def clip(self, colour):
+        """A file with two seconds of nothing but that colour."""
+        path = os.path.join(self.folder, colour + ".mp4")
+        run("ffmpeg", "-v", "error", "-f", "lavfi", "-i", f"color={colour}:s=640x360:r=10:d=2", "-pix_fmt", "yuv420p", "-y",
+            path, stdin=subprocess.DEVNULL)
+        return path
 
     def open_display(self):
         read_end, write_end = os.pipe()
@@ -92,9 +129,12 @@ class RoomDisplay(unittest.TestCase):
             found = look()
             if found:
                 return found
-            self.assertIsNone(self.program.poll(), "the program has ended")
+            self.assert_runs()
             time.sleep(0.1)
         return self.fail(what)
+
+    def assert_runs(self):
+        self.assertIsNone(self.program.poll(), "the program has ended")
 
     def window(self, name):
         return self.until(lambda: self.find(name), f"there is no window {name}")[0]

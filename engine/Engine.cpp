@@ -10,6 +10,7 @@
 #include "engine/connections/TransportChoice.h"
 #include "engine/logger/Logger.h"
 #include "engine/roomservice/ServiceAddress.h"
+#include "engine/signalling/RoomFolder.h"
 #include "engine/webrtc/CameraChoice.h"
 #include "engine/webrtc/DeviceList.h"
 #include "engine/webrtc/GstSupport.h"
@@ -119,6 +120,8 @@ void WriteSetting(const std::string& key, const std::string& value) {
 
 void Shutdown() {
     Room::CloseCurrent();
+    const EngineOptions options = CurrentOptions();
+    if (options.isPrivate && !options.room.empty()) Remove(UserRoomFolder(options.room));
     DeviceList::Get().Stop();
     ForgetCaptures();
     Integrations::ProcessMonitor::GetInstance()->StopMonitoring();

@@ -47,6 +47,10 @@ struct EngineOptions {
     // The room in which the local user meets other people, 1 to kLongestRoomName bytes of any kind. Empty:
     // nobody else takes part, and the participants above are of this process.
     std::string room;
+    // Nobody but the programs that this one starts is to find the room: its name was made up and means
+    // nothing to anybody. Its notes are those of the room without a name, and nothing is left of it after
+    // Shutdown.
+    bool isPrivate = false;
     // Under which the others see the local user, UTF-8; empty: the name of the user's profile.
     std::string name;
     // The WebSocket address of the server that carries the room ("ws://HOST:PORT", "wss://HOST:PORT"). Empty:

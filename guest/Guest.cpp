@@ -52,6 +52,7 @@ void Guest::Leave() {
     for (const auto& [id, media] : others) media->Close();
     others.clear();
     transport->Stop();
+    reports.reset();
 }
 
 Engine::TransportEvents Guest::EventsOfTransport() {
@@ -72,6 +73,14 @@ Engine::TransportEvents Guest::EventsOfTransport() {
             // It sees nobody.
             .inView = [] { return std::vector<std::string>(); },
             .speaker = [] { return std::optional<std::string>(); }};
+}
+
+void Guest::ReportConnection() {
+    if (hasLeft) return;
+    std::vector<Engine::ParticipantFigures> ways;
+    for (const auto& [id, media] : others) ways.push_back(media->Figures());
+    reports->Report(Engine::FiguresOfAll(ways));
+    loop.PostAfter(std::chrono::seconds(Engine::kSecondsPerReport), [this] { ReportConnection(); });
 }
 
 PlaybackSource Guest::Source() const {
@@ -130,6 +139,8 @@ void Guest::OnEntered() {
     for (const auto& [id, media] : others) waiting.push_back(id);
     for (const std::string& id : waiting) OpenMedia(id);
     PerformNext();
+    reports.emplace(options.room, OwnStreamId());
+    ReportConnection();
     events.entered();
 }
 

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "engine/common/EngineLoop.h"
+#include "engine/connections/OwnConnection.h"
 #include "engine/transport/Transport.h"
 #include "engine/webrtc/Playback.h"
 #include "engine/webrtc/SoundMixer.h"
@@ -55,6 +56,8 @@ private:
     [[nodiscard]] std::string StreamFor(const GuestAct& act) const;
     void Send(std::optional<std::string> text);
     [[nodiscard]] std::string OwnStreamId() const;
+    // Tells the room service how its connections do, so that the others' panels can show it.
+    void ReportConnection();
 
     Engine::EngineLoop& loop;
     const GuestOptions options;
@@ -64,6 +67,8 @@ private:
     const std::unique_ptr<Engine::Transport> transport;
     const std::shared_ptr<Engine::FeedOutlet> outlet = std::make_shared<Engine::FeedOutlet>();
     std::shared_ptr<Engine::Playback> playback;
+    // From entering on.
+    std::optional<Engine::OwnConnectionReports> reports;
     GuestScript script;
     GuestMarks marks;
     // The others' streams by their ids.

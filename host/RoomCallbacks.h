@@ -18,6 +18,8 @@ struct RoomParts {
     WallControls& wall;
     RoomControls& controls;
     std::string roomName;
+    // Under which the others' programs and the room service know the room.
+    std::string sessionName;
 };
 
 class RoomCallbacks final {

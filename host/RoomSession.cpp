@@ -20,7 +20,6 @@ std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(const Roo
 
     std::unique_ptr<RoomSession> session(new RoomSession(parts));
     HostWindow& window = parts.window;
-    const std::string& roomName = parts.roomName;
     SDLinterface_VideoRoomSetConnectionDroppedCallback(RoomCallbacks::OnConnectionDropped);
     const HostCallbacks callbacks = RoomCallbacks::Table();
     SDLinterface_SetHostCallbacks(&callbacks);
@@ -28,8 +27,8 @@ std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(const Roo
     session->told_.windowScale = 1.0F;  // what a new view starts with; the first tick tells the true one
     SDLinterface_SetRoomWindow(window.Room().NativeHandle(), session->told_.physicalWidth,
                                session->told_.physicalHeight);
-    if (EnterRoom(nullptr, nullptr, roomName.c_str(), roomName.c_str(), false, true, false, nullptr, false) ==
-        -1) {
+    if (EnterRoom(nullptr, nullptr, parts.sessionName.c_str(), parts.roomName.c_str(), false, true, false,
+                  nullptr, false) == -1) {
         return Failure{"the room cannot be entered, the log says why"};
     }
     parts.controls.TellEntered();

@@ -56,7 +56,8 @@ void SetMeetingPlace(const Options& options, Engine::EngineOptions& engine) {
     engine.name = options.name;
     if (options.company == Company::OfThisProgram) return;
     engine.whenEmpty = Engine::EmptyRoom::Nobody;
-    engine.room = options.company == Company::OfOwnRoom ? MakeOwnRoomName() : options.roomName;
+    engine.isPrivate = options.company == Company::OfOwnRoom;
+    engine.room = engine.isPrivate ? MakeOwnRoomName() : options.roomName;
     engine.server = options.server;
     engine.service = options.service;
     engine.certificateAuthority = options.certificateAuthority;
@@ -189,8 +190,11 @@ int ShowRoom(const Options& options, const std::string& room) {
     RoomControls controls(window);
     // They say goodbye while the room closes.
     std::unique_ptr<Guests> guests;
-    auto entered = RoomSession::Enter(
-        {.window = window, .wall = wall, .controls = controls, .roomName = options.roomName});
+    auto entered = RoomSession::Enter({.window = window,
+                                       .wall = wall,
+                                       .controls = controls,
+                                       .roomName = options.roomName,
+                                       .sessionName = room.empty() ? options.roomName : room});
     if (const auto* const failure = std::get_if<Failure>(&entered)) {
         return Report(*failure);
     }

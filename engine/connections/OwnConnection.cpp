@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <utility>
 
 #include "platform/Diagnostics.h"
 #include "platform/RESTfulAPI.h"
@@ -27,6 +28,24 @@ std::string ReportTime() {
     return {text.data(), length};
 }
 
+LocalConnectionFigures FiguresOfAll(const std::vector<ParticipantFigures>& ways) {
+    LocalConnectionFigures all;
+    double measured = 0;
+    for (const ParticipantFigures& way : ways) {
+        all.uploadRate += way.sentRate;
+        all.downloadRate += way.receivedRate;
+        if (!way.roundTripMs) continue;
+        ++measured;
+        all.roundTripMs += *way.roundTripMs;
+        all.jitterMs += way.jitterMs.value_or(0.0);
+    }
+    if (measured > 0) {
+        all.roundTripMs /= measured;
+        all.jitterMs /= measured;
+    }
+    return all;
+}
+
 bool ReportOwnConnection(const std::string& session, const std::string& streamId,
                          const LocalConnectionFigures& figures) {
     return RESTApi_SendConnectivityLog(
@@ -35,6 +54,36 @@ bool ReportOwnConnection(const std::string& session, const std::string& streamId
         static_cast<std::int32_t>(std::lround(figures.jitterMs)), Diagnostics_GetConnectionType(),
         Diagnostics_GetCPUType(), Diagnostics_GetCPUAppUsage(), Diagnostics_GetCPUSystemUsage(),
         Diagnostics_GetPlatformVersion(), Diagnostics_GetOperatingSystem(), streamId);
+}
+
+OwnConnectionReports::OwnConnectionReports(std::string sessionName, std::string ownStreamId)
+    : session(std::move(sessionName)), streamId(std::move(ownStreamId)) {
+    thread = std::jthread([this](const std::stop_token& stop) { Run(stop); });
+}
+
+OwnConnectionReports::~OwnConnectionReports() {
+    thread.request_stop();
+    thread.join();
+}
+
+void OwnConnectionReports::Report(const LocalConnectionFigures& figures) {
+    {
+        const std::lock_guard lock(mutex);
+        waiting = figures;
+    }
+    hasWork.notify_one();
+}
+
+void OwnConnectionReports::Run(const std::stop_token& stop) {
+    while (true) {
+        LocalConnectionFigures figures;
+        {
+            std::unique_lock lock(mutex);
+            if (!hasWork.wait(lock, stop, [this] { return waiting.has_value(); })) return;
+            figures = *std::exchange(waiting, std::nullopt);
+        }
+        ReportOwnConnection(session, streamId, figures);
+    }
 }
 
 }  // namespace Corvanta::Engine

@@ -52,7 +52,9 @@ void ParticipantReports::Run(const std::stop_token& stop) {
         stopped.wait_for(lock, stop, kMeasureInterval, [] { return false; });
         if (stop.stop_requested()) return;
         Measure();
-        const LocalConnectionFigures own = OwnFigures();
+        std::vector<ParticipantFigures> ways;
+        for (const Reporter& reporter : reporters) ways.push_back(reporter.figures);
+        const LocalConnectionFigures own = FiguresOfAll(ways);
         FeedConnectionStats(own);
         if (--secondsToOwnReport > 0) continue;
         secondsToOwnReport = kSecondsPerReport;
@@ -81,26 +83,6 @@ double ParticipantReports::TotalUpload() const {
     double total = 0;
     for (const Reporter& reporter : reporters) total += reporter.figures.receivedRate / kBitsPerByte;
     return total;
-}
-
-LocalConnectionFigures ParticipantReports::OwnFigures() const {
-    LocalConnectionFigures local;
-    double measured = 0;
-    for (const Reporter& reporter : reporters) {
-        const ParticipantFigures& figures = reporter.figures;
-        local.uploadRate += figures.sentRate;
-        local.downloadRate += figures.receivedRate;
-        if (!figures.roundTripMs) continue;
-        ++measured;
-        local.roundTripMs += *figures.roundTripMs;
-        local.jitterMs += figures.jitterMs.value_or(0.0);
-    }
-    // Of all ways to the others the mean.
-    if (measured > 0) {
-        local.roundTripMs /= measured;
-        local.jitterMs /= measured;
-    }
-    return local;
 }
 
 void ParticipantReports::Send(Reporter& reporter) const {

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "engine/connections/ParticipantList.h"
-#include "engine/webrtc/ConnectionStatsFeed.h"
 
 namespace Corvanta::Engine {
 
@@ -41,7 +40,6 @@ private:
     // Brings the reporters to where the list is.
     void Follow();
     void Measure();
-    [[nodiscard]] LocalConnectionFigures OwnFigures() const;
     void Send(Reporter& reporter) const;
     // Bytes a second.
     [[nodiscard]] double TotalUpload() const;

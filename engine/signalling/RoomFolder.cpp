@@ -76,6 +76,11 @@ std::optional<std::string> Prepare(const RoomFolder& folder) {
     return std::nullopt;
 }
 
+void Remove(const RoomFolder& folder) {
+    std::error_code error;
+    std::filesystem::remove_all(folder.path, error);
+}
+
 HubLock::HubLock(const std::filesystem::path& path)
     : file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kFileMode)) {
     if (file < 0) {

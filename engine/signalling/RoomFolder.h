@@ -27,6 +27,9 @@ struct RoomFolder {
 // user.
 [[nodiscard]] std::optional<std::string> Prepare(const RoomFolder& folder);
 
+// Removes the folder of a room that nobody will enter any more.
+void Remove(const RoomFolder& folder);
+
 // Being the one whose hub it is. The system lets go of it however the process ends.
 class HubLock final {
 public:

@@ -72,8 +72,11 @@ protected:
     HostWindow window_{"Review - Corvanta", 640, 480};
     WallControls wall_{window_, "Review"};
     RoomControls controls_{window_};
-    const RoomCallbacks callbacks_{
-        {.window = window_, .wall = wall_, .controls = controls_, .roomName = "Review"}};
+    const RoomCallbacks callbacks_{{.window = window_,
+                                    .wall = wall_,
+                                    .controls = controls_,
+                                    .roomName = "Review",
+                                    .sessionName = "review"}};
     const HostCallbacks table_ = RoomCallbacks::Table();
 };
 

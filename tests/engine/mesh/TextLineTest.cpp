@@ -268,6 +268,16 @@ TEST_F(TextLineTest, TakesNoConfirmationOfWhatWasNotSent) {
     });
 }
 
+TEST_F(TextLineTest, TakesATextOnceWhateverTheOtherSideHasMissed) {
+    running.Do([&] {
+        for (int channel = 0; channel < 3; ++channel) {
+            Connect();
+            right.line->Take("t1 1 0 3\none");
+        }
+    });
+    EXPECT_THAT(right.texts, ElementsAre("one"));
+}
+
 TEST_F(TextLineTest, ReadsNoFloodOfTexts) {
     running.Do([&] {
         Connect();

@@ -98,6 +98,15 @@ void JanusPublisher::OnNewSession() {
     Enter();
 }
 
+void JanusPublisher::OnFormerSession() {
+    if (!isOpen) return;
+    if (isPublished) {
+        link->OnWayLost();
+    } else {
+        Enter();
+    }
+}
+
 void JanusPublisher::SetStream(std::shared_ptr<SentStream> sentStream) {
     if (stream) stream->Close();
     stream = std::move(sentStream);
@@ -189,7 +198,7 @@ void JanusPublisher::MakeRoom() {
         {"publishers", kMostPublishers}, {"audiocodec", "opus"}, {"videocodec", "vp8"}};
     Ask(body, std::nullopt, [this](const JanusMessage& answer) {
         if (ErrorOf(answer) == JanusErrors::kBadElement) {
-            Refuse("it has no rooms with names (its setting string_ids is off)");
+            Refuse(answer, "it has no rooms with names (its setting string_ids is off)");
         } else {
             // Where it is not allowed, or is done already, joining shows whether there is one.
             Join();
@@ -227,20 +236,22 @@ void JanusPublisher::OnJoined(const JanusMessage& answer) {
         });
         return;
     }
-    Refuse(ErrorOf(answer) == JanusErrors::kNoSuchRoom ? "it has no such room, and makes none"
-                                                       : "it does not let us in: " + ReasonOf(answer));
+    Refuse(answer, ErrorOf(answer) == JanusErrors::kNoSuchRoom
+                       ? "it has no such room, and makes none"
+                       : "it does not let us in: " + ReasonOf(answer));
 }
 
-void JanusPublisher::Refuse(const std::string& problem) {
+void JanusPublisher::Refuse(const JanusMessage& answer, const std::string& problem) {
     EnterLater(kTryAgain);
-    if (events.refused) events.refused(problem);
+    // The tie has broken, which is told by others.
+    if (ErrorOf(answer) != JanusClient::kNoAnswer && events.refused) events.refused(problem);
 }
 
 void JanusPublisher::OnOffer(std::string sdp) {
     offer = std::move(sdp);
     offerIsSent = false;
     candidates.clear();
-    if (handle == 0) return;
+    if (handle == 0 || !client.IsOpen()) return;
     // It was made before the first caps came to the connection.
     if (!NamesItsSources(offer) && ++vainOffers < kMostVainOffers) {
         loop.Post([weak = weak_from_this(), own = round] {
@@ -278,9 +289,9 @@ void JanusPublisher::OnPublished(const JanusMessage& answer) {
         link->TakeDescription(WriteDescription({DescriptionKind::Answer, 0, answer.description->sdp}));
         if (events.published) events.published();
     } else if (ErrorOf(answer) == JanusErrors::kRoomFull) {
-        Refuse("the room is full");
+        Refuse(answer, "the room is full");
     } else {
-        Refuse("it does not take what we send: " + ReasonOf(answer));
+        Refuse(answer, "it does not take what we send: " + ReasonOf(answer));
     }
 }
 

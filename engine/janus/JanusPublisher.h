@@ -59,6 +59,8 @@ public:
     void Close();
     // There is a new session with the server, and everything of the last one is void.
     void OnNewSession();
+    // The session goes on; what was on its way is lost.
+    void OnFormerSession();
     void Restart(bool immediately) { link->Restart(immediately); }
 
     // Null for none.
@@ -83,7 +85,7 @@ private:
     void OnOffer(std::string sdp);
     void Publish();
     void OnPublished(const JanusMessage& answer);
-    void Refuse(const std::string& problem);
+    void Refuse(const JanusMessage& answer, const std::string& problem);
     // Answers come to nothing where the handle has changed meanwhile.
     void Ask(const nlohmann::json& body, const std::optional<JanusDescription>& description,
              std::function<void(const JanusMessage& answer)> onAnswer);

@@ -58,6 +58,10 @@ void JanusReceiver::OnNewSession() {
     link->Restart(true);
 }
 
+void JanusReceiver::OnFormerSession() {
+    if (!isClosed) link->OnWayLost();
+}
+
 void JanusReceiver::Subscribe() {
     if (isClosed) return;
     Unsubscribe();
@@ -172,21 +176,28 @@ PeerLinkEvents JanusReceiver::LinkEvents() {
                 [this](double meanSquare) {
                     if (isOpen) handlers.loudness(meanSquare);
                 },
-            .measured =
-                [this](const PeerStatistics& statistics) {
-                    const std::lock_guard lock(figuresMutex);
-                    figures = {.receivedRate = statistics.downloadRate,
-                               .sentRate = statistics.uploadRate,
-                               .jitterMs = statistics.jitterMs,
-                               .roundTripMs = statistics.roundTripMs,
-                               .lossShare = statistics.lossShare,
-                               .frameRate = statistics.frameRate,
-                               .width = statistics.width,
-                               .height = statistics.height,
-                               // Not every version tells it of what is only received. No other
-                               // is decoded.
-                               .codec = statistics.width > 0 ? kCodec : ""};
-                }};
+            .measured = [this](const PeerStatistics& statistics) { OnMeasured(statistics); }};
+}
+
+void JanusReceiver::OnMeasured(const PeerStatistics& statistics) {
+    const bool hasPictures = statistics.width > 0;
+    {
+        const std::lock_guard lock(figuresMutex);
+        figures = {.receivedRate = statistics.downloadRate,
+                   .sentRate = statistics.uploadRate,
+                   .jitterMs = statistics.jitterMs,
+                   .roundTripMs = statistics.roundTripMs,
+                   .lossShare = statistics.lossShare,
+                   .frameRate = statistics.frameRate,
+                   .width = statistics.width,
+                   .height = statistics.height,
+                   // Not every version tells it of what is only received. No other is decoded.
+                   .codec = hasPictures ? kCodec : ""};
+    }
+    if (hasPictures || !isPlaying || !tracks.video) return;
+    // Asks for a key frame, since the one that came with the connection did not arrive.
+    link->Peer().SetVideoDecoded(false);
+    link->Peer().SetVideoDecoded(true);
 }
 
 void JanusReceiver::SetAlive(bool alive) {

@@ -46,6 +46,8 @@ public:
     void Connect();
     // There is a new session with the server, and everything of the last one is void.
     void OnNewSession();
+    // The session goes on; what was on its way is lost.
+    void OnFormerSession();
     // Whether its publisher gives a sign of life. Until this is called: it does.
     void SetAlive(bool alive);
     // What its publisher says that it sends.
@@ -73,6 +75,7 @@ private:
     void OnJoined(const JanusMessage& answer);
     void OnEvent(const JanusMessage& message);
     void OnDescription(const std::string& text);
+    void OnMeasured(const PeerStatistics& statistics);
     void Unsubscribe();
     void TellConnection();
     void ApplyTracks();

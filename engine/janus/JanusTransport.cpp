@@ -17,7 +17,6 @@ using std::chrono::milliseconds;
 
 constexpr std::size_t kLongestPlainRoom = 64;
 constexpr milliseconds kTick{1000};
-// In sooner steps at first, so that newcomers are met soon even where a word was lost.
 constexpr const char* kDigestMark = "room~";
 
 bool IsPlain(char c) {
@@ -111,6 +110,8 @@ void JanusTransport::OnOpened(bool isFormer) {
         if (JanusPublisher* const camera = FindOwn(StreamType::Camera)) {
             camera->List([this](const std::vector<JanusFeed>& publishers) { TakeList(publishers); });
         }
+        for (const auto& [type, publisher] : std::map(own)) publisher->OnFormerSession();
+        for (const auto& [id, feed] : std::map(feeds)) feed.receiver->OnFormerSession();
         return;
     }
     if (FindOwn(StreamType::Camera) == nullptr) {
@@ -188,7 +189,7 @@ void JanusTransport::AddFeed(const JanusFeed& published) {
     }
     if (feeds.size() >= kMostFeeds) return;
     const auto receiver = MakeReceiver(published.id, *facts);
-    feeds[published.id] = {*facts, receiver, std::nullopt, false};
+    feeds[published.id] = {*facts, receiver, std::nullopt};
     receiver->Connect();
     events.joined({.id = published.id,
                    .name = facts->name,

@@ -72,7 +72,6 @@ private:
         std::shared_ptr<JanusReceiver> receiver;
         // When it was told last that it is not published any more.
         std::optional<Clock::time_point> missingSince;
-        bool isHeard = false;
     };
 
     void OnOpened(bool isFormer);

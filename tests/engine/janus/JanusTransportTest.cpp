@@ -233,6 +233,7 @@ TEST(JanusTransport, GoesOnWhenTheServerIsKilledAndStartedAgain) {
     one.Say("meanwhile 1");
     one.Say("meanwhile 2");
     EXPECT_TRUE(Eventually([&] { return seenOne->isLost.load(); }));
+    EXPECT_TRUE(Eventually([&] { return one.drops == 1; }));
     server =
         std::make_unique<RoomServerProcess>(RoomServerOptions{.port = port, .token = {}, .arguments = {}});
     ASSERT_TRUE(server->IsReady()) << server->Words();

@@ -65,10 +65,14 @@ std::optional<std::string> Configure(const EngineOptions& options) {
         if (auto problem = CheckSource({"own camera", options.camera})) return problem;
     }
     ConfigurationStore::Get().Open(options.configurationFolder);
+    SetCurrentOptions(options);
+    return std::nullopt;
+}
+
+void SetCurrentOptions(const EngineOptions& options) {
     Settings& settings = Settings::Get();
     const std::lock_guard lock(settings.optionsMutex);
     settings.options = options;
-    return std::nullopt;
 }
 
 RoomStatus GetRoomStatus() {

@@ -8,4 +8,7 @@ namespace Corvanta::Engine {
 // With the default participants filled in where the host named none.
 [[nodiscard]] EngineOptions CurrentOptions();
 
+// Keeps them as they are, for a program that has checked them and needs nothing else that Configure does.
+void SetCurrentOptions(const EngineOptions& options);
+
 }  // namespace Corvanta::Engine

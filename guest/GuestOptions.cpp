@@ -19,6 +19,7 @@ constexpr double kMaxSeconds = 86400.0;
 constexpr int kMaxRate = 60;
 constexpr std::string_view kNever = "never";
 constexpr std::array<std::string_view, 2> kServerSchemes{"ws://", "wss://"};
+constexpr std::array<std::string_view, 2> kServiceSchemes{"http://", "https://"};
 // Parts of the full size that have an even number of pixels on each side.
 constexpr std::array kDivisors{1, 2, 4, 5, 8};
 
@@ -82,14 +83,25 @@ Problem ReadName(GuestOptions& options, std::string_view value) {
     return CheckWords("--name", value, kLongestName);
 }
 
-Problem ReadServer(GuestOptions& options, std::string_view value) {
+bool IsAddress(std::string_view value, const std::array<std::string_view, 2>& schemes) {
     const auto isOf = [&](std::string_view scheme) {
         return value.starts_with(scheme) && value.size() > scheme.size();
     };
-    if (std::ranges::none_of(kServerSchemes, isOf) || value.find_first_of(" \t\r\n") != value.npos) {
+    return std::ranges::any_of(schemes, isOf) && value.find_first_of(" \t\r\n") == value.npos;
+}
+
+Problem ReadServer(GuestOptions& options, std::string_view value) {
+    if (!IsAddress(value, kServerSchemes))
         return Wants("--server", "ws://HOST:PORT or wss://HOST:PORT", value);
-    }
     options.server = value;
+    return std::nullopt;
+}
+
+Problem ReadService(GuestOptions& options, std::string_view value) {
+    if (!IsAddress(value, kServiceSchemes)) {
+        return Wants("--service", "http://HOST:PORT or https://HOST:PORT", value);
+    }
+    options.service = value;
     return std::nullopt;
 }
 
@@ -170,11 +182,12 @@ struct ValueOption {
 
 constexpr std::array kValueOptions{
     ValueOption{"--room", ReadRoom},     ValueOption{"--name", ReadName},
-    ValueOption{"--server", ReadServer}, ValueOption{"--ca", ReadAuthority},
-    ValueOption{"--seed", ReadSeed},     ValueOption{"--index", ReadIndex},
-    ValueOption{"--count", ReadCount},   ValueOption{"--size", ReadSize},
-    ValueOption{"--rate", ReadRate},     ValueOption{"--draw", ReadDraw},
-    ValueOption{"--source", ReadSource}, ValueOption{"--for", ReadFor},
+    ValueOption{"--server", ReadServer}, ValueOption{"--service", ReadService},
+    ValueOption{"--ca", ReadAuthority},  ValueOption{"--seed", ReadSeed},
+    ValueOption{"--index", ReadIndex},   ValueOption{"--count", ReadCount},
+    ValueOption{"--size", ReadSize},     ValueOption{"--rate", ReadRate},
+    ValueOption{"--draw", ReadDraw},     ValueOption{"--source", ReadSource},
+    ValueOption{"--for", ReadFor},
 };
 
 Problem CheckTogether(const GuestOptions& options) {
@@ -183,8 +196,8 @@ Problem CheckTogether(const GuestOptions& options) {
     if (options.role.index >= options.role.count) {
         return BadArguments{"--index is the guest's place among --count, counted from 0"};
     }
-    if (!options.certificateAuthority.empty() && options.server.empty()) {
-        return BadArguments{"--ca is for a room of --server"};
+    if (!options.certificateAuthority.empty() && options.server.empty() && options.service.empty()) {
+        return BadArguments{"--ca is for --server and --service"};
     }
     return std::nullopt;
 }
@@ -227,7 +240,9 @@ std::string_view GuestHelpText() {
   --name NAME           what the others see of it
   --server URL          ws://HOST:PORT or wss://HOST:PORT of the server that carries the room;
                         without it the room is one of this user's on this machine
-  --ca FILE             certificates (PEM) of those whom the server's may come from
+  --service URL         http://HOST:PORT or https://HOST:PORT of what keeps the figures of its
+                        connections for the others; without it this machine does
+  --ca FILE             certificates (PEM) of those whom theirs may come from
   --seed S              what it does is made of this number (1)
   --index I, --count N  its place among the guests of the room, counted from 0 (0), and how many
                         they are (1)
@@ -239,8 +254,8 @@ std::string_view GuestHelpText() {
   --for SECONDS         leaves after that time
   --help, --version
 
-The environment variable CORVANTA_TOKEN holds what the server asks for. It leaves when it is asked
-to end (SIGTERM, Ctrl+C).
+The environment variable CORVANTA_TOKEN holds what server and service ask for. It leaves when it
+is asked to end (SIGTERM, Ctrl+C).
 )";
 }
 

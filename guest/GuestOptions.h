@@ -28,6 +28,8 @@ struct GuestOptions {
     std::string name = {};
     // Empty: the room is one of this machine.
     std::string server = {};
+    // What keeps the connections' figures. Empty: this machine does.
+    std::string service = {};
     std::filesystem::path certificateAuthority = {};
     GuestRole role = {};
     // "clip", "test", a path or a URI.

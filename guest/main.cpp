@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/Engine.h"
+#include "engine/EngineSettings.h"
 #include "engine/common/EngineLoop.h"
 #include "engine/connections/TransportChoice.h"
 #include "engine/logger/Logger.h"
@@ -38,6 +39,7 @@ Engine::EngineOptions EngineOptionsFrom(const GuestOptions& options) {
     engine.room = options.room;
     engine.name = options.name;
     engine.server = options.server;
+    engine.service = options.service;
     engine.certificateAuthority = options.certificateAuthority;
     if (const char* const token = std::getenv(kTokenVariable)) engine.serverToken = token;
     engine.camera.clear();
@@ -50,6 +52,7 @@ std::optional<std::string> Prepare(const GuestOptions& options) {
     Engine::ConfigureLog(kLogWarning, {});
     if (!Engine::EnsureGStreamer()) return "GStreamer cannot start";
     if (auto problem = Engine::CheckInstallation()) return problem;
+    Engine::SetCurrentOptions(EngineOptionsFrom(options));
     if (auto problem = Engine::CheckTransport(EngineOptionsFrom(options))) return problem;
     return Engine::CheckSource({options.name, options.source});
 }

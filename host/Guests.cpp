@@ -65,11 +65,10 @@ std::vector<std::vector<std::string>> GuestArguments(const GuestPlan& plan) {
         // A value behind '=' may be anything, also what looks like an option.
         std::vector<std::string> arguments{"--room=" + plan.room, "--name=" + guest.name, "--index=" + index,
                                            "--count=" + std::to_string(plan.count), "--source=clip"};
-        if (!plan.server.empty()) {
-            arguments.push_back("--server=" + plan.server);
-            if (!plan.certificateAuthority.empty()) {
-                arguments.push_back("--ca=" + plan.certificateAuthority.string());
-            }
+        if (!plan.server.empty()) arguments.push_back("--server=" + plan.server);
+        if (!plan.service.empty()) arguments.push_back("--service=" + plan.service);
+        if (!plan.certificateAuthority.empty() && (!plan.server.empty() || !plan.service.empty())) {
+            arguments.push_back("--ca=" + plan.certificateAuthority.string());
         }
         if (!plan.drawings) arguments.emplace_back("--draw=never");
         all.push_back(std::move(arguments));

@@ -24,6 +24,7 @@ struct GuestPlan {
     std::string ownName = {};
     // Empty: the room is one of this user's on this machine.
     std::string server = {};
+    std::string service = {};
     // Of those whom the server's certificates may come from.
     std::filesystem::path certificateAuthority = {};
     bool drawings = true;

@@ -175,6 +175,7 @@ std::variant<std::unique_ptr<Guests>, Failure> InviteGuests(const Options& optio
                                          .room = room,
                                          .ownName = options.name,
                                          .server = options.server,
+                                         .service = options.service,
                                          .certificateAuthority = options.certificateAuthority,
                                          .drawings = options.drawings}));
 }

@@ -54,10 +54,14 @@ TEST(GuestOptions, NameWhatIsMissing) {
 }
 
 TEST(GuestOptions, ReadEverythingThatThereIs) {
-    const GuestOptions options =
-        Parsed({"--server", "wss://host:8188", "--ca", "ca.pem", "--seed=9", "--index", "2", "--count", "3",
-                "--size", "320x180", "--rate", "15", "--draw", "2.5", "--source", "test", "--for", "60"});
+    const GuestOptions options = Parsed({"--server", "wss://host:8188", "--service", "https://host:8189",
+                                         "--ca",     "ca.pem",          "--seed=9",  "--index",
+                                         "2",        "--count",         "3",         "--size",
+                                         "320x180",  "--rate",          "15",        "--draw",
+                                         "2.5",      "--source",        "test",      "--for",
+                                         "60"});
     EXPECT_EQ(options.server, "wss://host:8188");
+    EXPECT_EQ(options.service, "https://host:8189");
     EXPECT_EQ(options.certificateAuthority, "ca.pem");
     EXPECT_EQ(options.role.seed, 9U);
     EXPECT_EQ(options.role.index, 2U);
@@ -88,6 +92,7 @@ TEST(GuestOptions, RefuseInOneLineThatNamesTheOption) {
     };
     for (const Bad& bad : std::vector<Bad>{
              {"--server", {"", "ws://", "http://host", "host:8188", "ws://a b"}},
+             {"--service", {"", "http://", "ws://host", "host:8189", "http://a b"}},
              {"--ca", {""}},
              {"--seed", {"", "-1", "4294967296", "one"}},
              {"--index", {"", "-1", "16", "one"}},
@@ -146,8 +151,8 @@ TEST(GuestOptions, KeepTheHelpNarrowEnoughForATerminal) {
 
 TEST(GuestOptions, ListEveryOptionInTheHelp) {
     for (const std::string_view name :
-         {"--room", "--name", "--server", "--ca", "--seed", "--index", "--count", "--source", "--size",
-          "--rate", "--draw", "--for", "--help", "--version", "CORVANTA_TOKEN"}) {
+         {"--room", "--name", "--server", "--service", "--ca", "--seed", "--index", "--count", "--source",
+          "--size", "--rate", "--draw", "--for", "--help", "--version", "CORVANTA_TOKEN"}) {
         EXPECT_NE(GuestHelpText().find(name), std::string_view::npos) << name;
     }
 }

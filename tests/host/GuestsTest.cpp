@@ -136,10 +136,12 @@ TEST(GuestArguments, PassTheServerOn) {
     const auto all = GuestArguments({.count = 1,
                                      .room = "review",
                                      .server = "wss://host",
+                                     .service = "https://host",
                                      .certificateAuthority = "/ca.pem",
                                      .drawings = false});
     const std::vector<std::string> further(all[0].begin() + 5, all[0].end());
-    EXPECT_EQ(further, (std::vector<std::string>{"--server=wss://host", "--ca=/ca.pem", "--draw=never"}));
+    EXPECT_EQ(further, (std::vector<std::string>{"--server=wss://host", "--service=https://host",
+                                                 "--ca=/ca.pem", "--draw=never"}));
 }
 
 TEST(GuestArguments, HaveNoCertificatesForARoomOfThisMachine) {

@@ -2,6 +2,7 @@
 program."""
 import ctypes
 import os
+import signal
 import subprocess
 import tempfile
 import time
@@ -17,6 +18,12 @@ COLOURS = {"red": 0, "lime": 1, "blue": 2}
 
 def run(*command, **options):
     return subprocess.run(command, check=True, capture_output=True, timeout=DEADLINE_SECONDS, **options).stdout
+
+
+def end_with_parent():
+    """In a new process: however the test ends, nothing that it started stays."""
+    kill_on_death_of_parent = 1
+    ctypes.CDLL(None).prctl(kill_on_death_of_parent, signal.SIGKILL)
 
 
 def is_of(pixel, strongest):
@@ -46,6 +53,17 @@ class Image(ctypes.Structure):
                 ("bytes_per_line", ctypes.c_int)]
 
 
+class Answers(dict):
+    """What a function says of each colour, by its value in an image."""
+
+    def __init__(self, judge):
+        self.judge = judge
+
+    def __missing__(self, value):
+        answer = self[value] = self.judge((value >> 16 & 255, value >> 8 & 255, value & 255))
+        return answer
+
+
 class Screen:
     """What a display shows, the pointer left out. Quick, so that a wait may look often."""
 
@@ -62,16 +80,24 @@ class Screen:
 
     def pixels(self, left, top, width, height):
         """Rows of colours."""
+        return self.judged(tuple, left, top, width, height)
+
+    def judged(self, judge, left, top, width, height):
+        """Rows of what a function says of each colour. It is asked once for each that there is."""
         all_planes, by_pixel = ctypes.c_ulong(0xFFFFFFFF), 2
         image = self.x11.XGetImage(self.display, self.root, left, top, width, height, all_planes, by_pixel)
         stride = image.contents.bytes_per_line
-        data = ctypes.string_at(image.contents.data, stride * height)
+        values = memoryview(ctypes.string_at(image.contents.data, stride * height)).cast("I")
         self.x11.XDestroyImage(image)
-        return [[(data[at + 2], data[at + 1], data[at]) for at in range(y * stride, y * stride + 4 * width, 4)]
-                for y in range(height)]
+        answers = Answers(judge)
+        return [list(map(answers.__getitem__, values[start : start + width]))
+                for start in range(0, len(values), stride // values.itemsize)]
 
 
 class RoomDisplay(unittest.TestCase):
+    # Of one wait.
+    patience_seconds = DEADLINE_SECONDS
+
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
@@ -97,7 +123,7 @@ class RoomDisplay(unittest.TestCase):
         read_end, write_end = os.pipe()
         server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{WIDTH}x{HEIGHT}x24", "-nolisten", "tcp", "-noreset"],
-            pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            pass_fds=[write_end], preexec_fn=end_with_parent, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(server.wait)
         self.addCleanup(server.terminate)
         os.close(write_end)
@@ -107,8 +133,8 @@ class RoomDisplay(unittest.TestCase):
     def open_room(self, *arguments, size="1000x400"):
         self.open_display()
         program = subprocess.Popen([PROGRAM, "--size", size, *self.participants(), *arguments], cwd=self.folder,
-                                   env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                   stderr=subprocess.DEVNULL)
+                                   env=self.environment, preexec_fn=end_with_parent, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(program.wait)
         self.addCleanup(program.terminate)
         self.program = program
@@ -124,7 +150,7 @@ class RoomDisplay(unittest.TestCase):
             return []
 
     def until(self, look, what):
-        end = time.monotonic() + DEADLINE_SECONDS
+        end = time.monotonic() + self.patience_seconds
         while time.monotonic() < end:
             found = look()
             if found:

@@ -5,7 +5,7 @@ import signal
 import subprocess
 import time
 
-from RoomDisplay import COLOURS, PROGRAM, RoomDisplay, Screen, is_of
+from RoomDisplay import COLOURS, PROGRAM, RoomDisplay, Screen, end_with_parent, is_of
 
 ROOM = "review"
 # Three in a row, in two rows.
@@ -28,6 +28,11 @@ FIELD = (0x1C, 0x1E, 0x23)
 
 def is_like(pixel, colour, difference=24):
     return all(abs(value - wanted) <= difference for value, wanted in zip(pixel, colour))
+
+
+def colour_of(pixel):
+    """Of a participant, if it is one's."""
+    return next((name for name, strongest in COLOURS.items() if is_of(pixel, strongest)), None)
 
 
 def are_same(marks, others):
@@ -57,15 +62,19 @@ class Person:
         """Rows of colours."""
         return self.test.screen.pixels(self.left + left, self.top + top, width, height)
 
-    def share(self, is_wanted, left, top, width, height):
-        """Of the pixels of a rectangle, those that are as wanted."""
-        rows = self.pixels(left, top, width, height)
-        return sum(is_wanted(pixel) for row in rows for pixel in row) / (width * height)
+    def judged(self, judge, left, top, width, height):
+        """Rows of what a function says of each pixel's colour."""
+        return self.test.screen.judged(judge, self.left + left, self.top + top, width, height)
+
+    def share(self, is_wanted, *rectangle):
+        """Of the pixels of a rectangle (left, top, width, height), those that are as wanted."""
+        rows = self.judged(is_wanted, *rectangle)
+        return sum(map(sum, rows)) / sum(map(len, rows))
 
     def places(self, is_wanted, left, top, width, height):
         """Those of the pixels that are as wanted."""
-        return {(x, y) for y, row in enumerate(self.pixels(left, top, width, height), top)
-                for x, pixel in enumerate(row, left) if is_wanted(pixel)}
+        rows = self.judged(is_wanted, left, top, width, height)
+        return {(x, y) for y, row in enumerate(rows, top) if any(row) for x, is_one in enumerate(row, left) if is_one}
 
     # The mouse and the keys.
 
@@ -92,12 +101,13 @@ class Person:
 
     def tiles(self):
         """The middle of each coloured tile in sight. A mark is no reason not to see one."""
-        rows = self.pixels(0, MIDDLE_OF_STRIP - 48, WINDOW_WIDTH, 96)[::8]
+        rows = self.judged(colour_of, 0, MIDDLE_OF_STRIP - 48, WINDOW_WIDTH, 96)[::8]
+        columns = list(zip(*rows))
         found = {}
-        for colour, strongest in COLOURS.items():
-            columns = [x for x in range(WINDOW_WIDTH) if sum(is_of(row[x], strongest) for row in rows) > len(rows) / 2]
-            if len(columns) >= LEAST_TILE:
-                found[colour] = columns[len(columns) // 2]
+        for colour in COLOURS:
+            places = [x for x, column in enumerate(columns) if column.count(colour) > len(column) / 2]
+            if len(places) >= LEAST_TILE:
+                found[colour] = places[len(places) // 2]
         return found
 
     def sees(self, *people):
@@ -110,14 +120,17 @@ class Person:
         self.until(lambda: self.has_main_video(colour), f"{colour} does not become the main video")
 
     def click_tile(self, x):
+        self.point_at_tile(x)
+        self.test.do("click", "1")
+        self.move_off()
+
+    def point_at_tile(self, x):
         self.move_off()
         is_bright = lambda: max(self.pixels(x, 3, 1, 1)[0][0]) > 140
         self.until(is_bright, "the tile does not come to rest")
         self.move(x, MIDDLE_OF_STRIP)
         # A press counts where the tick before saw the pointer.
         self.until(lambda: not is_bright(), "the tile under the pointer does not get darker")
-        self.test.do("click", "1")
-        self.move_off()
 
     def move_off(self):
         """To the main video, where no tile is hovered."""
@@ -175,7 +188,7 @@ class Person:
         """By the key that ends the program."""
         self.is_here = False
         self.press("ctrl+q")
-        self.test.assertEqual(self.program.wait(timeout=40), 0)
+        self.test.assertEqual(self.program.wait(timeout=self.test.patience_seconds), 0)
 
     def kill(self):
         self.is_here = False
@@ -184,6 +197,9 @@ class Person:
 
 
 class RoomsDisplay(RoomDisplay):
+    # Several programs with videos take their time on a busy machine.
+    patience_seconds = 120
+
     def setUp(self):
         super().setUp()
         self.people = []
@@ -193,8 +209,8 @@ class RoomsDisplay(RoomDisplay):
 
     def start(self, *arguments, size=(WINDOW_WIDTH, WINDOW_HEIGHT)):
         program = subprocess.Popen([PROGRAM, "--size", "{}x{}".format(*size), *arguments], cwd=self.folder,
-                                   env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                   stderr=subprocess.DEVNULL)
+                                   env=self.environment, preexec_fn=end_with_parent, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(program.wait)
         self.addCleanup(program.kill)
         return program

@@ -8,6 +8,10 @@ from RoomsDisplay import MIDDLE_OF_STRIP, STRIP_HEIGHT, WINDOW_WIDTH, RoomsDispl
 # Of the test picture as the main video, where the name stands; and of the own tile where there are two.
 NAME = (86, 166, 60, 32)
 OWN_OF_TWO = 253
+# From the middle of a tile: of the bars that open the figures of a connection, and of the figures themselves without their
+# names.
+BARS = (-86, 141)
+FIGURES = (39, 42, 50, 110)
 # Of nothing but the display itself.
 MAGENTA = (255, 0, 255)
 WARNING = (255, 181, 46)
@@ -59,6 +63,22 @@ class RoomsPeopleTest(RoomsDisplay):
         x11.XSetWindowBackground(display, root, ctypes.c_ulong(red << 16 | green << 8 | blue))
         x11.XClearWindow(display, root)
         x11.XSync(display, 0)
+
+    def test_shows_the_figures_of_somebody_elses_connection(self):
+        red, blue = self.enter("red"), self.enter("blue")
+        self.meet(red, blue)
+        middle = red.tiles()["blue"]
+        red.point_at_tile(middle)
+        red.move(middle + BARS[0], BARS[1])
+        has_panel = lambda: "blue" not in red.tiles()
+        self.until(lambda: has_panel() or self.do("click", "1") or red.soon(has_panel), "the figures do not open")
+        figures = lambda: red.places(lambda pixel: min(pixel) > 140, middle + FIGURES[0], *FIGURES[1:])
+        first = self.until(lambda: self.enough(figures()), "there are no figures")
+        # They come from the other's program, again and again.
+        self.until(lambda: self.enough(figures() ^ first, 20), "the figures stay the same")
+
+    def enough(self, letters, least=400):
+        return letters if len(letters) > least else None
 
     def test_shows_that_somebody_is_lost_and_then_goes_on_without(self):
         red, blue, lime = self.enter("red"), self.enter("blue"), self.enter("lime")

@@ -11,6 +11,7 @@ import subprocess
 import time
 
 DEADLINE_SECONDS = 40
+PAINT_SECONDS = 3
 STAMP_BITS = 20
 STAMP_PERIOD = 1 << 16
 # Of the room's window: as high as the strip of tiles, in pixels.
@@ -165,10 +166,11 @@ def is_painted(pixel):
 
 
 def until_paint(screen, x, y, begin):
-    """Milliseconds since `begin`. It looks a thousand times a second, and leaves the machine to the programs between."""
+    """Milliseconds since `begin`, None where there is none in time. It looks a thousand times a second, and leaves the
+    machine to the programs between."""
     while not is_painted(screen.pixel(x, y)):
-        if time.perf_counter() - begin > 10:
-            raise SystemExit("rooms: no paint at the pointer's place")
+        if time.perf_counter() - begin > PAINT_SECONDS:
+            return None
         time.sleep(0.001)
     return 1000 * (time.perf_counter() - begin)
 
@@ -292,25 +294,33 @@ class Window:
         paint in this window, and from the release of the button to the paint in the other one."""
         left, top, wide = self.main
         local, remote = [], []
-        tall = wide * 9 // 16
-        places = [(left + 40 + 90 * column, top + 60 + 30 * row)
-                  for row in range((tall - 150) // 30) for column in range((wide - 80) // 90)]
-        for x, y in places[:count]:
+        rows = (wide * 9 // 16 - 150) // 30
+        places = [(left + 40 + 90 * column, top + 60 + 30 * row) for row in range(rows) for column in range((wide - 80) // 90)]
+        for x, y in places:
             self.screen.move(x, y)
-            time.sleep(0.3)
+            # A press counts where the tick before saw the pointer.
+            time.sleep(0.4)
             self.screen.button(True)
             time.sleep(0.1)
             self.screen.move(x + 20, y)
             time.sleep(0.1)
             begin = time.perf_counter()
             self.screen.move(x + 50, y)
-            local.append(until_paint(self.screen, x + 46, y, begin))
-            if is_painted(other.screen.pixel(x + 46, y)):
-                raise SystemExit("rooms: the other window has paint ahead of the stroke")
+            moved = until_paint(self.screen, x + 46, y, begin)
+            is_ahead = is_painted(other.screen.pixel(x + 46, y))
             begin = time.perf_counter()
             self.screen.button(False)
-            remote.append(until_paint(other.screen, x + 46, y, begin))
-        return local, remote
+            # On a busy machine a gesture can be lost.
+            if moved is None:
+                continue
+            shown = until_paint(other.screen, x + 46, y, begin)
+            if is_ahead or shown is None:
+                raise SystemExit("rooms: the other window has paint ahead of the stroke, or none of it")
+            local.append(moved)
+            remote.append(shown)
+            if len(remote) == count:
+                return local, remote
+        raise SystemExit("rooms: too many gestures are lost")
 
     def reset_cpu(self):
         self.begin = time.monotonic(), self.cpu_seconds()

@@ -1,6 +1,5 @@
 """Several people in one room, each with a program and a window of their own, side by side on one private display. There
 is one mouse, which they use in turn. CORVANTA_ROOM names the program."""
-import os
 import signal
 import subprocess
 import time

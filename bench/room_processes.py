@@ -161,6 +161,23 @@ class Screen:
         return self.row(x, y, 1)[0]
 
 
+class Busy:
+    """What all programs of the machine compute."""
+
+    def __init__(self):
+        self.begin = time.monotonic(), self.seconds()
+
+    def seconds(self):
+        with open("/proc/stat") as file:
+            user, nice, system, _, _, irq, softirq = (int(word) for word in file.readline().split()[1:8])
+        return (user + nice + system + irq + softirq) / TICKS
+
+    def share(self):
+        """Per cent of a core since it was made."""
+        then, seconds = self.begin
+        return 100 * (self.seconds() - seconds) / (time.monotonic() - then)
+
+
 def is_painted(pixel):
     return all(abs(value - wanted) < 24 for value, wanted in zip(pixel, PENCIL))
 

@@ -98,6 +98,13 @@ class People:
         self.folder = folder
         self.environment = dict(os.environ, XDG_RUNTIME_DIR=folder, XDG_CONFIG_HOME=folder)
 
+    def film(self, name, size):
+        """A moving picture of that size, 30 times a second, as a camera."""
+        path = os.path.join(self.folder, name)
+        subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", f"testsrc2=s={size}:r=30:d=10", "-pix_fmt", "yuv420p",
+                        "-y", path], check=True, stdin=subprocess.DEVNULL, timeout=DEADLINE_SECONDS)
+        return path
+
     def person(self, room, name, *flags):
         return Person([self.bench, "person", "--room", room, "--name", name, *flags], self.environment)
 

@@ -54,6 +54,8 @@ class RoomsPeopleTest(RoomsDisplay):
         self.paint_display(MAGENTA)
         self.enter("red", "--share", "screen")
         blue = self.enter("blue")
+        # By then the window is painted itself.
+        self.until(lambda: {"red", "blue"} <= set(blue.tiles()), "blue does not see red")
         is_screen = lambda: blue.share(lambda pixel: is_like(pixel, MAGENTA, 60), 0, 0, WINDOW_WIDTH, STRIP_HEIGHT) > 0.08
         self.until(is_screen, "blue does not see the screen")
 

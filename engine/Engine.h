@@ -203,8 +203,7 @@ enum class NotesStatus {
     // On their way, or not yet heard of; as a rule for some milliseconds.
     Sending,
     // The room service cannot be reached or has trouble. It is tried again, and what is not kept stays on
-    // this
-    // machine meanwhile, also when the room is closed.
+    // this machine meanwhile, also when the room is closed.
     Unreachable,
     // The room service does not take them: together with what others have written they are too long, or it
     // has no place for more.

@@ -77,7 +77,7 @@ Engine::TransportEvents Guest::EventsOfTransport() {
 
 void Guest::ReportConnection() {
     if (hasLeft) return;
-    std::vector<Engine::ParticipantFigures> ways;
+    std::vector<Engine::ParticipantFigures> ways = transport->OwnFigures();
     for (const auto& [id, media] : others) ways.push_back(media->Figures());
     reports->Report(Engine::FiguresOfAll(ways));
     loop.PostAfter(std::chrono::seconds(Engine::kSecondsPerReport), [this] { ReportConnection(); });

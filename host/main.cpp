@@ -168,7 +168,7 @@ std::optional<Failure> StartSharing(const Options& options) {
     return std::nullopt;
 }
 
-// In the person's own room, which must be entered already: so whoever comes later finds this program there.
+// Into the room, which must be entered already: so whoever comes later finds this program there.
 std::variant<std::unique_ptr<Guests>, Failure> InviteGuests(const Options& options, const std::string& room) {
     return Guests::Start(fs::current_path() / kGuestProgram,
                          GuestArguments({.count = options.guests.value_or(0),

@@ -25,8 +25,12 @@ constexpr const char* kConnectionType = "Embedded";
 }  // namespace
 
 ParticipantReports::ParticipantReports(std::string sessionName, const ParticipantList& participants,
-                                       std::function<std::string()> ownStreamId)
-    : session(std::move(sessionName)), list(participants), ownStream(std::move(ownStreamId)) {}
+                                       std::function<std::string()> ownStreamId,
+                                       std::function<std::vector<ParticipantFigures>()> ownFigures)
+    : session(std::move(sessionName)),
+      list(participants),
+      ownStream(std::move(ownStreamId)),
+      sentFigures(std::move(ownFigures)) {}
 
 void ParticipantReports::Start() {
     thread = std::jthread([this](const std::stop_token& stop) { Run(stop); });
@@ -52,7 +56,7 @@ void ParticipantReports::Run(const std::stop_token& stop) {
         stopped.wait_for(lock, stop, kMeasureInterval, [] { return false; });
         if (stop.stop_requested()) return;
         Measure();
-        std::vector<ParticipantFigures> ways;
+        std::vector<ParticipantFigures> ways = sentFigures();
         for (const Reporter& reporter : reporters) ways.push_back(reporter.figures);
         const LocalConnectionFigures own = FiguresOfAll(ways);
         FeedConnectionStats(own);

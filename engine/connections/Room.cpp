@@ -138,7 +138,8 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       serviceLink(options),
       reports(
           std::move(sessionName), participants,
-          [this] { return settings.room.empty() ? std::string() : StreamIdOf(OwnId(), StreamType::Camera); }),
+          [this] { return settings.room.empty() ? std::string() : StreamIdOf(OwnId(), StreamType::Camera); },
+          [this] { return transport->OwnFigures(); }),
       sound(loop),
       transport((makeTransport ? makeTransport : ChooseTransport(options, localName))(loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(
@@ -194,9 +195,12 @@ TransportEvents Room::EventsOfTransport() {
                     if (const auto participant = Find(streamId)) Leave(participant, reason);
                 },
             .dropped =
-                [](bool willRetry) {
+                [this](bool willRetry) {
+                    isConnected = false;
+                    hasEnded = hasEnded || !willRetry;
                     ConnectionCallbacks::Get().connectionDropped.Call(static_cast<bool>(willRetry), false);
                 },
+            .restored = [this] { isConnected = !hasEnded; },
             .muted = [] { TellMutedRemotely(); },
             .inView = [this] { return InView(); },
             .speaker = [this] { return SpeakerId(); }};
@@ -258,6 +262,13 @@ void Room::OpenMedia(const std::shared_ptr<RoomParticipant>& participant) {
                                                              std::chrono::steady_clock::now());
                                   },
                               .withoutPicture = [self] { self->hasNoPicture = true; },
+                              .soundPublished =
+                                  [this, weak](bool isOn) {
+                                      // Its person has switched it on again after it was muted for all.
+                                      const auto speaking = weak.lock();
+                                      if (!speaking || !isOn || !speaking->muted.exchange(false)) return;
+                                      ApplyVolume(speaking);
+                                  },
                               .connection =
                                   [self](bool lost) {
                                       MediaCallbacks::Get().connectionStatus.Call(self->id,
@@ -301,13 +312,14 @@ void Room::Announce(const std::shared_ptr<RoomParticipant>& participant) {
 void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const std::string& reason) {
     if (isClosing || participant->hasLeft.exchange(true)) return;
     LOG(kLogInformation, "\"%s\" has left the room: %s", participant->name.c_str(), reason.c_str());
-    participants.Remove(participant);
     speaker.ReportGone(participant->number);
     chat.Forget(*participant);
     participant->media->Close();
     participant->sinks.Clear();
     participant->channel.Close();
+    // The library asks what it was while it is told that it has gone.
     if (participant->hasEntered) MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
+    participants.Remove(participant);
 }
 
 void Room::OnChannel(const std::shared_ptr<RoomParticipant>& participant, bool isOpen) {
@@ -401,7 +413,7 @@ std::optional<std::string> Room::SpeakerId() const {
 }
 
 RoomStatus Room::Status() const {
-    RoomStatus status{.connected = true};
+    RoomStatus status{.connected = isConnected};
     const ParticipantList::Snapshot all = participants.Get();
     for (const auto& participant : *all) {
         const std::size_t pictures = participant->pictures;
@@ -437,7 +449,7 @@ bool Room::SendChat(const std::string& text) {
 }
 
 bool Room::SendText(std::string text) {
-    if (isClosing) return false;
+    if (isClosing || hasEnded) return false;
     loop.Post([this, sent = std::move(text)]() mutable { transport->SendText(std::move(sent)); });
     return true;
 }

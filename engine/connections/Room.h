@@ -33,8 +33,8 @@ public:
     // The room that is open, or null. Any thread; never waits for anything but the copy of a pointer.
     [[nodiscard]] static std::shared_ptr<Room> Current();
     // Closes an open room, then opens one and waits, some seconds at most, until its transport lets the local
-    // user in. False, and a log line, when that is impossible. Without a maker: the one that the
-    // options ask for.
+    // user in. False, and a log line, when that is impossible. Without a maker: the one that the options
+    // ask for.
     static bool Open(const EngineOptions& options, std::string localDisplayName, std::string sessionName,
                      const TransportMaker& makeTransport = {});
     // Closes the open room, if any. On return none of its callbacks is in progress and none follows. On a
@@ -122,6 +122,8 @@ private:
     RoomServiceLink serviceLink;
     ParticipantReports reports;
     std::atomic<bool> isClosing = false;
+    // The way to the others is open; and whether it has ended for good.
+    std::atomic<bool> isConnected = true, hasEnded = false;
     // Whether the local user is in; told once.
     std::promise<bool> entry;
     EngineLoop loop;

@@ -4,6 +4,7 @@
 
 #include "engine/signalling/RoomMessage.h"
 #include "engine/transport/StreamNames.h"
+#include "platform/Logger.h"
 
 namespace Corvanta::Engine {
 
@@ -34,6 +35,13 @@ std::optional<FeedFacts> ReadFeedFacts(const std::string& feedId, std::string_vi
     const bool isOurs = object.is_object() && object.contains("corvanta");
     if (!isOurs) {
         const std::string name = CutName(text);
+        return FeedFacts{name.empty() ? feedId : name, feedId, StreamType::Camera, false};
+    }
+    // Its pictures and sound are what they are everywhere; what it says may mean something else.
+    if (object.at("corvanta") != kVersion) {
+        const std::string name = CutName(TextOf(object, "name"));
+        LOG(kLogWarning, "\"%s\" is of another version: it is seen and heard, and its texts are not read",
+            name.c_str());
         return FeedFacts{name.empty() ? feedId : name, feedId, StreamType::Camera, false};
     }
     FeedFacts facts{CutName(TextOf(object, "name")), TextOf(object, "member"), StreamType::Camera, true};

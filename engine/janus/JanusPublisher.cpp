@@ -142,6 +142,7 @@ PeerLinkEvents JanusPublisher::LinkEvents() {
             .loudness = {},
             .measured =
                 [this](const PeerStatistics& statistics) {
+                    if (events.measured) events.measured(statistics);
                     if (stream && statistics.remoteLossShare) {
                         stream->ReportLoss("server", *statistics.remoteLossShare);
                     }

@@ -32,6 +32,8 @@ struct JanusPublisherEvents {
     // Of the channel for what this member says.
     std::function<void(bool isOpen)> channel;
     std::function<void()> drained;
+    // WebRTC's figures, about once a second.
+    std::function<void(const PeerStatistics& statistics)> measured = {};
 };
 
 class JanusPublisher final : public std::enable_shared_from_this<JanusPublisher> {

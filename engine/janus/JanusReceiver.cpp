@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "engine/peer/PeerDescription.h"
+#include "engine/transport/SentFigures.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -183,16 +184,9 @@ void JanusReceiver::OnMeasured(const PeerStatistics& statistics) {
     const bool hasPictures = statistics.width > 0;
     {
         const std::lock_guard lock(figuresMutex);
-        figures = {.receivedRate = statistics.downloadRate,
-                   .sentRate = statistics.uploadRate,
-                   .jitterMs = statistics.jitterMs,
-                   .roundTripMs = statistics.roundTripMs,
-                   .lossShare = statistics.lossShare,
-                   .frameRate = statistics.frameRate,
-                   .width = statistics.width,
-                   .height = statistics.height,
-                   // Not every version tells it of what is only received. No other is decoded.
-                   .codec = hasPictures ? kCodec : ""};
+        figures = FiguresFrom(statistics);
+        // Not every version tells it of what is only received. No other is decoded.
+        figures.codec = hasPictures ? kCodec : "";
     }
     if (hasPictures || !isPlaying || !tracks.video) return;
     // Asks for a key frame, since the one that came with the connection did not arrive.
@@ -212,8 +206,10 @@ void JanusReceiver::TellConnection() {
 }
 
 void JanusReceiver::SetPublished(const LocalTracks& sent) {
-    if (std::exchange(published, sent) == sent || !isOpen) return;
+    const LocalTracks before = std::exchange(published, sent);
+    if (before == sent || !isOpen) return;
     if (!published.video) handlers.withoutPicture();
+    if (before.audio != published.audio && handlers.soundPublished) handlers.soundPublished(published.audio);
 }
 
 void JanusReceiver::SetChannel(bool nowOpen) {

@@ -105,6 +105,7 @@ void JanusTransport::EndAllFeeds(const std::string& reason) {
 void JanusTransport::OnOpened(bool isFormer) {
     if (hasEnded) return;
     lostSince.reset();
+    if (std::exchange(lossIsTold, false) && events.restored) events.restored();
     if (isFormer) {
         // What was said meanwhile is lost.
         if (JanusPublisher* const camera = FindOwn(StreamType::Camera)) {
@@ -146,7 +147,8 @@ void JanusTransport::OnServerLost() {
     lostSince = Clock::now();
     loop.PostAfter(kServerPatience, [this, alive = life] {
         if (!*alive || hasEnded || !hasEntered || !lostSince) return;
-        if (Clock::now() - *lostSince >= kServerPatience) events.dropped(true);
+        if (Clock::now() - *lostSince < kServerPatience || std::exchange(lossIsTold, true)) return;
+        events.dropped(true);
     });
 }
 
@@ -195,6 +197,8 @@ void JanusTransport::AddFeed(const JanusFeed& published) {
                    .name = facts->name,
                    .memberId = facts->memberId,
                    .type = facts->type,
+                   .isExternalSource = !facts->isOurs || facts->type == StreamType::ExternalScreen,
+                   .reportsItself = true,
                    .media = receiver});
 }
 
@@ -296,6 +300,9 @@ std::shared_ptr<JanusPublisher> JanusTransport::MakePublisher(StreamType type, c
                                 .feedId = StreamIdOf(ownId, type),
                                 .display = WriteFeedFacts({name, ownId, type, true}),
                                 .name = "the server"};
+    publisherEvents.measured = [this, way = facts.feedId](const PeerStatistics& statistics) {
+        sentFigures.Set(way, statistics);
+    };
     return std::make_shared<JanusPublisher>(loop, *client, std::move(facts), std::move(publisherEvents));
 }
 
@@ -340,6 +347,7 @@ std::shared_ptr<LocalFeed> JanusTransport::PublishStream(StreamType type, const 
 void JanusTransport::Unpublish(StreamType type) {
     const auto place = own.find(type);
     if (place == own.end()) return;
+    sentFigures.Forget(StreamIdOf(ownId, type));
     // The camera's publisher is also the way into the room.
     if (type == StreamType::Camera) {
         place->second->SetStream(nullptr);

@@ -18,6 +18,7 @@
 #include "engine/janus/JanusPublisher.h"
 #include "engine/janus/JanusReceiver.h"
 #include "engine/janus/RoomTexts.h"
+#include "engine/transport/SentFigures.h"
 #include "engine/transport/Transport.h"
 
 namespace Corvanta::Engine {
@@ -61,6 +62,7 @@ public:
     void SetCameraTracks(const LocalTracks& tracks) override;
     void SetOutboundBitrate(uint32_t bitsPerSecond) override;
     void SetCameraAdaptation(const VideoFrameAdaptation& adaptation) override;
+    [[nodiscard]] std::vector<ParticipantFigures> OwnFigures() const override { return sentFigures.All(); }
     void Configure(const std::string& streamId, const TrackSwitches& switches) override;
     void RequestRestart(const std::string& streamId, const RestartRequest& request) override;
     void Mute(const std::string& streamId) override;
@@ -111,6 +113,9 @@ private:
     std::optional<Clock::time_point> lostSince;
     bool hasEntered = false;
     bool hasEnded = false;
+    // The user knows that the server is lost.
+    bool lossIsTold = false;
+    SentFigures sentFigures;
     // Ends the tasks that were planned when the transport goes.
     const std::shared_ptr<bool> life = std::make_shared<bool>(true);
 };

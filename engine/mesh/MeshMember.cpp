@@ -47,8 +47,7 @@ std::shared_ptr<PeerStream> MeshMember::MakeStream(StreamType type, const std::s
             },
         .measured =
             [this, type](const PeerStatistics& statistics) {
-                if (type == StreamType::Camera && statistics.remoteLossShare)
-                    events.lost(type, *statistics.remoteLossShare);
+                if (type == StreamType::Camera) events.measured(type, statistics);
             }};
     return std::make_shared<PeerStream>(loop, std::move(options), std::move(streamEvents), mixer);
 }
@@ -114,24 +113,26 @@ void MeshMember::OpenSending(StreamType type, Sending& sending) {
                     .receives = false,
                     .channelLabel = {},
                     .loopbackOnly = facts.loopbackOnly},
-        PeerLinkEvents{.description =
-                           [this, link](const std::string& text) {
-                               events.send(Description{link, text});
-                           },
-                       .candidate =
-                           [this, link](std::uint32_t mediaLine, const std::string& text) {
-                               events.send(Candidate{link, mediaLine, text});
-                           },
-                       .connection = [](bool) {},
-                       .channel = [](bool) {},
-                       .message = [](const std::string&) {},
-                       .drained = [] {},
-                       .picture = {},
-                       .loudness = {},
-                       .measured =
-                           [this, type](const PeerStatistics& statistics) {
-                               if (statistics.remoteLossShare) events.lost(type, *statistics.remoteLossShare);
-                           }},
+        PeerLinkEvents{
+            .description =
+                [this, link](const std::string& text) {
+                    events.send(Description{link, text});
+                },
+            .candidate =
+                [this, link](std::uint32_t mediaLine, const std::string& text) {
+                    events.send(Candidate{link, mediaLine, text});
+                },
+            .connection =
+                [this, type](bool isConnected) {
+                    if (!isConnected) events.unreached(type);
+                },
+            .channel = [](bool) {},
+            .message = [](const std::string&) {},
+            .drained = [] {},
+            .picture = {},
+            .loudness = {},
+            .measured = [this,
+                         type](const PeerStatistics& statistics) { events.measured(type, statistics); }},
         nullptr);
     sending.link->Peer().SetFeed(sending.stream->Feed());
     static_cast<void>(sending.link->Start());
@@ -186,6 +187,7 @@ void MeshMember::TakeKind(const MeshMessages::Publish& message) {
                        .name = message.name.empty() ? facts.name : message.name,
                        .memberId = facts.id,
                        .type = message.type,
+                       .isExternalSource = message.type == StreamType::ExternalScreen,
                        .reportsItself = true,
                        .media = joining});
         return;

@@ -23,8 +23,9 @@ struct MeshMemberEvents {
     std::function<void(const MeshMessage& message)> send;
     std::function<void(ParticipantDescription description)> joined;
     std::function<void(const std::string& streamId, const std::string& reason)> left;
-    // The share of a stream's packets that the member loses.
-    std::function<void(StreamType type, double share)> lost;
+    // How a stream of the local user's does on its way to the member; and that it does not reach it.
+    std::function<void(StreamType type, const PeerStatistics& statistics)> measured;
+    std::function<void(StreamType type)> unreached;
     // The member asks it of the local user.
     std::function<void(StreamType type)> muted;
     std::function<void()> removed;
@@ -71,7 +72,6 @@ public:
     void SendText(const std::string& text) { camera->Send(text); }
 
     [[nodiscard]] const std::string& Id() const { return facts.id; }
-    [[nodiscard]] bool IsLost() const { return isLost; }
 
 private:
     struct Sending {

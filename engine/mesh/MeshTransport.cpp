@@ -57,7 +57,7 @@ std::string MeshTransport::OwnId() const {
 }
 
 void MeshTransport::OnEntered(const std::string& id, const std::vector<RoomMember>& others) {
-    hubIsLost = false;
+    OnHubFound();
     // We were given up meanwhile; nobody knows us any more, and all is made anew.
     ForgetAll("the room was entered again");
     {
@@ -92,11 +92,15 @@ MeshMemberEvents MeshTransport::EventsOf(const std::string& memberId) {
             .joined = [this](ParticipantDescription description) { events.joined(std::move(description)); },
             .left = [this](const std::string& streamId,
                            const std::string& reason) { events.left(streamId, reason); },
-            .lost =
-                [this, memberId](StreamType type, double share) {
-                    if (const auto stream = own.find(type); stream != own.end())
-                        stream->second.stream->ReportLoss(memberId, share);
+            .measured =
+                [this, memberId](StreamType type, const PeerStatistics& statistics) {
+                    // The camera's way carries theirs too, and has its figures there.
+                    if (type != StreamType::Camera) sentFigures.Set(StreamIdOf(memberId, type), statistics);
+                    const auto stream = own.find(type);
+                    if (stream != own.end() && statistics.remoteLossShare)
+                        stream->second.stream->ReportLoss(memberId, *statistics.remoteLossShare);
                 },
+            .unreached = [this, memberId](StreamType type) { ForgetFigures(memberId, type); },
             .muted =
                 [this](StreamType type) {
                     if (type == StreamType::Camera) {
@@ -136,8 +140,14 @@ void MeshTransport::Forget(const std::string& memberId, const std::string& reaso
     if (place == members.end()) return;
     const auto gone = place->second;
     members.erase(place);
-    for (const auto& [type, stream] : own) stream.stream->ForgetReceiver(memberId);
+    for (const auto& [type, stream] : own) ForgetFigures(memberId, type);
     gone->Leave(reason);
+}
+
+void MeshTransport::ForgetFigures(const std::string& memberId, StreamType type) {
+    sentFigures.Forget(StreamIdOf(memberId, type));
+    if (const auto stream = own.find(type); stream != own.end())
+        stream->second.stream->ForgetReceiver(memberId);
 }
 
 void MeshTransport::ForgetAll(const std::string& reason) {
@@ -149,13 +159,21 @@ void MeshTransport::ForgetAll(const std::string& reason) {
 
 void MeshTransport::OnHubLost() {
     hubIsLost = true;
-    loop.PostAfter(kHubPatience, [this, weak = std::weak_ptr<bool>(life)] {
-        if (const auto alive = weak.lock(); alive && *alive && hubIsLost) events.dropped(true);
+    loop.PostAfter(kHubPatience, [this, weak = std::weak_ptr<bool>(life), loss = ++hubLosses] {
+        const auto alive = weak.lock();
+        if (!alive || !*alive || !hubIsLost || hubLosses != loss) return;
+        lossIsTold = true;
+        events.dropped(true);
     });
 }
 
-void MeshTransport::OnHubBack() {
+void MeshTransport::OnHubFound() {
     hubIsLost = false;
+    if (std::exchange(lossIsTold, false) && events.restored) events.restored();
+}
+
+void MeshTransport::OnHubBack() {
+    OnHubFound();
     for (const auto& [id, member] : std::map(members)) member->OnWayLost();
 }
 
@@ -207,7 +225,10 @@ void MeshTransport::TellPublished(StreamType type) {
 void MeshTransport::Unpublish(StreamType type) {
     const auto place = own.find(type);
     if (place == own.end()) return;
-    for (const auto& [id, member] : members) member->Unpublish(type);
+    for (const auto& [id, member] : members) {
+        member->Unpublish(type);
+        ForgetFigures(id, type);
+    }
     place->second.stream->Close();
     own.erase(place);
 }

@@ -14,6 +14,7 @@
 #include "engine/common/EngineLoop.h"
 #include "engine/mesh/MeshMember.h"
 #include "engine/signalling/HubClient.h"
+#include "engine/transport/SentFigures.h"
 #include "engine/transport/SentStream.h"
 #include "engine/transport/Transport.h"
 
@@ -50,6 +51,7 @@ public:
     void SetCameraTracks(const LocalTracks& tracks) override;
     void SetOutboundBitrate(uint32_t bitsPerSecond) override;
     void SetCameraAdaptation(const VideoFrameAdaptation& adaptation) override;
+    [[nodiscard]] std::vector<ParticipantFigures> OwnFigures() const override { return sentFigures.All(); }
     void Configure(const std::string& streamId, const TrackSwitches& switches) override;
     void RequestRestart(const std::string& streamId, const RestartRequest& request) override;
     void Mute(const std::string& streamId) override;
@@ -69,9 +71,12 @@ private:
     void OnFailed(const std::string& line);
     void Add(const RoomMember& member, bool offers);
     [[nodiscard]] MeshMemberEvents EventsOf(const std::string& memberId);
+    void OnHubFound();
     // It has left for good.
     void Forget(const std::string& memberId, const std::string& reason);
     void ForgetAll(const std::string& reason);
+    // What the member has last said of the own stream of that kind.
+    void ForgetFigures(const std::string& memberId, StreamType type);
     void OnRemoved();
     [[nodiscard]] std::shared_ptr<LocalFeed> Publish(StreamType type, const std::string& name,
                                                      const LocalTracks& tracks);
@@ -92,6 +97,10 @@ private:
     bool hasEntered = false;
     bool isStopped = false;
     bool hubIsLost = false;
+    // Tells one loss of the hub from the next; and whether the user knows of it.
+    unsigned hubLosses = 0;
+    bool lossIsTold = false;
+    SentFigures sentFigures;
     // Ends the tasks that were planned when the transport goes.
     const std::shared_ptr<bool> life = std::make_shared<bool>(true);
 

@@ -52,9 +52,10 @@ std::uint32_t BitrateRule::Report(double lossShare, Clock::time_point now) {
 }
 
 void BitrateRule::SetBounds(std::uint32_t lowestBitrate, std::uint32_t highestBitrate) {
+    const bool isUnlimited = bitrate == highest;
     lowest = lowestBitrate;
     highest = std::max(lowestBitrate, highestBitrate);
-    bitrate = std::clamp(bitrate, lowest, highest);
+    bitrate = isUnlimited ? highest : std::clamp(bitrate, lowest, highest);
 }
 
 }  // namespace Corvanta::Engine

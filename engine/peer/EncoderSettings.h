@@ -38,7 +38,7 @@ public:
     // from then on: a fifth less after each two seconds of more than 10 % loss, a twentieth more with each
     // report, at most one a second, of less than 2 %.
     std::uint32_t Report(double lossShare, Clock::time_point now);
-    // Other bounds; the bit rate is brought between them.
+    // Other bounds. The bit rate is brought between them, and to the highest where no loss has lowered it.
     void SetBounds(std::uint32_t lowest, std::uint32_t highest);
     [[nodiscard]] std::uint32_t Bitrate() const { return bitrate; }
 

@@ -58,7 +58,7 @@ public:
     // it has it soon.
     void PushPicture(std::shared_ptr<const MappedPicture> picture);
     // Interleaved native floats, 48,000 a second on two channels, as SoundMixer::Format says. `due` is when
-    // it was captured, on the clock of GStreamer's system; GST_CLOCK_TIME_NONE for now. Sound that comes
+    // it was captured, on the clock of GStreamer's system; GST_CLOCK_TIME_NONE: at once. Sound that comes
     // steadily is sent without gaps.
     void PushSound(GstBuffer* samples, GstClockTime due);
 

@@ -89,7 +89,6 @@ public:
     // At most 16 KiB without a zero byte, in order and without loss; never waits. False for any other text,
     // when no channel is open, or when 16 MiB wait already, where each counts half a KiB more than it has.
     [[nodiscard]] bool SendText(const std::string& text);
-    [[nodiscard]] bool CanSendText() const { return session && session->Texts().IsOpen(); }
 
     // Null for none. Nothing is sent where the options have no room for a feed.
     void SetFeed(std::shared_ptr<OutboundFeed> sentFeed);

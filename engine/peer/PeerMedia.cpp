@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "engine/peer/EncoderSettings.h"
+#include "engine/peer/Vp8Frame.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -79,6 +80,24 @@ PeerMedia::PeerMedia(std::string peerName, std::shared_ptr<SoundMixer> mixer,
                 }),
       audioSink(std::move(mixer)) {}
 
+GstPadProbeReturn PeerMedia::DropHugePictures(GstPad*, GstPadProbeInfo* probe, gpointer data) {
+    auto* const self = static_cast<PeerMedia*>(data);
+    GstMapInfo frame;
+    GstBuffer* buffer = GST_PAD_PROBE_INFO_BUFFER(probe);
+    if (buffer == nullptr || gst_buffer_map(buffer, &frame, GST_MAP_READ) == FALSE) return GST_PAD_PROBE_OK;
+    const auto size = ReadKeyFrameSize({frame.data, frame.size});
+    gst_buffer_unmap(buffer, &frame);
+    // Those that build on a key frame share its lot.
+    if (size) {
+        self->isHuge = std::int64_t{size->width} * size->height > kMostDecodedPixels;
+        if (self->isHuge && !std::exchange(self->hugeWasLogged, true)) {
+            LOG(kLogWarning, "\"%s\" sends pictures of %d x %d, which are not shown", self->name.c_str(),
+                size->width, size->height);
+        }
+    }
+    return self->isHuge ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+}
+
 GstElement* PeerMedia::MakeVideoBin() {
     GstElement* decoder = ParseBin(
         "queue ! rtpvp8depay request-keyframe=true wait-for-keyframe=true ! vp8dec name=decoder threads=1",
@@ -87,6 +106,9 @@ GstElement* PeerMedia::MakeVideoBin() {
     const GstOwned<GstElement> decoding(gst_bin_get_by_name(GST_BIN(decoder), "decoder"));
     const GstOwned<GstPad> decoded(gst_element_get_static_pad(decoding.get(), "src"));
     gst_pad_add_probe(decoded.get(), GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, NameColor, nullptr, nullptr);
+    // A few bytes can announce a picture of gigabytes: the frame's header is looked at ahead of the decoder.
+    const GstOwned<GstPad> undecoded(gst_element_get_static_pad(decoding.get(), "sink"));
+    gst_pad_add_probe(undecoded.get(), GST_PAD_PROBE_TYPE_BUFFER, DropHugePictures, this, nullptr);
     const GstOwned<GstCaps> caps(gst_caps_from_string("video/x-raw,format=I420"));
     return Join(decoder, videoSink.MakeBin(caps.get(), false));
 }

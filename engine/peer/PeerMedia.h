@@ -47,11 +47,15 @@ public:
 private:
     [[nodiscard]] GstElement* MakeVideoBin();
     [[nodiscard]] GstElement* MakeAudioBin();
+    // What comes from the network is not decoded beyond a size.
+    static GstPadProbeReturn DropHugePictures(GstPad* pad, GstPadProbeInfo* probe, gpointer self);
 
     const std::string name;
     VideoSink videoSink;
     AudioSink audioSink;
     std::atomic<double> gain = 1.0;
+    // The thread that brings the frames alone.
+    bool isHuge = false, hugeWasLogged = false;
     std::atomic<bool> hasVideo = false, hasAudio = false;
     std::atomic<bool> videoDecoded = true, audioDecoded = true;
     std::atomic<std::uint64_t> pictures = 0;

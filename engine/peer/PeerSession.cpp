@@ -4,12 +4,13 @@
 #include <gst/sdp/sdp.h>
 #include <gst/video/video.h>
 
-#include <algorithm>
+#include <atomic>
 #include <chrono>
+#include <mutex>
 #include <string_view>
 #include <utility>
 
-#include "engine/peer/PeerDescription.h"
+#include "engine/peer/PeerCertificate.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -25,6 +26,8 @@ constexpr GstClockTime kQueuedPackets = GST_SECOND;
 // Whoever sends or receives pictures sends reports at least this often, and who has a channel answers what
 // comes over it, so that silence means that the peer is gone.
 constexpr guint64 kReportInterval = 500 * GST_MSECOND;
+// Sources of packets of one peer: those of a picture and a sound, and of what is sent again.
+constexpr guint kMostStreams = 8;
 constexpr milliseconds kWatchInterval{500};
 constexpr milliseconds kLongestSilence{4000};
 // What a connection may take to come about.
@@ -50,6 +53,11 @@ bool IsMadeBy(GstElement* element, std::string_view factoryName) {
 
 struct PeerSession::Heard {
     std::atomic<std::int64_t> lastMs = NowMs();
+    // Of the certificate that the peer has shown: whether it is the one that its description names.
+    std::atomic<bool> isGenuine = false, isForged = false;
+
+    std::mutex fingerprintsMutex;  // guards: fingerprints
+    std::vector<std::string> fingerprints;
 };
 
 struct PeerSession::Link {
@@ -182,19 +190,46 @@ void PeerSession::ConnectSignals() {
                 // fits in one is shown without waiting for another.
                 g_object_set(element, "rtcp-min-interval", kReportInterval, "probation", 0U, nullptr);
             }
+            // A peer has one picture and one sound; each further source would be a thread.
+            if (IsMadeBy(element, "rtpbin")) g_object_set(element, "max-streams", kMostStreams, nullptr);
+            if (IsMadeBy(element, "dtlsdec")) {
+                g_signal_connect_data(
+                    element, "notify::peer-pem", G_CALLBACK(OnCertificate), new Link(*link),
+                    [](gpointer data, GClosure*) { DeleteLink(data); }, GConnectFlags{});
+            }
             if (!IsMadeBy(element, "nicesrc")) return;
             const GstOwned<GstPad> pad(gst_element_get_static_pad(element, "src"));
             gst_pad_add_probe(
                 pad.get(),
                 static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_BUFFER_LIST),
                 [](GstPad*, GstPadProbeInfo*, gpointer data) -> GstPadProbeReturn {
-                    (*static_cast<std::shared_ptr<Heard>*>(data))->lastMs = NowMs();
+                    Heard& known = **static_cast<std::shared_ptr<Heard>*>(data);
+                    if (known.isForged) return GST_PAD_PROBE_DROP;
+                    known.lastMs = NowMs();
                     return GST_PAD_PROBE_OK;
                 },
                 new std::shared_ptr<Heard>(link->heard),
                 [](gpointer data) { delete static_cast<std::shared_ptr<Heard>*>(data); });
         }),
         MakeLink(), [](gpointer data, GClosure*) { DeleteLink(data); }, GConnectFlags{});
+}
+
+void PeerSession::OnCertificate(GstElement* element, GParamSpec*, Link* link) {
+    gchar* pem = nullptr;
+    g_object_get(element, "peer-pem", &pem, nullptr);
+    if (pem == nullptr) return;
+    bool fits = false;
+    {
+        const std::lock_guard lock(link->heard->fingerprintsMutex);
+        fits = FitsCertificate(link->heard->fingerprints, pem);
+    }
+    g_free(pem);
+    if (fits) {
+        link->heard->isGenuine = true;
+        return;
+    }
+    link->heard->isForged = true;
+    Post(*link, [](PeerSession& self) { self.End("somebody else answers in its place"); });
 }
 
 void PeerSession::SetUpAgent() {
@@ -335,6 +370,10 @@ void PeerSession::SetRemote(const std::string& sdp, bool isOffer) {
     if (!pipeline || gst_sdp_message_new_from_text(sdp.c_str(), &message) != GST_SDP_OK) return;
     GstWebRTCSessionDescription* description = gst_webrtc_session_description_new(
         isOffer ? GST_WEBRTC_SDP_TYPE_OFFER : GST_WEBRTC_SDP_TYPE_ANSWER, message);
+    {
+        const std::lock_guard lock(heard->fingerprintsMutex);
+        heard->fingerprints = FingerprintsOf(sdp);
+    }
     GstPromise* promise = MakePromise([isOffer](PeerSession& self, const GstStructure* reply) {
         GError* error = nullptr;
         if (reply != nullptr && gst_structure_has_field(reply, "error") != FALSE) {
@@ -392,6 +431,8 @@ void PeerSession::OnConnectionState() {
         End("the network does not reach it");
     } else if (state == GST_WEBRTC_PEER_CONNECTION_STATE_CLOSED) {
         End("it has closed the connection");
+    } else if (state == GST_WEBRTC_PEER_CONNECTION_STATE_CONNECTED && !heard->isGenuine) {
+        End("it has shown no certificate");
     } else if (state == GST_WEBRTC_PEER_CONNECTION_STATE_CONNECTED && !std::exchange(isConnected, true)) {
         if (videoOutlet) videoOutlet->Open();
         if (audioOutlet) audioOutlet->Open();

@@ -83,6 +83,8 @@ private:
 
     void ConnectSignals();
     void SetUpAgent();
+    // The thread of the handshake.
+    static void OnCertificate(GstElement* element, GParamSpec* property, Link* link);
     [[nodiscard]] std::shared_ptr<PacketOutlet> AddSender(bool isVideo);
     void AddReceiver(bool isVideo);
     void AddMedia();
@@ -99,7 +101,7 @@ private:
     // Runs a task on the engine's thread while the session is open. Any thread.
     static void Post(const Link& link, std::function<void(PeerSession&)> task);
     static void DeleteLink(gpointer data);
-    // A promise whose reply goes to `handler` on the engine's thread; null for a reply that nobody needs.
+    // A promise whose reply goes to `handler` on the engine's thread.
     [[nodiscard]] GstPromise* MakePromise(std::function<void(PeerSession&, const GstStructure*)> handler);
 
     EngineLoop& loop;

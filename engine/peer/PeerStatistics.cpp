@@ -82,7 +82,7 @@ PeerReport ReadReport(const GstStructure* stats) {
 PeerStatistics StatisticsRates::Add(const PeerReport& report, Clock::time_point now) {
     PeerStatistics statistics;
     statistics.jitterMs = report.jitterMs;
-    lastRoundTripMs = report.roundTripMs.value_or(lastRoundTripMs);
+    if (report.roundTripMs) lastRoundTripMs = report.roundTripMs;
     statistics.roundTripMs = lastRoundTripMs;
     statistics.remoteLossShare = report.remoteLossShare;
     statistics.width = report.width;

@@ -37,7 +37,8 @@ struct PeerStatistics {
     double lossShare = 0;
     std::optional<double> remoteLossShare;
     double jitterMs = 0;
-    double roundTripMs = 0;
+    // The last that was told; nothing where none ever was, as on a way that only receives.
+    std::optional<double> roundTripMs;
     // Pictures a second that were decoded, and their size.
     double frameRate = 0;
     int width = 0, height = 0;
@@ -56,7 +57,7 @@ public:
 private:
     std::optional<PeerReport> last;
     Clock::time_point lastTime;
-    double lastRoundTripMs = 0;
+    std::optional<double> lastRoundTripMs;
 };
 
 }  // namespace Corvanta::Engine

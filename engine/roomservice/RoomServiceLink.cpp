@@ -35,7 +35,8 @@ Profile LocalUser() {
 
 RoomServiceLink::RoomServiceLink(const EngineOptions& options)
     : client(ServiceOf(options)),
-      notes(client, options.isPrivate ? std::string() : options.room, [](const std::string& text) { NotesListener().Call(text); }) {}
+      notes(client, options.isPrivate ? std::string() : options.room,
+            [](const std::string& text) { NotesListener().Call(text); }) {}
 
 void RoomServiceLink::Start() {
     const Profile user = LocalUser();

@@ -22,7 +22,7 @@ public:
 
     virtual void PushPicture(std::shared_ptr<const MappedPicture> picture) = 0;
     // In the format that SoundMixer::Format says. `due`: when it belongs to what is seen, on the clock of
-    // GStreamer's system; GST_CLOCK_TIME_NONE for now.
+    // GStreamer's system; GST_CLOCK_TIME_NONE: at once.
     virtual void PushSound(GstBuffer* samples, GstClockTime due) = 0;
 };
 

@@ -46,6 +46,8 @@ struct ParticipantMediaEvents {
     std::function<void(double)> loudness;
     // It is known that there is no picture, at least until another connection is made.
     std::function<void()> withoutPicture;
+    // Its publisher has switched its sound on or off.
+    std::function<void(bool isOn)> soundPublished = {};
     // The connection was lost, or is back.
     std::function<void(bool lost)> connection;
     // The way for texts is open, or is no longer. Each opening is one of a new channel.

@@ -2,7 +2,14 @@
 
 #include <utility>
 
+#include "engine/peer/TextChannel.h"
+#include "engine/signalling/TextPieces.h"
+#include "engine/transport/SentFigures.h"
+
 namespace Corvanta::Engine {
+
+// Otherwise a piece would be refused for ever.
+static_assert(kLongestPiece <= TextChannel::kMaxTextBytes);
 
 PeerStream::PeerStream(EngineLoop& engineLoop, const PeerOptions& options, PeerStreamEvents streamEvents,
                        const std::shared_ptr<SoundMixer>& mixer)
@@ -59,15 +66,7 @@ PeerLinkEvents PeerStream::LinkEvents() {
                 [this](const PeerStatistics& statistics) {
                     {
                         const std::lock_guard lock(figuresMutex);
-                        figures = {.receivedRate = statistics.downloadRate,
-                                   .sentRate = statistics.uploadRate,
-                                   .jitterMs = statistics.jitterMs,
-                                   .roundTripMs = statistics.roundTripMs,
-                                   .lossShare = statistics.lossShare,
-                                   .frameRate = statistics.frameRate,
-                                   .width = statistics.width,
-                                   .height = statistics.height,
-                                   .codec = statistics.videoCodec};
+                        figures = FiguresFrom(statistics);
                     }
                     if (events.measured) events.measured(statistics);
                 }};
@@ -97,8 +96,10 @@ void PeerStream::OnChannel(bool isNew) {
 }
 
 void PeerStream::SetPublished(const LocalTracks& wanted) {
-    if (std::exchange(published, wanted) == wanted || !isOpen) return;
+    const LocalTracks before = std::exchange(published, wanted);
+    if (before == wanted || !isOpen) return;
     if (!published.video) handlers.withoutPicture();
+    if (before.audio != published.audio && handlers.soundPublished) handlers.soundPublished(published.audio);
 }
 
 void PeerStream::Lose() {

@@ -49,6 +49,8 @@ struct TransportEvents {
 
     // The way to the others broke, and whether it is tried again.
     std::function<void(bool willRetry)> dropped;
+    // The way to the others is there again.
+    std::function<void()> restored = {};
     // Another one has switched the local user's microphone off for all.
     std::function<void()> muted;
 
@@ -109,6 +111,9 @@ public:
     virtual void SetOutboundBitrate(uint32_t bitsPerSecond) = 0;
     // Size and bit rate of the camera's pictures as the room shows them at the moment.
     virtual void SetCameraAdaptation(const VideoFrameAdaptation& adaptation) = 0;
+
+    // Any thread, from memory: of the ways on which nothing but the local user's own streams goes.
+    [[nodiscard]] virtual std::vector<ParticipantFigures> OwnFigures() const = 0;
 
     // For one of the local user's own streams: switches parts of it for all who receive it, or connects it
     // again. Unknown ids are ignored.

@@ -30,9 +30,8 @@ public:
     // A participant has delivered a picture.
     void ReportPicture(Number participant);
 
-    // Who spoke last, or speaks now. Until anybody has spoken: of those who have a picture, the one
-    // who joined first.
-    // Nothing when there is none.
+    // Who spoke last, or speaks now. Until anybody has spoken: of those who have a picture, the one who joined
+    // first. Nothing when there is none.
     [[nodiscard]] std::optional<Number> Get() const;
 
 private:

@@ -18,7 +18,7 @@ namespace Corvanta::Engine {
 class AudioSink final {
 public:
     // Sound in the mixer's format on the pipeline's streaming thread, ahead of the gain, with when it is due
-    // on the clock of GStreamer's system; GST_CLOCK_TIME_NONE for now.
+    // on the clock of GStreamer's system; GST_CLOCK_TIME_NONE: at once.
     using Listener = std::function<void(GstBuffer* samples, GstClockTime due)>;
 
     // Without a mixer the sound is not heard; the listener may be empty.

@@ -132,6 +132,19 @@ TEST(FeedFacts, BelongToTheFeedThatTheyNameAlone) {
     EXPECT_FALSE(ReadFeedFacts("ab-", R"({"corvanta":1,"member":"ab","stream":""})"));
 }
 
+TEST(FeedFacts, OfAnotherVersionAreItsNameAlone) {
+    for (const char* version : {"2", "0", "\"1\"", "null", "[]"}) {
+        std::string text = R"({"corvanta":)";
+        text += version;
+        text += R"(,"name":"Ada","member":"ab12","stream":"camera"})";
+        const auto facts = ReadFeedFacts("ab12-camera", text);
+        ASSERT_TRUE(facts) << version;
+        EXPECT_EQ(facts->name, "Ada");
+        EXPECT_EQ(facts->memberId, "ab12-camera");
+        EXPECT_FALSE(facts->isOurs);
+    }
+}
+
 TEST(FeedFacts, OfAForeignProgramAreItsName) {
     const auto facts = ReadFeedFacts("1234", "Somebody");
     ASSERT_TRUE(facts);

@@ -63,12 +63,27 @@ TEST_F(BitrateRuleTest, KeepsToItsBounds) {
 }
 
 TEST_F(BitrateRuleTest, RisesByATwentiethEachSecondWithoutLoss) {
-    rule.SetBounds(100'000, 100'000);
-    rule.SetBounds(100'000, 1'000'000);
-    EXPECT_EQ(rule.Report(0.01, start), 105'000U);
-    EXPECT_EQ(rule.Report(0.01, start + milliseconds(100)), 105'000U);
-    EXPECT_EQ(rule.Report(0.05, start + seconds(1)), 105'000U);
-    EXPECT_EQ(rule.Report(0.01, start + seconds(2)), 110'250U);
+    for (int second = 0; second < 200; ++second) (void)rule.Report(1, start + seconds(second));
+    const auto later = start + seconds(200);
+    EXPECT_EQ(rule.Report(0.01, later), 105'000U);
+    EXPECT_EQ(rule.Report(0.01, later + milliseconds(100)), 105'000U);
+    EXPECT_EQ(rule.Report(0.05, later + seconds(1)), 105'000U);
+    EXPECT_EQ(rule.Report(0.01, later + seconds(2)), 110'250U);
+}
+
+TEST_F(BitrateRuleTest, FollowsAnotherHighestAtOnceWhereNothingWasLost) {
+    rule.SetBounds(100'000, 2'000'000);
+    EXPECT_EQ(rule.Bitrate(), 2'000'000U);
+    rule.SetBounds(100'000, 500'000);
+    EXPECT_EQ(rule.Bitrate(), 500'000U);
+}
+
+TEST_F(BitrateRuleTest, ClimbsToAnotherHighestWhereLossHadLoweredIt) {
+    (void)rule.Report(1, start);
+    (void)rule.Report(1, start + seconds(2));
+    const auto lowered = rule.Bitrate();
+    rule.SetBounds(100'000, 2'000'000);
+    EXPECT_EQ(rule.Bitrate(), lowered);
 }
 
 }  // namespace

@@ -156,14 +156,14 @@ PeerPair::~PeerPair() {
 void PeerPair::Make(PeerEnd& end, PeerEnd& other, PeerOptions options) {
     const auto hand = [this](std::function<void()> task) { running.loop.Post(std::move(task)); };
     PeerEvents events{.onDescription =
-                          [hand, &end, &other](const std::string& text) {
+                          [this, hand, &end, &other](const std::string& text) {
                               {
                                   const std::lock_guard lock(end.mutex);
                                   end.lastDescription = text;
                               }
                               ++end.descriptions;
-                              hand([&other, text] {
-                                  if (other.connection) other.connection->TakeDescription(text);
+                              hand([&other, handed = onTheWay ? onTheWay(text) : text] {
+                                  if (other.connection) other.connection->TakeDescription(handed);
                               });
                           },
                       .onCandidate =

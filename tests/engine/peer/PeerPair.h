@@ -91,6 +91,8 @@ public:
     [[nodiscard]] PeerStatistics Statistics(PeerEnd& end);
 
     PeerEnd offerer, answerer;
+    // What becomes of each description on its way; as it is without it. To be set before Start.
+    std::function<std::string(std::string)> onTheWay;
 
 private:
     void Make(PeerEnd& end, PeerEnd& other, PeerOptions options);

@@ -64,7 +64,7 @@ TEST_F(StatisticsRatesTest, KeepTheLastRoundTripWhereNoneIsTold) {
     PeerReport told = first;
     told.roundTripMs = 12;
     (void)rates.Add(told, start);
-    EXPECT_DOUBLE_EQ(rates.Add(first, start + seconds(1)).roundTripMs, 12);
+    EXPECT_EQ(rates.Add(first, start + seconds(1)).roundTripMs, 12);
 }
 
 }  // namespace

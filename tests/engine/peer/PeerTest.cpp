@@ -390,7 +390,7 @@ TEST_F(PeerTest, FiguresSayWhatTheConnectionDoes) {
         return down.downloadRate > 20'000 && up.uploadRate > 20'000 && up.roundTripMs > 0 &&
                up.remoteLossShare && down.frameRate > 5;
     })) << down.downloadRate
-        << " " << up.uploadRate << " " << up.roundTripMs << " " << down.frameRate;
+        << " " << up.uploadRate << " " << up.roundTripMs.value_or(-1) << " " << down.frameRate;
     EXPECT_EQ(down.width, 320);
     EXPECT_EQ(down.height, 180);
     EXPECT_EQ(down.videoCodec, "VP8");
@@ -428,6 +428,25 @@ TEST_F(PeerTest, GarbageIsRefusedAndTheConnectionGoesOn) {
     EXPECT_TRUE(Eventually([&] { return pair.answerer.pictures > before + 5; }));
     EXPECT_EQ(pair.offerer.disconnects, 0);
     EXPECT_EQ(pair.answerer.disconnects, 0);
+}
+
+TEST_F(PeerTest, IsNotConnectedWithOneWhoShowsAnotherCertificate) {
+    PeerPair pair(running);
+    pair.onTheWay = [](std::string text) {
+        // Another digit in each digest.
+        const std::string mark = "fingerprint:sha-256 ";
+        for (auto place = text.find(mark); place != std::string::npos; place = text.find(mark, place + 1)) {
+            char& digit = text[place + mark.size()];
+            digit = digit == '0' ? '1' : '0';
+        }
+        return text;
+    };
+    pair.Start(nullptr, nullptr);
+    EXPECT_TRUE(Eventually([&] { return pair.offerer.disconnects > 0 && pair.answerer.disconnects > 0; }));
+    EXPECT_EQ(pair.offerer.connects, 0);
+    EXPECT_EQ(pair.answerer.connects, 0);
+    EXPECT_EQ(pair.offerer.channels, 0);
+    EXPECT_EQ(pair.answerer.channels, 0);
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ constexpr std::chrono::milliseconds kOfferInterval{50};
 // How often the library is asked how the camera is to be sent.
 constexpr std::chrono::milliseconds kAdaptationInterval{500};
 // How long the transport may take to let the local user in.
-constexpr std::chrono::seconds kEntryPatience{10};
+constexpr std::chrono::seconds kEntryPatience{30};
 
 struct Registry {
     static Registry& Get() {

@@ -11,6 +11,7 @@
 #include "engine/Engine.h"
 #include "engine/EngineSettings.h"
 #include "engine/common/EngineLoop.h"
+#include "engine/common/NetworkTypes.h"
 #include "engine/connections/TransportChoice.h"
 #include "engine/logger/Logger.h"
 #include "engine/webrtc/GstSupport.h"
@@ -51,6 +52,7 @@ Engine::EngineOptions EngineOptionsFrom(const GuestOptions& options) {
 std::optional<std::string> Prepare(const GuestOptions& options) {
     Engine::ConfigureLog(kLogWarning, {});
     if (!Engine::EnsureGStreamer()) return "GStreamer cannot start";
+    Engine::EnsureNetworkTypes();
     if (auto problem = Engine::CheckInstallation()) return problem;
     Engine::SetCurrentOptions(EngineOptionsFrom(options));
     if (auto problem = Engine::CheckTransport(EngineOptionsFrom(options))) return problem;

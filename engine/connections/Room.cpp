@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "engine/common/CallTracker.h"
+#include "engine/common/NetworkTypes.h"
 #include "engine/configuration/ConfigurationStore.h"
 #include "engine/connections/ConnectionCallbacks.h"
 #include "engine/connections/RoomStatus.h"
@@ -83,6 +84,7 @@ bool Room::Open(const EngineOptions& options, std::string localDisplayName, std:
         return false;
     }
     if (!EnsureGStreamer()) return false;
+    EnsureNetworkTypes();
     CloseCurrent();
     Registry& registry = Registry::Get();
     const std::lock_guard life(registry.lifeMutex);

@@ -4,11 +4,13 @@
 
 #include <string>
 
+#include "engine/common/NetworkTypes.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
 
 SoupSession* MakeServiceSession(const ServiceAddress& address) {
+    EnsureNetworkTypes();
     SoupSession* session = nullptr;
     // Whatever proxy the user's environment names, the service is asked directly.
     if (address.url.empty()) {

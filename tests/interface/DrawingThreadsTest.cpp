@@ -81,15 +81,20 @@ protected:
         for (std::thread& thread : threads) thread.join();
     }
 
+    // Below the strip, whatever is the main video at that moment: only a tick may ask for its place.
+    static void MoveOverRoom(double x, double y) {
+        SDLinterface_PushMouseMoveEvent(0, static_cast<float>(x), static_cast<float>(0.3 + 0.6 * y));
+        Tick();
+    }
     static void DrawAndCommand(int ticks) {
         for (int tick = 0; tick < ticks; ++tick) {
             const DrawToolState state = ToolState(static_cast<uint32_t>(tick) / 4 % 8);
             if (tick % 4 == 0) SDLinterface_SetDrawToolState(&state);
             const double place = 0.2 + 0.01 * (tick % 50);
-            MoveTo(place, place);
+            MoveOverRoom(place, place);
             Press();
-            MoveTo(place + 0.05, place + 0.1);
-            MoveTo(place + 0.1, place + 0.05);
+            MoveOverRoom(place + 0.05, place + 0.1);
+            MoveOverRoom(place + 0.1, place + 0.05);
             Release();
             if (tick % 3 == 0) SDLinterface_UndoCurrentCanvas();
             if (tick % 5 == 0) SDLinterface_RedoCurrentCanvas();

@@ -99,7 +99,10 @@ void JanusTransport::End(const std::string& reason) {
 }
 
 void JanusTransport::EndAllFeeds(const std::string& reason) {
-    while (!feeds.empty()) RemoveFeed(feeds.begin()->first, reason);
+    while (!feeds.empty()) {
+        const std::string feedId = feeds.begin()->first;
+        RemoveFeed(feedId, reason);
+    }
 }
 
 void JanusTransport::OnOpened(bool isFormer) {

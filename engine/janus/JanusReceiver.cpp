@@ -53,10 +53,18 @@ void JanusReceiver::Connect() {
 }
 
 void JanusReceiver::OnNewSession() {
-    if (isClosed) return;
     handle = 0;
+    OnNewFeed();
+}
+
+void JanusReceiver::OnNewFeed() {
     // Has the link ask for a restart, which is a new subscription.
-    link->Restart(true);
+    if (!isClosed) link->BeginAnew();
+}
+
+void JanusReceiver::Restart(bool immediately) {
+    // Nothing is wrong with a subscription whose publisher says nothing, and the next one would be as silent.
+    if (isAlive || !isConnected) link->Restart(immediately);
 }
 
 void JanusReceiver::OnFormerSession() {
@@ -156,7 +164,7 @@ PeerLinkEvents JanusReceiver::LinkEvents() {
             .connection =
                 [this](bool connected) {
                     isConnected = connected;
-                    wasConnected = wasConnected || connected;
+                    linkIsLost = !connected;
                     if (!connected) {
                         const std::lock_guard lock(figuresMutex);
                         figures = {};
@@ -200,8 +208,7 @@ void JanusReceiver::SetAlive(bool alive) {
 
 void JanusReceiver::TellConnection() {
     if (!isOpen) return;
-    // One that has not come about yet is none that is lost.
-    const bool lost = (wasConnected && !isConnected) || !isAlive;
+    const bool lost = linkIsLost || !isAlive;
     if (std::exchange(isLost, lost) != lost) handlers.connection(lost);
 }
 

@@ -47,7 +47,7 @@ public:
     static constexpr std::chrono::milliseconds kSilence{4000};
     // How long a feed may be missing that was there before the connection to the server was lost, or whose
     // publisher sets it up anew.
-    static constexpr std::chrono::milliseconds kGoneAfter{10000};
+    static constexpr std::chrono::milliseconds kGoneAfter{15000};
 
     JanusTransport(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer, JanusOptions janusOptions);
     ~JanusTransport() override;

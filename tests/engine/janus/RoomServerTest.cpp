@@ -77,7 +77,7 @@ TEST(RoomServer, EndsWhenTheServerDoes) {
 TEST(RoomServer, SaysThatItsPortIsTaken) {
     RoomServerProcess first;
     ASSERT_TRUE(first.IsReady()) << first.Words();
-    RoomServerProcess second({.port = first.Port(), .token = {}, .arguments = {}});
+    RoomServerProcess second({.port = first.Port()});
     EXPECT_FALSE(second.IsReady());
     EXPECT_EQ(second.Words().find("room-server: port " + std::to_string(first.Port()) + " is taken"), 0U)
         << second.Words();
@@ -87,22 +87,21 @@ TEST(RoomServer, SaysThatItsPortIsTaken) {
 
 TEST(RoomServer, RefusesBadArgumentsInOneLine) {
     for (const char* port : {"0", "x", "70000", "-1"}) {
-        RoomServerProcess server({.port = 0, .token = {}, .arguments = {"--port", port}});
+        RoomServerProcess server({.arguments = {"--port", port}});
         EXPECT_FALSE(server.IsReady());
         EXPECT_EQ(server.Words(), "room-server: \"" + std::string(port) + "\" is no port\n");
         EXPECT_EQ(server.End(), 2);
     }
-    RoomServerProcess unknown({.port = 0, .token = {}, .arguments = {"--nothing"}});
+    RoomServerProcess unknown({.arguments = {"--nothing"}});
     EXPECT_EQ(unknown.End(), 2);
-    RoomServerProcess keyless({.port = 0, .token = {}, .arguments = {"--certificate", "/nowhere"}});
+    RoomServerProcess keyless({.arguments = {"--certificate", "/nowhere"}});
     EXPECT_EQ(keyless.End(), 2);
 }
 
 TEST(RoomServer, KeepsItsTokenOutOfEveryProcessList) {
     const TemporaryFolder folder;
     folder.Write("token", "never-to-be-listed\nsecond line");
-    RoomServerProcess server(
-        {.port = 0, .token = {}, .arguments = {"--token-file", folder.File("token").string()}});
+    RoomServerProcess server({.arguments = {"--token-file", folder.File("token").string()}});
     ASSERT_TRUE(server.IsReady()) << server.Words();
     EXPECT_FALSE(IsInAProcessList("never-to-be-listed"));
     EXPECT_EQ(server.Words().find("never-to-be-listed"), std::string::npos);
@@ -121,9 +120,7 @@ TEST(RoomServer, IsTrustedOverASecuredConnectionByItsAuthorityAlone) {
     RoomServerProcess probe;
     const std::string address = probe.Address().substr(5, probe.Address().rfind(':') - 5);
     MakeCertificates(folder, address);
-    RoomServerProcess server({.port = 0,
-                              .token = {},
-                              .arguments = {"--certificate", folder.File("server.pem").string(), "--key",
+    RoomServerProcess server({.arguments = {"--certificate", folder.File("server.pem").string(), "--key",
                                             folder.File("server.key").string()}});
     ASSERT_TRUE(server.IsReady()) << server.Words();
     JanusOptions options{

@@ -33,6 +33,7 @@ RoomServerProcess::RoomServerProcess(RoomServerOptions serverOptions) : options(
         dup2(pipe[1], STDOUT_FILENO);
         dup2(pipe[1], STDERR_FILENO);
         if (!options.token.empty()) setenv("CORVANTA_TOKEN", options.token.c_str(), 1);
+        if (!options.temporaryFolder.empty()) setenv("TMPDIR", options.temporaryFolder.c_str(), 1);
         execv(arguments[0], arguments.data());
         _exit(127);
     }

@@ -15,6 +15,8 @@ struct RoomServerOptions {
     int port = 0;
     // Handed over by the environment; empty for none.
     std::string token = {};
+    // Where it keeps what it needs; empty for the usual place.
+    std::string temporaryFolder = {};
     // Further arguments of the command.
     std::vector<std::string> arguments = {};
 };

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "engine/janus/ServerConnection.h"
 #include "engine/peer/PeerDescription.h"
 #include "platform/Logger.h"
 
@@ -17,7 +18,6 @@ using nlohmann::json;
 using std::chrono::milliseconds;
 using Kind = JanusMessage::Kind;
 
-constexpr const char* kChannel = "JanusDataChannel";
 constexpr milliseconds kTryAgain{1000};
 // After having the former self of a feed leave, that the server has not missed yet.
 constexpr milliseconds kAfterKick{200};
@@ -25,16 +25,6 @@ constexpr int kMostTaken = 10;
 constexpr int kMostVainOffers = 10;
 // What the server may take to end a connection.
 constexpr milliseconds kHangupPatience{1000};
-
-PeerOptions OptionsFor(const std::string& name) {
-    return {.name = name,
-            .role = PeerOptions::Role::Offerer,
-            .sends = true,
-            .receives = false,
-            .channelLabel = kChannel,
-            .answererMakesChannel = true,
-            .loopbackOnly = false};
-}
 
 int ErrorOf(const JanusMessage& answer) {
     return answer.room && answer.room->errorCode != 0 ? answer.room->errorCode : answer.errorCode;
@@ -71,7 +61,8 @@ JanusPublisher::JanusPublisher(EngineLoop& engineLoop, JanusClient& janusClient,
       client(janusClient),
       facts(std::move(feedFacts)),
       events(std::move(publisherEvents)),
-      link(std::make_shared<PeerLink>(engineLoop, OptionsFor(facts.name), LinkEvents(), nullptr)) {}
+      link(std::make_shared<PeerLink>(engineLoop, ServerOptions(facts.name, ServerWay::ToServer),
+                                      LinkEvents(), nullptr)) {}
 
 JanusPublisher::~JanusPublisher() {
     Close();

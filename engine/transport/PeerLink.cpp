@@ -44,6 +44,7 @@ void PeerLink::Restart(bool immediately) {
 
 void PeerLink::BeginAnew() {
     if (!isOpen) return;
+    const auto self = shared_from_this();
     ++plan;
     OnLost();
     Begin();

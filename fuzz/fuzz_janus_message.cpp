@@ -11,12 +11,11 @@
 #include "engine/janus/FeedFacts.h"
 #include "engine/janus/JanusMessage.h"
 #include "engine/janus/RoomTexts.h"
+#include "engine/peer/PeerDescription.h"
 
 using namespace Corvanta::Engine;
 
 namespace {
-
-constexpr std::size_t kLongestDescription = std::size_t{256} * 1024;
 
 void Check(bool holds) {
     if (!holds) std::abort();
@@ -34,7 +33,7 @@ void ReadMessage(std::string_view text) {
     if (!message) return;
     Check(message->reason.size() <= kLongestReason);
     if (message->description) {
-        Check(message->description->sdp.size() <= kLongestDescription);
+        Check(message->description->sdp.size() <= kMaxDescriptionBytes);
         Check(WithServerBeginning(message->description->sdp).find("a=setup:actpass") == std::string::npos);
     }
     if (!message->room) return;
@@ -66,7 +65,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                            .text = [](const std::string&, const std::string&) {},
                            .channel = [](const std::string&, bool) {},
                            .tracks = [](const std::string&, const LocalTracks&) {},
-                           .mute = [](const std::string&) {}});
+                           .mute = [](const std::string&) {},
+                           .begunAnew = [](const std::string&) {}});
     texts.OnOwnChannel(true);
     texts.OnEar("ab", "fuzzer", true);
     RoomTexts::Clock::time_point now;

@@ -55,8 +55,11 @@ JanusClient::~JanusClient() {
     // What it still does is cancelled, and must be seen to its end.
     const auto done = [] { return false; };
     if (session) {
-        context->Run([&] { soup_session_abort(session.get()); });
-        session.reset();
+        // Everything that it begins even then hangs on the context, which is served to its end.
+        context->Run([&] {
+            soup_session_abort(session.get());
+            session.reset();
+        });
         context->ServeUntil(done, milliseconds(1));
     }
 }
@@ -130,8 +133,8 @@ void JanusClient::Connect() {
         }
     };
     context->Run([&] {
-        char protocol[] = "janus-protocol";
-        char* protocols[] = {protocol, nullptr};
+        std::string protocol(kProtocol);
+        char* protocols[] = {protocol.data(), nullptr};
         soup_session_websocket_connect_async(session.get(), request.get(), nullptr, protocols,
                                              G_PRIORITY_DEFAULT, connecting.get(), onConnected,
                                              new Call{this, isAlive, own});
@@ -248,8 +251,8 @@ void JanusClient::CloseTie() {
         }
         // The server need not answer that.
         g_io_stream_close(soup_websocket_connection_get_io_stream(tie.get()), nullptr, nullptr);
+        tie.reset();
     });
-    tie.reset();
 }
 
 void JanusClient::KeepAlive() {

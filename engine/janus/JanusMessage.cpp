@@ -103,9 +103,6 @@ JanusRoomWords RoomWordsOf(const json& data) {
     words.unpublished = IdOf(data, "unpublished");
     words.kicked = IdOf(data, "kicked");
     words.reason = TextOf(data, "reason", kLongestReason);
-    if (const json* exists = Find(data, "exists"); exists != nullptr && exists->is_boolean()) {
-        words.exists = exists->get<bool>();
-    }
     if (const json* publishers = Find(data, "publishers")) words.publishers = FeedsOf(*publishers, false);
     if (const json* all = Find(data, "participants")) words.participants = FeedsOf(*all, true);
     if (const json* streams = Find(data, "streams")) words.streams = StreamsOf(*streams);

@@ -66,7 +66,6 @@ struct JanusRoomWords {
     std::string unpublished;
     std::string kicked;
     std::string reason;
-    std::optional<bool> exists;
     std::vector<JanusStream> streams;
 };
 
@@ -108,11 +107,8 @@ namespace JanusErrors {
 inline constexpr int kRefusedToken = 403;
 inline constexpr int kNoSuchSession = 458;
 inline constexpr int kNoSuchRoom = 426;
-inline constexpr int kRoomExists = 427;
-inline constexpr int kNoSuchFeed = 428;
 inline constexpr int kBadElement = 430;
 inline constexpr int kRoomFull = 432;
-inline constexpr int kRefusedRoom = 433;
 inline constexpr int kIdTaken = 436;
 }  // namespace JanusErrors
 

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "engine/janus/ServerConnection.h"
 #include "engine/peer/PeerDescription.h"
 #include "platform/Logger.h"
 
@@ -17,7 +18,6 @@ using nlohmann::json;
 using std::chrono::milliseconds;
 using Kind = JanusMessage::Kind;
 
-constexpr const char* kChannel = "JanusDataChannel";
 constexpr milliseconds kTryAgain{1000};
 // After having the former self of a feed leave, that the server has not missed yet.
 constexpr milliseconds kAfterKick{200};
@@ -25,16 +25,6 @@ constexpr int kMostTaken = 10;
 constexpr int kMostVainOffers = 10;
 // What the server may take to end a connection.
 constexpr milliseconds kHangupPatience{1000};
-
-PeerOptions OptionsFor(const std::string& name) {
-    return {.name = name,
-            .role = PeerOptions::Role::Offerer,
-            .sends = true,
-            .receives = false,
-            .channelLabel = kChannel,
-            .answererMakesChannel = true,
-            .loopbackOnly = false};
-}
 
 int ErrorOf(const JanusMessage& answer) {
     return answer.room && answer.room->errorCode != 0 ? answer.room->errorCode : answer.errorCode;
@@ -71,7 +61,8 @@ JanusPublisher::JanusPublisher(EngineLoop& engineLoop, JanusClient& janusClient,
       client(janusClient),
       facts(std::move(feedFacts)),
       events(std::move(publisherEvents)),
-      link(std::make_shared<PeerLink>(engineLoop, OptionsFor(facts.name), LinkEvents(), nullptr)) {}
+      link(std::make_shared<PeerLink>(engineLoop, ServerOptions(facts.name, ServerWay::ToServer),
+                                      LinkEvents(), nullptr)) {}
 
 JanusPublisher::~JanusPublisher() {
     Close();
@@ -128,7 +119,12 @@ PeerLinkEvents JanusPublisher::LinkEvents() {
                         client.Trickle(handle, mediaLine, text);
                     }
                 },
-            .connection = [](bool) {},
+            .connection =
+                [this](bool isConnected) {
+                    if (std::exchange(isLost, !isConnected) != isLost && events.connection) {
+                        events.connection(isConnected);
+                    }
+                },
             .channel =
                 [this](bool isNew) {
                     if (events.channel) events.channel(isNew);
@@ -162,7 +158,7 @@ void JanusPublisher::Ask(const json& body, const std::optional<JanusDescription>
 void JanusPublisher::Enter() {
     ++round;
     taken = 0;
-    isPublished = false;
+    isPublished = isPublishing = false;
     hangingUp.reset();
     if (const auto old = std::exchange(handle, 0); old != 0) client.Detach(old);
     // A new session has it entered again.
@@ -224,7 +220,7 @@ void JanusPublisher::OnJoined(const JanusMessage& answer) {
         if (!std::exchange(isStarted, true)) {
             static_cast<void>(link->Start());
         } else {
-            link->Restart(true);
+            link->BeginAnew();
         }
         return;
     }
@@ -255,19 +251,22 @@ void JanusPublisher::OnOffer(std::string sdp) {
     if (handle == 0 || !client.IsOpen()) return;
     // It was made before the first caps came to the connection.
     if (!NamesItsSources(offer) && ++vainOffers < kMostVainOffers) {
+        offer.clear();
         loop.Post([weak = weak_from_this(), own = round] {
             const auto self = weak.lock();
-            if (self && self->isOpen && self->round == own) self->link->Restart(true);
+            if (self && self->isOpen && self->round == own) self->link->BeginAnew();
         });
         return;
     }
     vainOffers = 0;
-    if (!isPublished) {
+    // The connection before has not ended yet; then this offer goes out.
+    if (hangingUp) return;
+    if (!isPublished && !isPublishing) {
         Publish();
         return;
     }
     // The connection that it knows has to end first, and it says when.
-    isPublished = false;
+    isPublished = isPublishing = false;
     Ask({{"request", "unpublish"}}, std::nullopt, [](const JanusMessage&) {});
     hangingUp = StartTimer(loop.Context(), kHangupPatience, [this] {
         const auto timer = std::move(hangingUp);
@@ -276,15 +275,21 @@ void JanusPublisher::OnOffer(std::string sdp) {
 }
 
 void JanusPublisher::Publish() {
-    offerIsSent = true;
+    // The next one is on its way.
+    if (offer.empty()) return;
+    offerIsSent = isPublishing = true;
     Ask({{"request", "publish"}, {"display", facts.display}}, JanusDescription{true, offer},
-        [this](const JanusMessage& answer) { OnPublished(answer); });
+        [this, sent = offer](const JanusMessage& answer) {
+            // There may be another offer by now.
+            if (isPublishing && sent == offer) OnPublished(answer);
+        });
     for (const auto& [mediaLine, text] : std::exchange(candidates, {})) {
         client.Trickle(handle, mediaLine, text);
     }
 }
 
 void JanusPublisher::OnPublished(const JanusMessage& answer) {
+    isPublishing = false;
     if (answer.description && !answer.description->isOffer) {
         isPublished = true;
         link->TakeDescription(WriteDescription({DescriptionKind::Answer, 0, answer.description->sdp}));

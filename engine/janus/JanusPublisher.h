@@ -29,6 +29,8 @@ struct JanusPublisherEvents {
     std::function<void(const std::string& problem)> refused;
     // What the room says to its members.
     std::function<void(const JanusRoomWords& words)> words;
+    // Whether what is sent reaches the server, when that changes.
+    std::function<void(bool isConnected)> connection = {};
     // Of the channel for what this member says.
     std::function<void(bool isOpen)> channel;
     std::function<void()> drained;
@@ -108,7 +110,10 @@ private:
     std::vector<std::pair<std::uint32_t, std::string>> candidates;
     OwnedSource hangingUp;
     bool isOpen = false, isStarted = false;
-    bool isPublished = false, offerIsSent = false;
+    // The server has taken an offer, or is looking at one.
+    bool isPublished = false, isPublishing = false;
+    bool offerIsSent = false;
+    bool isLost = false;
 };
 
 }  // namespace Corvanta::Engine

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "engine/janus/ServerConnection.h"
 #include "engine/peer/PeerDescription.h"
 #include "engine/transport/SentFigures.h"
 #include "platform/Logger.h"
@@ -14,21 +15,9 @@ namespace {
 using nlohmann::json;
 using Kind = JanusMessage::Kind;
 
-// The server's side of the channel bears no name, and this one must.
-constexpr const char* kChannel = "JanusDataChannel";
 constexpr const char* kCodec = "VP8";
 // How soon it is tried again where the server does not know the feed, whose publisher may be on its way.
 constexpr std::chrono::milliseconds kTryAgain{500};
-
-PeerOptions OptionsFor(const std::string& name) {
-    return {.name = name,
-            .role = PeerOptions::Role::Answerer,
-            .sends = false,
-            .receives = true,
-            .channelLabel = kChannel,
-            .answererMakesChannel = true,
-            .loopbackOnly = false};
-}
 
 }  // namespace
 
@@ -38,7 +27,8 @@ JanusReceiver::JanusReceiver(EngineLoop& engineLoop, JanusClient& janusClient, F
       client(janusClient),
       facts(std::move(feedFacts)),
       events(std::move(receiverEvents)),
-      link(std::make_shared<PeerLink>(engineLoop, OptionsFor(facts.name), LinkEvents(), mixer)) {
+      link(std::make_shared<PeerLink>(engineLoop, ServerOptions(facts.name, ServerWay::FromServer),
+                                      LinkEvents(), mixer)) {
     // Nobody takes pictures yet.
     link->Peer().SetVideoDecoded(false);
 }
@@ -53,10 +43,18 @@ void JanusReceiver::Connect() {
 }
 
 void JanusReceiver::OnNewSession() {
-    if (isClosed) return;
     handle = 0;
+    OnNewFeed();
+}
+
+void JanusReceiver::OnNewFeed() {
     // Has the link ask for a restart, which is a new subscription.
-    link->Restart(true);
+    if (!isClosed) link->BeginAnew();
+}
+
+void JanusReceiver::Restart(bool immediately) {
+    // Nothing is wrong with a subscription whose publisher says nothing, and the next one would be as silent.
+    if (isAlive || !isConnected) link->Restart(immediately);
 }
 
 void JanusReceiver::OnFormerSession() {
@@ -156,7 +154,7 @@ PeerLinkEvents JanusReceiver::LinkEvents() {
             .connection =
                 [this](bool connected) {
                     isConnected = connected;
-                    wasConnected = wasConnected || connected;
+                    linkIsLost = !connected;
                     if (!connected) {
                         const std::lock_guard lock(figuresMutex);
                         figures = {};
@@ -200,8 +198,7 @@ void JanusReceiver::SetAlive(bool alive) {
 
 void JanusReceiver::TellConnection() {
     if (!isOpen) return;
-    // One that has not come about yet is none that is lost.
-    const bool lost = (wasConnected && !isConnected) || !isAlive;
+    const bool lost = linkIsLost || !isAlive;
     if (std::exchange(isLost, lost) != lost) handlers.connection(lost);
 }
 

@@ -48,6 +48,8 @@ public:
     void OnNewSession();
     // The session goes on; what was on its way is lost.
     void OnFormerSession();
+    // The publisher has set the feed up anew, and what was subscribed is void.
+    void OnNewFeed();
     // Whether its publisher gives a sign of life. Until this is called: it does.
     void SetAlive(bool alive);
     // What its publisher says that it sends.
@@ -61,7 +63,7 @@ public:
     void Play() override;
     void SetGain(double linear) override { link->Peer().SetGain(linear); }
     void SetTracks(const MediaTracks& wanted) override;
-    void Restart(bool immediately) override { link->Restart(immediately); }
+    void Restart(bool immediately) override;
     void Close() override;
     // Texts go to all, by the transport.
     [[nodiscard]] bool SendText(std::string_view) override { return false; }
@@ -98,7 +100,9 @@ private:
     MediaTracks tracks;
     LocalTracks published;
     bool isOpen = false, isPlaying = false, isClosed = false;
-    bool isConnected = false, wasConnected = false, isAlive = true;
+    bool isConnected = false, isAlive = true;
+    // It was lost, or did not come about; one that is only on its way is not lost.
+    bool linkIsLost = false;
     bool isLost = false, channelIsOpen = false, channelIsTold = false;
 
     std::mutex figuresMutex;  // guards: figures

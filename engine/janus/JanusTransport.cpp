@@ -16,6 +16,8 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::size_t kLongestPlainRoom = 64;
+// Feeds that come: a full room at once, and what people do after that. Each costs a connection.
+constexpr double kFeedsPerSecond = 5, kMostFeedsAtOnce = kMostFeeds;
 constexpr milliseconds kTick{1000};
 constexpr const char* kDigestMark = "room~";
 
@@ -41,7 +43,8 @@ JanusTransport::JanusTransport(EngineLoop& engineLoop, std::shared_ptr<SoundMixe
       options(std::move(janusOptions)),
       ownId(GstOwned<gchar>(g_uuid_string_random()).get()),
       roomId(ServerRoomId(options.room)),
-      texts(ownId, TextEvents()) {}
+      texts(ownId, TextEvents()),
+      newFeeds(kFeedsPerSecond, kMostFeedsAtOnce) {}
 
 JanusTransport::~JanusTransport() {
     *life = false;
@@ -111,9 +114,7 @@ void JanusTransport::OnOpened(bool isFormer) {
     if (std::exchange(lossIsTold, false) && events.restored) events.restored();
     if (isFormer) {
         // What was said meanwhile is lost.
-        if (JanusPublisher* const camera = FindOwn(StreamType::Camera)) {
-            camera->List([this](const std::vector<JanusFeed>& publishers) { TakeList(publishers); });
-        }
+        ListFeeds();
         for (const auto& [type, publisher] : std::map(own)) publisher->OnFormerSession();
         for (const auto& [id, feed] : std::map(feeds)) feed.receiver->OnFormerSession();
         return;
@@ -137,6 +138,10 @@ void JanusTransport::OnOpened(bool isFormer) {
                      }
                  },
              .words = [this](const JanusRoomWords& words) { OnWords(words); },
+             .connection =
+                 [this](bool isConnected) {
+                     if (events.ownConnection) events.ownConnection(!isConnected);
+                 },
              .channel = [this](bool isOpen) { texts.OnOwnChannel(isOpen); },
              .drained = [this] { texts.Pump(); }});
         own[StreamType::Camera]->Open();
@@ -172,6 +177,12 @@ void JanusTransport::OnWords(const JanusRoomWords& words) {
     if (!words.unpublished.empty()) LoseFeed(words.unpublished);
 }
 
+void JanusTransport::ListFeeds() {
+    if (JanusPublisher* const camera = FindOwn(StreamType::Camera)) {
+        camera->List([this](const std::vector<JanusFeed>& publishers) { TakeList(publishers); });
+    }
+}
+
 void JanusTransport::TakeList(const std::vector<JanusFeed>& publishers) {
     if (hasEnded) return;
     std::set<std::string> present;
@@ -184,15 +195,25 @@ void JanusTransport::TakeList(const std::vector<JanusFeed>& publishers) {
 
 void JanusTransport::AddFeed(const JanusFeed& published) {
     const auto facts = ReadFeedFacts(published.id, published.display);
-    if (!facts || facts->memberId == ownId || removed.contains(facts->memberId)) return;
+    if (!facts || facts->memberId == ownId) return;
+    // That it is removed was lost on the way.
+    if (removed.contains(facts->memberId)) {
+        if (JanusPublisher* const camera = FindOwn(StreamType::Camera)) camera->Kick(published.id);
+        return;
+    }
     if (const auto known = feeds.find(published.id); known != feeds.end()) {
         if (!std::exchange(known->second.missingSince, std::nullopt)) return;
-        // Its publisher has set it up anew, and what was subscribed is void.
         const auto receiver = known->second.receiver;
-        receiver->Restart(true);
+        receiver->OnNewFeed();
         return;
     }
     if (feeds.size() >= kMostFeeds) return;
+    // What is refused is looked for later.
+    if (!newFeeds.Allow(Clock::now())) {
+        feedsWait = true;
+        return;
+    }
+    if (facts->isOurs && facts->type == StreamType::Camera) texts.Meet(facts->memberId, facts->name);
     const auto receiver = MakeReceiver(published.id, *facts);
     feeds[published.id] = {*facts, receiver, std::nullopt};
     receiver->Connect();
@@ -247,6 +268,7 @@ void JanusTransport::Tick() {
         if (feed.missingSince && now - *feed.missingSince >= kGoneAfter) gone.push_back(id);
     }
     for (const std::string& id : gone) RemoveFeed(id, "the connection is lost");
+    if (std::exchange(feedsWait, false)) ListFeeds();
     for (const auto& [id, feed] : std::map(feeds)) {
         const auto heard = feed.facts.isOurs ? texts.LastHeard(feed.facts.memberId) : std::nullopt;
         const bool isSilent = heard && now - *heard >= kSilence;
@@ -284,7 +306,26 @@ RoomTextsEvents JanusTransport::TextEvents() {
                     } else if (JanusPublisher* const stream = FindOwn(*type); stream && stream->Stream()) {
                         stream->Stream()->Switch({.audio = false, .video = {}, .data = {}});
                     }
+                },
+            .begunAnew =
+                [this](const std::string& memberId) {
+                    // Not inside what it says.
+                    loop.Post([this, memberId, alive = life] {
+                        if (*alive) MeetAnew(memberId);
+                    });
                 }};
+}
+
+void JanusTransport::MeetAnew(const std::string& memberId) {
+    std::vector<JanusFeed> present;
+    std::vector<std::string> all;
+    for (const auto& [id, feed] : feeds) {
+        if (feed.facts.memberId != memberId) continue;
+        all.push_back(id);
+        if (!feed.missingSince) present.push_back({id, WriteFeedFacts(feed.facts)});
+    }
+    for (const std::string& id : all) RemoveFeed(id, "it was away, and has come back");
+    for (const JanusFeed& published : present) AddFeed(published);
 }
 
 JanusPublisher* JanusTransport::FindOwn(StreamType type) const {
@@ -339,6 +380,7 @@ std::shared_ptr<LocalFeed> JanusTransport::PublishStream(StreamType type, const 
                                    displayName.c_str(), problem.c_str());
                            },
                        .words = {},
+                       .connection = {},
                        .channel = {},
                        .drained = {}});
     publisher->SetStream(stream);

@@ -18,6 +18,7 @@
 #include "engine/janus/JanusPublisher.h"
 #include "engine/janus/JanusReceiver.h"
 #include "engine/janus/RoomTexts.h"
+#include "engine/signalling/RateLimit.h"
 #include "engine/transport/SentFigures.h"
 #include "engine/transport/Transport.h"
 
@@ -46,7 +47,7 @@ public:
     static constexpr std::chrono::milliseconds kSilence{4000};
     // How long a feed may be missing that was there before the connection to the server was lost, or whose
     // publisher sets it up anew.
-    static constexpr std::chrono::milliseconds kGoneAfter{10000};
+    static constexpr std::chrono::milliseconds kGoneAfter{15000};
 
     JanusTransport(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer, JanusOptions janusOptions);
     ~JanusTransport() override;
@@ -83,11 +84,15 @@ private:
     void End(const std::string& reason);
     void EndAllFeeds(const std::string& reason);
     void OnWords(const JanusRoomWords& words);
+    // Has the server say who is there.
+    void ListFeeds();
     // All that are published at the moment.
     void TakeList(const std::vector<JanusFeed>& publishers);
     void AddFeed(const JanusFeed& published);
     void LoseFeed(const std::string& feedId);
     void RemoveFeed(const std::string& feedId, const std::string& reason);
+    // The member has given the local user up and met him anew, so that each must know it as a new one too.
+    void MeetAnew(const std::string& memberId);
     void Tick();
     [[nodiscard]] RoomTextsEvents TextEvents();
     [[nodiscard]] std::shared_ptr<JanusPublisher> MakePublisher(StreamType type, const std::string& name,
@@ -108,6 +113,9 @@ private:
     RoomTexts texts;
     std::map<StreamType, std::shared_ptr<JanusPublisher>> own;
     std::map<std::string, Feed> feeds;
+    RateLimit newFeeds;
+    // Some were refused.
+    bool feedsWait = false;
     // Members whom the local user has removed; they are not met again.
     std::set<std::string> removed;
     std::optional<Clock::time_point> lostSince;

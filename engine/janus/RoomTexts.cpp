@@ -3,7 +3,6 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <charconv>
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -16,29 +15,12 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::string_view kPieceBegins = "t1 ";
-constexpr std::string_view kStateBegins = "r1 ";
+constexpr std::string_view kStateBegins = "s1 ";
 constexpr char kUserText = 'T';
 constexpr char kMuteText = 'M';
 constexpr std::size_t kBytesPerText = 64;
 // Leaves room for what else the state says.
 constexpr std::size_t kMostStateBytes = kLongestPiece - 512;
-
-struct PiecePlace {
-    std::uint64_t sequence = 0;
-    std::uint64_t offset = 0;
-};
-
-// Of a text that begins as a piece does. The rest of it is the joiner's matter.
-std::optional<PiecePlace> PlaceOf(std::string_view piece) {
-    PiecePlace place;
-    const char* const end = piece.data() + piece.size();
-    const auto first = std::from_chars(piece.data() + kPieceBegins.size(), end, place.sequence);
-    if (first.ec != std::errc() || first.ptr == end || *first.ptr != ' ') return std::nullopt;
-    const auto second = std::from_chars(first.ptr + 1, end, place.offset);
-    if (second.ec != std::errc() || second.ptr == end || *second.ptr != ' ') return std::nullopt;
-    return place;
-}
 
 struct Place {
     std::uint32_t ear = 0;
@@ -62,8 +44,8 @@ bool FlagOf(const json& object, const char* key) {
 
 }  // namespace
 
-RoomTexts::Member::Member(const std::string& memberName)
-    : name(memberName), limit(kMessagesPerSecond, kMessagesPerSecond) {}
+RoomTexts::Member::Member(const std::string& memberName, std::uint64_t firstForIt)
+    : name(memberName), met(firstForIt) {}
 
 RoomTexts::RoomTexts(std::string ownMemberId, RoomTextsEvents handlers)
     : ownId(std::move(ownMemberId)), events(std::move(handlers)), ears(g_random_int() & 0xFFFFFFU) {}
@@ -92,6 +74,10 @@ void RoomTexts::SetTracks(const LocalTracks& tracks) {
     SayState();
 }
 
+std::size_t RoomTexts::Cost(const Said& text) {
+    return text.text.size() + kBytesPerText;
+}
+
 void RoomTexts::Remember(char kind, std::string_view text) {
     if (text.size() + 1 > kLongestText) {
         LOG(kLogWarning, "A text of %zu bytes is too long to be sent", text.size());
@@ -99,30 +85,60 @@ void RoomTexts::Remember(char kind, std::string_view text) {
     }
     std::string payload(1, kind);
     payload += text;
-    saidBytes += payload.size() + kBytesPerText;
     said.push_back({nextSequence++, std::move(payload)});
+    saidBytes += Cost(said.back());
     while (said.size() > 1 && (saidBytes > kMostBytes || said.size() > kMostTexts)) {
         if (said.front().sequence >= cursor && !std::exchange(dropWasLogged, true)) {
-            LOG(kLogWarning,
-                "The room cannot be reached, and more waits for it than is kept: the oldest "
-                "texts go");
+            LOG(kLogWarning, "More waits to be said in the room than is kept: the oldest texts go");
         }
-        saidBytes -= said.front().text.size() + kBytesPerText;
+        saidBytes -= Cost(said.front());
         said.pop_front();
     }
-    if (cursor < said.front().sequence) Forward(said.front().sequence);
+    const std::uint64_t oldest = said.front().sequence;
+    if (atHand < oldest) PutBack();
+    cursor = std::max(cursor, oldest);
+    again = std::max(again, oldest);
     Pump();
 }
 
-void RoomTexts::Forward(std::uint64_t sequence) {
-    cursor = sequence;
+void RoomTexts::Begin(std::uint64_t sequence) {
+    atHand = sequence;
+    pieces = SplitText(said[static_cast<std::size_t>(sequence - said.front().sequence)].text, sequence);
+    nextPiece = 0;
+}
+
+void RoomTexts::PutBack() {
     pieces.clear();
     nextPiece = 0;
 }
 
-void RoomTexts::Rewind(std::uint64_t sequence) {
-    if (said.empty() || sequence >= cursor) return;
-    Forward(std::max(sequence, said.front().sequence));
+bool RoomTexts::HasPieces() {
+    if (!pieces.empty()) return true;
+    if (cursor < nextSequence && newLeft > 0) {
+        --newLeft;
+        Begin(cursor);
+    } else if (again < cursor && againLeft > 0) {
+        --againLeft;
+        Begin(again);
+    }
+    return !pieces.empty();
+}
+
+void RoomTexts::SayAgain(Member& member, std::uint64_t sequence, Clock::time_point now) {
+    if (said.empty()) return;
+    sequence = std::max(sequence, said.front().sequence);
+    if (sequence >= cursor || IsOnItsWay(sequence)) return;
+    double bytes = 0;
+    for (std::uint64_t number = sequence; number < cursor; ++number) {
+        bytes += static_cast<double>(Cost(said[static_cast<std::size_t>(number - said.front().sequence)]));
+    }
+    if (!member.again.Allow(now, std::min(bytes, kMostBytesAgainAtOnce))) return;
+    if (again == atHand) PutBack();
+    again = sequence;
+}
+
+bool RoomTexts::IsOnItsWay(std::uint64_t sequence) const {
+    return sequence >= cursor ? cursor < nextSequence : again < cursor && again <= sequence;
 }
 
 void RoomTexts::Pump() {
@@ -130,16 +146,18 @@ void RoomTexts::Pump() {
     if (isPumping || !channelIsOpen) return;
     isPumping = true;
     bool isTaken = !stateWaits || SayState();
-    while (isTaken && cursor < nextSequence) {
-        if (pieces.empty()) {
-            const auto index = static_cast<std::size_t>(cursor - said.front().sequence);
-            pieces = SplitText(said[index].text, cursor);
-            nextPiece = 0;
-        }
+    while (isTaken && HasPieces()) {
         isTaken = events.send(pieces[nextPiece]);
-        if (isTaken && ++nextPiece == pieces.size()) Forward(cursor + 1);
+        // It may have been dropped in that call.
+        if (!isTaken || pieces.empty() || ++nextPiece < pieces.size()) continue;
+        PutBack();
+        if (atHand < cursor) {
+            ++again;
+        } else if (again == cursor++) {
+            again = cursor;
+        }
     }
-    if (isTaken) dropWasLogged = false;
+    if (cursor == nextSequence) dropWasLogged = false;
     isPumping = false;
 }
 
@@ -165,20 +183,24 @@ bool RoomTexts::SayState() {
 void RoomTexts::OnOwnChannel(bool isOpen) {
     channelIsOpen = isOpen;
     // What was under way may have been lost with the channel before.
-    pieces.clear();
-    nextPiece = 0;
+    PutBack();
     if (!isOpen) return;
     SayState();
     Pump();
 }
 
+void RoomTexts::Meet(const std::string& memberId, const std::string& name) {
+    if (!IsMemberId(memberId) || members.size() >= kMostMembers) return;
+    members.try_emplace(memberId, name, nextSequence);
+}
+
 void RoomTexts::OnEar(const std::string& memberId, const std::string& name, bool isOpen) {
-    if (!IsMemberId(memberId) || (!isOpen && Find(memberId) == nullptr)) return;
-    if (Find(memberId) == nullptr && members.size() >= kMostMembers) return;
-    Member& member = members.try_emplace(memberId, name).first->second;
+    if (isOpen) Meet(memberId, name);
+    Member* const known = Find(memberId);
+    if (known == nullptr) return;
+    Member& member = *known;
     member.isHeard = isOpen;
     member.hearsUs = false;
-    member.lastHeard.reset();
     member.joiner = isOpen ? std::make_unique<TextJoiner>(member.name) : nullptr;
     member.hasBegun = false;
     if (isOpen) member.ear = ++ears;
@@ -202,18 +224,20 @@ void RoomTexts::Tick(Clock::time_point now) {
     for (auto& [id, member] : members) {
         if (member.joiner) member.joiner->Expire(now);
     }
+    newLeft = againLeft = kTextsPerTick;
     SayState();
     Pump();
 }
 
 void RoomTexts::Take(const std::string& memberId, const std::string& message, Clock::time_point now) {
     Member* const member = Find(memberId);
-    if (member == nullptr || !member->isHeard || message.size() > kLongestPiece) return;
+    if (member == nullptr || !member->isHeard || member->hasBegunAnew) return;
+    if (message.size() > kLongestPiece) return;
     member->lastHeard = now;
-    if (message.starts_with(kStateBegins)) {
-        TakeState(memberId, *member, std::string_view(message).substr(kStateBegins.size()), now);
-    } else if (message.starts_with(kPieceBegins)) {
+    if (IsTextPiece(message)) {
         TakePiece(memberId, *member, message, now);
+    } else if (message.starts_with(kStateBegins) && member->states.Allow(now)) {
+        TakeState(memberId, *member, std::string_view(message).substr(kStateBegins.size()), now);
     }
 }
 
@@ -251,26 +275,35 @@ void RoomTexts::TakeState(const std::string& memberId, Member& member, std::stri
 void RoomTexts::TakeHearing(const std::string& memberId, std::uint32_t ear, std::uint64_t next,
                             Clock::time_point now) {
     Member* const member = Find(memberId);
-    if (member == nullptr) return;
+    // Nobody waits for what comes after the next text.
+    if (member == nullptr || next > nextSequence) return;
     const std::uint64_t oldest = said.empty() ? nextSequence : said.front().sequence;
     const bool isNew = !member->hearsUs || member->itsEar != ear;
-    if (isNew || next != member->itsNext) member->progress = now;
+    // The next state says it again. Each beginning may lead to all marks being said.
+    if (isNew && !member->beginnings.Allow(now)) return;
+    // It knew where it was, and we know it too: it has given us up, and not we it.
+    if (isNew && next == 0 && member->itsNext > 0 && member->expected > 0) {
+        member->hasBegunAnew = true;
+        events.begunAnew(memberId);
+        return;
+    }
     if (isNew) {
-        member->first = next == 0 ? nextSequence : 0;
+        member->first = next == 0 ? std::max(member->met, oldest) : 0;
     } else if (next > 0) {
         member->first = 0;
     }
     member->hearsUs = true;
     member->itsEar = ear;
-    member->itsNext = next;
     // It waits for what is remembered no more.
     const bool isBehind = next > 0 && next < oldest && member->first != oldest;
     if (isBehind) member->first = oldest;
     const std::uint64_t wanted = std::max(next, member->first);
-    const bool isStalled = now - member->progress >= kStall && cursor == nextSequence;
+    if (isNew || next != member->itsNext || IsOnItsWay(wanted)) member->progress = now;
+    member->itsNext = next;
+    const bool isStalled = now - member->progress >= kStall;
     if (isNew || isBehind || isStalled) {
         member->progress = now;
-        Rewind(wanted);
+        SayAgain(*member, wanted, now);
     }
     if (!isNew) {
         stateWaits = stateWaits || member->first > 0;
@@ -282,9 +315,17 @@ void RoomTexts::TakeHearing(const std::string& memberId, std::uint32_t ear, std:
     SetOpen(memberId, true);
 }
 
+bool RoomTexts::MayBegin(Member& member, Clock::time_point now) {
+    if (member.limit.Allow(now)) return true;
+    if (!std::exchange(member.limitWasLogged, true)) {
+        LOG(kLogWarning, "\"%s\" says more than can be read, and has to say it again", member.name.c_str());
+    }
+    return false;
+}
+
 void RoomTexts::TakePiece(const std::string& memberId, Member& member, const std::string& piece,
                           Clock::time_point now) {
-    const auto place = PlaceOf(piece);
+    const auto place = ReadTextPiece(piece);
     if (!place || member.expected == 0 || !member.joiner) return;
     if (place->sequence > member.expected) {
         // What was to come before is said again, unless it has come to nothing often enough.
@@ -298,6 +339,7 @@ void RoomTexts::TakePiece(const std::string& memberId, Member& member, const std
     }
     if (place->sequence != member.expected) return;
     if (place->offset == 0) {
+        if (!MayBegin(member, now)) return;
         // The joiner takes up no text again that it has dropped.
         if (member.hasBegun && member.joiner->UnfinishedTexts() == 0) {
             member.joiner = std::make_unique<TextJoiner>(member.name);
@@ -309,18 +351,10 @@ void RoomTexts::TakePiece(const std::string& memberId, Member& member, const std
     ++member.expected;
     member.hasBegun = false;
     member.tries = 0;
-    Deliver(memberId, member, std::move(*text), now);
+    Deliver(memberId, std::move(*text));
 }
 
-void RoomTexts::Deliver(const std::string& memberId, Member& member, std::string text,
-                        Clock::time_point now) {
-    if (!member.limit.Allow(now)) {
-        if (!std::exchange(member.limitWasLogged, true)) {
-            LOG(kLogWarning, "\"%s\" says more than can be read; some of it is left out",
-                member.name.c_str());
-        }
-        return;
-    }
+void RoomTexts::Deliver(const std::string& memberId, std::string text) {
     if (text.empty()) return;
     const char kind = text.front();
     text.erase(0, 1);

@@ -19,13 +19,6 @@ constexpr std::size_t kMostBytesOfPiece = kLongestPiece - kLongestHead;
 // No character of UTF-8 has more bytes that continue it.
 constexpr std::size_t kMostContinued = 3;
 
-struct Piece {
-    std::uint64_t sequence = 0;
-    std::uint64_t offset = 0;
-    std::uint64_t total = 0;
-    std::string_view bytes;
-};
-
 std::string HeadOf(std::uint64_t sequence, std::size_t offset, std::size_t total) {
     std::string head(kMark);
     for (const std::uint64_t number : {sequence, std::uint64_t{offset}, std::uint64_t{total}}) {
@@ -46,21 +39,6 @@ bool TakeNumber(std::string_view& text, std::uint64_t& number) {
     return true;
 }
 
-std::optional<Piece> Read(std::string_view text) {
-    if (text.size() > kLongestPiece || !text.starts_with(kMark)) return std::nullopt;
-    text.remove_prefix(kMark.size());
-    Piece piece;
-    if (!TakeNumber(text, piece.sequence) || !TakeNumber(text, piece.offset) ||
-        !TakeNumber(text, piece.total) || text.empty() || text.front() != '\n')
-        return std::nullopt;
-    piece.bytes = text.substr(1);
-    // Only an empty text has an empty piece.
-    const bool isEmpty = piece.bytes.empty() && (piece.total != 0 || piece.offset != 0);
-    const bool isBeyond = piece.offset > piece.total || piece.bytes.size() > piece.total - piece.offset;
-    if (isEmpty || isBeyond) return std::nullopt;
-    return piece;
-}
-
 bool Continues(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
@@ -75,6 +53,26 @@ std::size_t EndOfPiece(std::string_view text, std::size_t offset) {
 }
 
 }  // namespace
+
+bool IsTextPiece(std::string_view message) {
+    return message.starts_with(kMark);
+}
+
+std::optional<TextPiece> ReadTextPiece(std::string_view message) {
+    std::string_view text = message;
+    if (text.size() > kLongestPiece || !text.starts_with(kMark)) return std::nullopt;
+    text.remove_prefix(kMark.size());
+    TextPiece piece;
+    if (!TakeNumber(text, piece.sequence) || !TakeNumber(text, piece.offset) ||
+        !TakeNumber(text, piece.total) || text.empty() || text.front() != '\n')
+        return std::nullopt;
+    piece.bytes = text.substr(1);
+    // Only an empty text has an empty piece.
+    const bool isEmpty = piece.bytes.empty() && (piece.total != 0 || piece.offset != 0);
+    const bool isBeyond = piece.offset > piece.total || piece.bytes.size() > piece.total - piece.offset;
+    if (isEmpty || isBeyond) return std::nullopt;
+    return piece;
+}
 
 std::vector<std::string> SplitText(std::string_view text, std::uint64_t sequence) {
     std::vector<std::string> pieces;
@@ -93,7 +91,7 @@ TextJoiner::TextJoiner(std::string senderName) : sender(std::move(senderName)) {
 
 std::optional<std::string> TextJoiner::Take(std::string_view message, Clock::time_point now) {
     Expire(now);
-    const std::optional<Piece> piece = Read(message);
+    const std::optional<TextPiece> piece = ReadTextPiece(message);
     if (!piece) {
         Complain("a piece that makes no sense", now);
         return std::nullopt;

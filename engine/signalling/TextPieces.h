@@ -29,6 +29,20 @@ constexpr std::size_t kLongestText = std::size_t{64} * 1024 * 1024;
 // where the text is UTF-8. A text beyond kLongestText is cut as any other, and no receiver takes it.
 [[nodiscard]] std::vector<std::string> SplitText(std::string_view text, std::uint64_t sequence);
 
+struct TextPiece {
+    std::uint64_t sequence = 0;
+    std::uint64_t offset = 0;
+    std::uint64_t total = 0;
+    // Of the text that was read.
+    std::string_view bytes;
+};
+
+// Whether the message is meant as a piece: something else may go over the same channel.
+[[nodiscard]] bool IsTextPiece(std::string_view message);
+
+// Nothing where it makes no sense, or is beyond kLongestPiece.
+[[nodiscard]] std::optional<TextPiece> ReadTextPiece(std::string_view message);
+
 // Joins what one sender sends over one channel, in order. A piece that is garbage or came already is passed
 // over. A text of which a piece is missing or contradicts the others, that is too long, or whose first piece
 // came too long ago is dropped whole, and never mixed with another. The first of such troubles is logged,

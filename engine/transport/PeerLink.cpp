@@ -21,6 +21,7 @@ bool PeerLink::Start() {
     loop.PostAfter(kMeasureInterval, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->Measure();
     });
+    begun = Clock::now();
     const bool isStarted = peer->Start();
     RestartAfter(isStarted ? kPatience : nextWait);
     return isStarted;
@@ -34,13 +35,19 @@ void PeerLink::Close() {
 
 void PeerLink::Restart(bool immediately) {
     if (!isOpen) return;
-    if (immediately) {
-        ++plan;
-        OnLost();
-        Begin();
-    } else {
+    if (!immediately) {
         RestartAfter(nextWait);
+    } else if (wasConnected || !begun || Clock::now() - *begun >= kYoungFor) {
+        BeginAnew();
     }
+}
+
+void PeerLink::BeginAnew() {
+    if (!isOpen) return;
+    const auto self = shared_from_this();
+    ++plan;
+    OnLost();
+    Begin();
 }
 
 void PeerLink::OnWayLost() {
@@ -52,6 +59,7 @@ void PeerLink::TakeDescription(const std::string& text) {
     const bool wasUp = peer->IsConnected();
     if (!peer->TakeDescription(text)) return;
     // The other side sets the connection up again, or answers; nothing needs to be done here meanwhile.
+    begun = Clock::now();
     RestartAfter(kPatience);
     if (wasUp && !peer->IsConnected()) OnLost();
 }
@@ -128,6 +136,7 @@ void PeerLink::RestartAfter(std::chrono::milliseconds wait) {
 void PeerLink::Begin() {
     if (!isOpen) return;
     RestartAfter(kPatience);
+    begun = Clock::now();
     peer->Restart();
 }
 

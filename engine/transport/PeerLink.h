@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "engine/common/EngineLoop.h"
@@ -39,6 +40,8 @@ public:
     static constexpr std::chrono::milliseconds kLongestWait{8000};
     // A connection that holds so long was a good one, and the waits begin anew.
     static constexpr std::chrono::milliseconds kSoundTime{5000};
+    // How long a connection that is being set up is left alone.
+    static constexpr std::chrono::milliseconds kYoungFor{3000};
     // After which a side that has asked or waits for an offer asks again. More than a connection takes.
     static constexpr std::chrono::milliseconds kPatience{20000};
     static constexpr std::chrono::milliseconds kMeasureInterval{1000};
@@ -56,8 +59,11 @@ public:
     bool Start();
     // For good: on return no event is in progress and none follows.
     void Close();
-    // Sets the connection up again: at once, or after the wait that is due.
+    // Sets the connection up again, as one asks who misses it: at once, unless that is being done since less
+    // than kYoungFor, or after the wait that is due.
     void Restart(bool immediately);
+    // Sets it up again at once, since what it was or is being set up with is void.
+    void BeginAnew();
     // What was on its way between the two sides is lost: whatever is not connected begins anew.
     void OnWayLost();
 
@@ -84,6 +90,8 @@ private:
     const std::shared_ptr<PeerConnection> peer;
     std::chrono::milliseconds nextWait = kFirstWait;
     Clock::time_point connectedSince;
+    // Of the connection that is being set up, or was last.
+    std::optional<Clock::time_point> begun;
     RateLimit descriptions{kDescriptionsPerSecond, kMostDescriptionsAtOnce};
     bool isOpen = false;
     bool wasConnected = false;

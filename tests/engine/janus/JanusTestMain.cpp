@@ -5,6 +5,6 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    Corvanta::Engine::EnterOwnNetwork();
+    if (!Corvanta::Engine::EnterOwnNetwork()) ADD_FAILURE() << "no network of its own can be had here";
     return RUN_ALL_TESTS();
 }

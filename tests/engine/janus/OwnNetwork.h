@@ -6,8 +6,8 @@
 
 namespace Corvanta::Engine {
 
-// Puts the process into it where the system allows that; otherwise it stays in the machine's network.
-void EnterOwnNetwork();
+// Puts the process into it. False where the system does not allow that.
+[[nodiscard]] bool EnterOwnNetwork();
 
 // An IPv4 address under which this process, and what it starts, can be reached by itself; empty for none.
 [[nodiscard]] std::string OwnAddress();

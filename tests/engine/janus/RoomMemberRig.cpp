@@ -93,6 +93,16 @@ void RoomMemberRig::Start() {
                                }
                            },
                        .dropped = [this](bool willRetry) { ++(willRetry ? drops : ends); },
+                       .ownConnection =
+                           [this](bool lost) {
+                               ++(lost ? ownLosses : ownReturns);
+                               if (!lost) return;
+                               loop.Post([this] {
+                                   transport->RequestRestart(
+                                       StreamIdOf(transport->OwnId(), StreamType::Camera),
+                                       {.tracks = {}, .immediately = true});
+                               });
+                           },
                        .muted = [this] { isMuted = true; },
                        .inView = [] { return std::vector<std::string>(); },
                        .speaker = [] { return std::optional<std::string>(); }});
@@ -119,7 +129,15 @@ void RoomMemberRig::Join(ParticipantDescription description) {
                                  },
                              .loudness = [self](double meanSquare) { self->loudness = meanSquare; },
                              .withoutPicture = [self] { self->isWithoutPicture = true; },
-                             .connection = [self](bool lost) { self->isLost = lost; },
+                             .connection =
+                                 [this, self, media = description.media.get()](bool lost) {
+                                     ++(lost ? self->losses : self->returns);
+                                     self->isLost = lost;
+                                     if (!lost) return;
+                                     loop.Post([self, media] {
+                                         if (!self->hasLeft) media->Restart(true);
+                                     });
+                                 },
                              .channel =
                                  [self](bool isOpen) {
                                      self->hasChannel = isOpen;
@@ -206,6 +224,13 @@ std::shared_ptr<SeenStream> RoomMemberRig::Sees(RoomMemberRig& other, StreamType
         return found != nullptr;
     });
     return isSeen ? found : nullptr;
+}
+
+void RoomMemberRig::ForgetThoseWhoLeft() {
+    Do([this](JanusTransport&) {
+        const std::lock_guard lock(mutex);
+        std::erase_if(seen, [](const auto& stream) { return stream->hasLeft.load(); });
+    });
 }
 
 std::vector<std::shared_ptr<SeenStream>> RoomMemberRig::All() const {

@@ -1,5 +1,6 @@
 // A participant of a room on the server, in this process: its transport on a loop of its own, its camera with
-// a picture of one colour and a tone, and what it sees and hears of the others. Driven from the test's
+// a picture of one colour and a tone, and what it sees and hears of the others. Has everything that is lost
+// restarted at once. Driven from the test's
 // thread.
 #pragma once
 
@@ -23,7 +24,7 @@ struct SeenStream {
     std::string id, name, memberId;
     StreamType type = StreamType::Camera;
     std::shared_ptr<ParticipantMedia> media;
-    std::atomic<int> pictures = 0, channels = 0;
+    std::atomic<int> pictures = 0, channels = 0, losses = 0, returns = 0;
     std::atomic<bool> isLost = false, hasChannel = false, hasLeft = false, isWithoutPicture = false;
     std::atomic<double> loudness = 0;
 
@@ -62,9 +63,13 @@ public:
     [[nodiscard]] std::shared_ptr<SeenStream> Sees(RoomMemberRig& other,
                                                    StreamType type = StreamType::Camera);
     [[nodiscard]] std::vector<std::shared_ptr<SeenStream>> All() const;
+    // Lets go of all that is kept of them.
+    void ForgetThoseWhoLeft();
 
     std::atomic<bool> hasEntered = false, isMuted = false;
     std::atomic<int> drops = 0, ends = 0;
+    // Of the own camera's connection.
+    std::atomic<int> ownLosses = 0, ownReturns = 0;
 
 private:
     // Gives a feed pictures and sound while it lives.

@@ -17,13 +17,13 @@
 namespace Corvanta::Engine {
 
 RoomServerProcess::RoomServerProcess(RoomServerOptions serverOptions) : options(std::move(serverOptions)) {
-    const std::string address = OwnAddress();
-    if (options.port == 0) options.port = FreePort(address);
-    std::vector<std::string> words_{CORVANTA_ROOM_SERVER, "--port", std::to_string(options.port), "--address",
-                                    address};
-    words_.insert(words_.end(), options.arguments.begin(), options.arguments.end());
+    if (options.address.empty()) options.address = OwnAddress();
+    if (options.port == 0) options.port = FreePort(options.address);
+    std::vector<std::string> command{CORVANTA_ROOM_SERVER, "--port", std::to_string(options.port),
+                                     "--address", options.address};
+    command.insert(command.end(), options.arguments.begin(), options.arguments.end());
     std::vector<char*> arguments;
-    for (std::string& word : words_) arguments.push_back(word.data());
+    for (std::string& word : command) arguments.push_back(word.data());
     arguments.push_back(nullptr);
 
     std::array<int, 2> pipe{};
@@ -33,6 +33,7 @@ RoomServerProcess::RoomServerProcess(RoomServerOptions serverOptions) : options(
         dup2(pipe[1], STDOUT_FILENO);
         dup2(pipe[1], STDERR_FILENO);
         if (!options.token.empty()) setenv("CORVANTA_TOKEN", options.token.c_str(), 1);
+        if (!options.temporaryFolder.empty()) setenv("TMPDIR", options.temporaryFolder.c_str(), 1);
         execv(arguments[0], arguments.data());
         _exit(127);
     }
@@ -55,7 +56,7 @@ RoomServerProcess::~RoomServerProcess() {
 }
 
 std::string RoomServerProcess::Address(const std::string& scheme) const {
-    return scheme + "://" + OwnAddress() + ':' + std::to_string(options.port);
+    return scheme + "://" + options.address + ':' + std::to_string(options.port);
 }
 
 pid_t RoomServerProcess::Server() const {

@@ -9,12 +9,16 @@
 namespace Corvanta::Engine {
 
 struct RoomServerOptions {
+    // On which it listens; empty for the own one.
+    std::string address = {};
     // 0: a free one.
     int port = 0;
     // Handed over by the environment; empty for none.
-    std::string token;
+    std::string token = {};
+    // Where it keeps what it needs; empty for the usual place.
+    std::string temporaryFolder = {};
     // Further arguments of the command.
-    std::vector<std::string> arguments;
+    std::vector<std::string> arguments = {};
 };
 
 class RoomServerProcess final {

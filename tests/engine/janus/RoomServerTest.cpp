@@ -47,9 +47,18 @@ void MakeCertificates(const TemporaryFolder& folder, const std::string& address)
     ASSERT_EQ(std::system(commands.c_str()), 0) << folder.Read("log");
 }
 
+// Which only its owner may read.
+void WriteToken(const TemporaryFolder& folder, const std::string& text) {
+    folder.Write("token", text);
+    std::filesystem::permissions(folder.File("token"), std::filesystem::perms::owner_read);
+}
+
 TEST(RoomServer, SaysWhatToTypeOnTheOtherMachines) {
     RoomServerProcess server;
     ASSERT_TRUE(server.IsReady()) << server.Words();
+    EXPECT_NE(server.Words().find("tools/room-service --address "), std::string::npos) << server.Words();
+    EXPECT_NE(server.Words().find("without a token, whoever reaches this machine enters"), std::string::npos)
+        << server.Words();
     EXPECT_NE(server.Words().find("./run --server " + server.Address() + " --room review --name one\n"),
               std::string::npos)
         << server.Words();
@@ -77,7 +86,7 @@ TEST(RoomServer, EndsWhenTheServerDoes) {
 TEST(RoomServer, SaysThatItsPortIsTaken) {
     RoomServerProcess first;
     ASSERT_TRUE(first.IsReady()) << first.Words();
-    RoomServerProcess second({.port = first.Port(), .token = {}, .arguments = {}});
+    RoomServerProcess second({.port = first.Port()});
     EXPECT_FALSE(second.IsReady());
     EXPECT_EQ(second.Words().find("room-server: port " + std::to_string(first.Port()) + " is taken"), 0U)
         << second.Words();
@@ -87,22 +96,67 @@ TEST(RoomServer, SaysThatItsPortIsTaken) {
 
 TEST(RoomServer, RefusesBadArgumentsInOneLine) {
     for (const char* port : {"0", "x", "70000", "-1"}) {
-        RoomServerProcess server({.port = 0, .token = {}, .arguments = {"--port", port}});
+        RoomServerProcess server({.arguments = {"--port", port}});
         EXPECT_FALSE(server.IsReady());
         EXPECT_EQ(server.Words(), "room-server: \"" + std::string(port) + "\" is no port\n");
         EXPECT_EQ(server.End(), 2);
     }
-    RoomServerProcess unknown({.port = 0, .token = {}, .arguments = {"--nothing"}});
+    RoomServerProcess unknown({.arguments = {"--nothing"}});
     EXPECT_EQ(unknown.End(), 2);
-    RoomServerProcess keyless({.port = 0, .token = {}, .arguments = {"--certificate", "/nowhere"}});
+    RoomServerProcess keyless({.arguments = {"--certificate", "/nowhere"}});
     EXPECT_EQ(keyless.End(), 2);
+}
+
+TEST(RoomServer, TakesNoTokenThatIsNone) {
+    const TemporaryFolder folder;
+    WriteToken(folder, "within its rules");
+    const std::string file = folder.File("token").string();
+    RoomServerProcess blank({.arguments = {"--token-file", file}});
+    EXPECT_EQ(blank.Words(),
+              "room-server: the token has to be 1 to 1024 printable ASCII letters without blanks\n");
+    EXPECT_EQ(blank.End(), 2);
+    RoomServerProcess foreign({.token = "sesam\xC3\xB6"});
+    EXPECT_EQ(foreign.Words(), blank.Words());
+    RoomServerProcess endless({.token = std::string(1025, 'x')});
+    EXPECT_EQ(endless.Words(), blank.Words());
+    std::filesystem::permissions(folder.File("token"), std::filesystem::perms::group_read,
+                                 std::filesystem::perm_options::add);
+    RoomServerProcess open({.arguments = {"--token-file", file}});
+    EXPECT_EQ(open.Words(),
+              "room-server: the token's file \"" + file + "\" is open to others: chmod 600 it\n");
+    EXPECT_EQ(open.End(), 2);
+    RoomServerProcess absent({.arguments = {"--token-file", file + "-less"}});
+    EXPECT_EQ(absent.End(), 2);
+}
+
+TEST(RoomServer, ClearsAwayWhatAKilledOneLeft) {
+    const TemporaryFolder folder;
+    const RoomServerOptions options{.temporaryFolder = folder.path.string()};
+    const auto left = [&] {
+        return std::distance(std::filesystem::directory_iterator(folder.path),
+                             std::filesystem::directory_iterator());
+    };
+    {
+        RoomServerProcess killed(options);
+        ASSERT_TRUE(killed.IsReady()) << killed.Words();
+        const pid_t server = killed.Server();
+        killed.KillCommand();
+        EXPECT_TRUE(IsGone(server));
+    }
+    EXPECT_EQ(left(), 1);
+    {
+        RoomServerProcess next(options), beside(options);
+        ASSERT_TRUE(next.IsReady() && beside.IsReady()) << next.Words() << beside.Words();
+        // Only those of two that run.
+        EXPECT_EQ(left(), 2);
+    }
+    EXPECT_EQ(left(), 0);
 }
 
 TEST(RoomServer, KeepsItsTokenOutOfEveryProcessList) {
     const TemporaryFolder folder;
-    folder.Write("token", "never-to-be-listed\nsecond line");
-    RoomServerProcess server(
-        {.port = 0, .token = {}, .arguments = {"--token-file", folder.File("token").string()}});
+    WriteToken(folder, "never-to-be-listed \r\nsecond line");
+    RoomServerProcess server({.arguments = {"--token-file", folder.File("token").string()}});
     ASSERT_TRUE(server.IsReady()) << server.Words();
     EXPECT_FALSE(IsInAProcessList("never-to-be-listed"));
     EXPECT_EQ(server.Words().find("never-to-be-listed"), std::string::npos);
@@ -121,9 +175,7 @@ TEST(RoomServer, IsTrustedOverASecuredConnectionByItsAuthorityAlone) {
     RoomServerProcess probe;
     const std::string address = probe.Address().substr(5, probe.Address().rfind(':') - 5);
     MakeCertificates(folder, address);
-    RoomServerProcess server({.port = 0,
-                              .token = {},
-                              .arguments = {"--certificate", folder.File("server.pem").string(), "--key",
+    RoomServerProcess server({.arguments = {"--certificate", folder.File("server.pem").string(), "--key",
                                             folder.File("server.key").string()}});
     ASSERT_TRUE(server.IsReady()) << server.Words();
     JanusOptions options{

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -37,9 +39,10 @@ public:
         std::set<std::string> hears;
         std::map<std::string, Texts> heard;
         // "+a" and "-a" for a channel.
-        Texts channels, mutes;
+        Texts channels, mutes, begunAnew;
         std::map<std::string, LocalTracks> tracks;
         std::vector<std::string> said;
+        std::vector<std::pair<std::string, std::string>> coming;
     };
 
     Member& Add(const std::string& id) {
@@ -62,7 +65,8 @@ public:
                         },
                     .tracks = [&member](const std::string& from,
                                         const LocalTracks& tracks) { member.tracks[from] = tracks; },
-                    .mute = [&member](const std::string& id_) { member.mutes.push_back(id_); }});
+                    .mute = [&member](const std::string& id_) { member.mutes.push_back(id_); },
+                    .begunAnew = [&member](const std::string& from) { member.begunAnew.push_back(from); }});
         member.texts->OnOwnChannel(true);
         return member;
     }
@@ -88,9 +92,18 @@ public:
             for (auto& [id, speaker] : members) {
                 for (const std::string& message : std::exchange(speaker.said, {})) {
                     isQuiet = false;
+                    if (onMessage) onMessage(id, message);
                     for (auto& [other, listener] : members) {
                         const bool isLost = loses && loses(message);
-                        if (listener.hears.contains(id) && !isLost) listener.texts->Take(id, message, now);
+                        if (!listener.hears.contains(id) || isLost) continue;
+                        listener.coming.emplace_back(id, message);
+                    }
+                }
+                for (auto& [other, listener] : members) {
+                    if (other == holdsBack) continue;
+                    for (const auto& [from, message] : std::exchange(listener.coming, {})) {
+                        isQuiet = false;
+                        listener.texts->Take(from, message, now);
                     }
                 }
                 speaker.texts->Pump();
@@ -107,6 +120,9 @@ public:
 
     std::map<std::string, Member> members;
     std::function<bool(const std::string& message)> loses;
+    std::function<void(const std::string& from, const std::string& message)> onMessage;
+    // To whom nothing gets at the moment.
+    std::string holdsBack;
     RoomTexts::Clock::time_point now{seconds(1000)};
 };
 
@@ -181,7 +197,8 @@ TEST(RoomTexts, ReachANewcomerFromInsideTheNewsOfItsChannel) {
                                     if (isOpen) greeting->Say("marks");
                                 },
                             .tracks = [](const std::string&, const LocalTracks&) {},
-                            .mute = [](const std::string&) {}});
+                            .mute = [](const std::string&) {},
+                            .begunAnew = [](const std::string&) {}});
     greeting = a.texts.get();
     a.texts->OnOwnChannel(true);
     room.Meet(kA, kB);
@@ -286,34 +303,168 @@ TEST(RoomTexts, SurviveAnythingThatAMemberSays) {
     auto& b = room.Add(kB);
     room.Meet(kA, kB);
     for (const std::string message :
-         {"", "x", "t1", "t1 ", "t1 1", "t1 1 0 1", "t1 18446744073709551615 0 1\nx", "r1", "r1 ", "r1 {",
-          "r1 []", R"(r1 {"hears":7})", R"(r1 {"hears":{"b":7}})", R"(r1 {"hears":{"b":[1]}})",
-          R"(r1 {"hears":{"b":[1,18446744073709551615]}})", R"(r1 {"hears":{"b":[-1,-1]}})",
-          R"(r1 {"from":{"b":[1,"x"]},"sound":7})", R"(r1 {"hears":{"b":[2,0]}})"}) {
+         {"", "x", "t1", "t1 ", "t1 1", "t1 1 0 1", "t1 18446744073709551615 0 1\nx", "s1", "s1 ", "s1 {",
+          "s1 []", R"(s1 {"hears":7})", R"(s1 {"hears":{"b":7}})", R"(s1 {"hears":{"b":[1]}})",
+          R"(s1 {"hears":{"b":[1,18446744073709551615]}})", R"(s1 {"hears":{"b":[-1,-1]}})",
+          R"(s1 {"from":{"b":[1,"x"]},"sound":7})", R"(s1 {"hears":{"b":[2,1]}})"}) {
         b.texts->Take(kA, message, room.now);
         room.Settle();
     }
-    b.texts->Take(kA, Join("r1 ", std::string(16'000, '[')), room.now);
+    b.texts->Take(kA, Join("s1 ", std::string(16'000, '[')), room.now);
     b.texts->Take("unknown", "t1 1 0 2\nTx", room.now);
     a.texts->Say("still here");
     room.Pass(8);
     EXPECT_EQ(b.heard[kA], (Texts{"still here"}));
 }
 
-TEST(RoomTexts, OfOneWhoSaysTooMuchAreLeftOut) {
+TEST(RoomTexts, OfAHeapAllArriveInOrder) {
     LogLines log;
     Forwarder room;
     auto& a = room.Add(kA);
     auto& b = room.Add(kB);
+    auto& c = room.Add(kC);
     room.Meet(kA, kB);
-    for (int number = 0; number < 5000; ++number) a.texts->Say("x");
+    room.Meet(kA, kC);
+    room.Meet(kB, kC);
+    Texts all;
+    for (int number = 0; number < 5000; ++number) {
+        all.push_back(std::to_string(number));
+        a.texts->Say(all.back());
+    }
     room.Settle();
-    EXPECT_EQ(b.heard[kA].size(), static_cast<std::size_t>(kMessagesPerSecond));
+    // Not more than everybody can read.
+    EXPECT_LE(b.heard[kA].size(), static_cast<std::size_t>(kMessagesPerSecond));
+    room.Pass(6);
+    EXPECT_EQ(b.heard[kA], all);
+    EXPECT_EQ(c.heard[kA], all);
+    EXPECT_EQ(log.Count("says more than can be read"), 0);
+}
+
+// What was on its way for a while, to one who stood still meanwhile.
+TEST(RoomTexts, ThatComeInAHeapAllArriveInOrder) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    room.holdsBack = kB;
+    Texts all;
+    for (int second = 0; second < 10; ++second) {
+        for (int number = 0; number < 800; ++number) {
+            all.push_back(std::to_string(800 * second + number));
+            a.texts->Say(all.back());
+        }
+        room.Pass(1);
+    }
+    EXPECT_TRUE(b.heard[kA].empty());
+    room.holdsBack.clear();
+    room.Pass(20);
+    EXPECT_EQ(b.heard[kA], all);
+}
+
+TEST(RoomTexts, OfOneWhoSaysTooMuchAreReadNoFurther) {
+    LogLines log;
+    Forwarder room;
+    auto& b = room.Add(kB);
+    room.Add(kA);
+    room.Meet(kA, kB);
+    // Says what it likes, as fast as it likes.
+    const auto flood = [&] {
+        for (int number = 1; number <= 5000; ++number) {
+            std::string piece = "t1 ";
+            piece += std::to_string(number);
+            piece += " 0 2\nTx";
+            b.texts->Take(kA, piece, room.now);
+        }
+    };
+    flood();
+    EXPECT_EQ(b.heard[kA].size(), static_cast<std::size_t>(2 * kMessagesPerSecond));
     EXPECT_EQ(log.Count("says more than can be read"), 1);
-    room.Pass(2);
-    a.texts->Say("calm");
+    // It says it again.
+    room.Pass(1);
+    flood();
+    EXPECT_EQ(b.heard[kA].size(), static_cast<std::size_t>(3 * kMessagesPerSecond));
+}
+
+TEST(RoomTexts, AreSaidAgainWithinABudgetAndAfterWhatIsNew) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Add(kC);
+    room.Meet(kA, kB);
+    room.Meet(kA, kC);
+    const std::string longText(4 * kLongestPiece, 'x');
+    for (int number = 0; number < 100; ++number) a.texts->Say(longText);
     room.Settle();
-    EXPECT_EQ(b.heard[kA].back(), "calm");
+    // One of them says in every way that it has heard nothing, over and over.
+    std::size_t bytes = 0;
+    room.onMessage = [&](const std::string& from, const std::string& message) {
+        if (from == kA) bytes += message.size();
+    };
+    std::uint32_t ear = 1000;
+    const int turns = 100;
+    for (int second = 0; second < turns; ++second) {
+        for (int count = 0; count < 50; ++count) {
+            std::string state = R"(s1 {"hears":{"a":[)";
+            state += std::to_string(++ear);
+            state += ",1]}}";
+            a.texts->Take(kC, state, room.now);
+            room.Settle();
+        }
+        a.texts->Say("new");
+        room.Pass(1);
+        EXPECT_EQ(b.heard[kA].size(), static_cast<std::size_t>(101 + second));
+    }
+    EXPECT_LT(static_cast<double>(bytes), RoomTexts::kMostBytesAgainAtOnce +
+                                              turns * RoomTexts::kBytesAgainPerSecond + turns * 1000.0 +
+                                              500'000.0);
+    EXPECT_LT(std::count(a.channels.begin(), a.channels.end(), "+c"), turns + 10);
+}
+
+TEST(RoomTexts, SaidToAMemberThatWasMetAndDoesNotHearYetReachIt) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    a.texts->Say("old");
+    a.texts->Meet(kB, kB);
+    a.texts->Say("1");
+    room.Hear(kA, kB);
+    a.texts->Say("2");
+    room.Pass(2);
+    room.Hear(kB, kA);
+    a.texts->Say("3");
+    room.Pass(1);
+    EXPECT_EQ(b.heard[kA], (Texts{"1", "2", "3"}));
+}
+
+TEST(RoomTexts, TellOfAMemberThatHasGivenUsUp) {
+    Forwarder room;
+    auto& a = room.Add(kA);
+    auto& b = room.Add(kB);
+    room.Meet(kA, kB);
+    a.texts->Say("1");
+    b.texts->Say("one");
+    room.Pass(1);
+    // One of them takes the other for gone, and meets it again.
+    room.Deafen(kA, kB);
+    a.texts->Forget(kB);
+    room.Pass(2);
+    room.Hear(kA, kB);
+    EXPECT_EQ(b.begunAnew, (Texts{"a"}));
+    EXPECT_TRUE(a.begunAnew.empty());
+    room.Pass(2);
+    EXPECT_EQ(b.begunAnew.size(), 1U);
+    b.texts->Say("between");
+    room.Deafen(kB, kA);
+    b.texts->Forget(kA);
+    room.Hear(kB, kA);
+    room.Pass(2);
+    EXPECT_TRUE(a.begunAnew.empty());
+    EXPECT_EQ(b.begunAnew.size(), 1U);
+    a.texts->Say("2");
+    b.texts->Say("two");
+    room.Pass(2);
+    EXPECT_EQ(b.heard[kA], (Texts{"1", "2"}));
+    EXPECT_EQ(a.heard[kB], (Texts{"one", "two"}));
 }
 
 TEST(RoomTexts, KeepNoMoreThanTheirBound) {
@@ -373,6 +524,11 @@ TEST(RoomTexts, KnowWhenAMemberWasHeardLast) {
     EXPECT_EQ(a.texts->LastHeard(kB), room.now);
     room.loses = [](const std::string&) { return true; };
     const auto before = room.now;
+    room.Pass(3);
+    EXPECT_EQ(a.texts->LastHeard(kB), before);
+    // What it says over another channel is still to come.
+    room.Deafen(kA, kB);
+    room.Hear(kA, kB);
     room.Pass(3);
     EXPECT_EQ(a.texts->LastHeard(kB), before);
     a.texts->Forget(kB);

@@ -51,6 +51,9 @@ struct TransportEvents {
     std::function<void(bool willRetry)> dropped;
     // The way to the others is there again.
     std::function<void()> restored = {};
+    // The connection on which the local user's camera goes out was lost, or is back. Left out where each
+    // participant has one of its own, which tells of itself.
+    std::function<void(bool lost)> ownConnection = {};
     // Another one has switched the local user's microphone off for all.
     std::function<void()> muted;
 

@@ -146,7 +146,8 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       transport((makeTransport ? makeTransport : ChooseTransport(options, localName))(loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(
           loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing)),
-      streams(loop, sound.Mixer(), *transport, isClosing) {}
+      streams(loop, sound.Mixer(), *transport, isClosing),
+      texts(loop, participants, chat) {}
 
 Room::~Room() = default;
 
@@ -278,12 +279,13 @@ void Room::OpenMedia(const std::shared_ptr<RoomParticipant>& participant) {
                                   },
                               .channel =
                                   [this, weak](bool isOpen) {
-                                      if (const auto speaking = weak.lock()) OnChannel(speaking, isOpen);
+                                      if (const auto speaking = weak.lock())
+                                          texts.OnChannel(speaking, isOpen);
                                   },
                               .text =
                                   [this, weak](std::string text) {
                                       if (const auto speaking = weak.lock())
-                                          OnText(speaking, std::move(text));
+                                          texts.Take(speaking, std::move(text));
                                   },
                               .ended =
                                   [this, weak] {
@@ -304,10 +306,11 @@ void Room::Announce(const std::shared_ptr<RoomParticipant>& participant) {
         return;
     }
     participant->sinks.AddOwned(std::unique_ptr<FrameCallback>(*sink));
+    participant->enteredAt = std::chrono::steady_clock::now();
     participant->hasEntered = true;
     LOG(kLogInformation, "\"%s\" has entered the room", participant->name.c_str());
     callbacks.videoTrackAdded.Call(participant->id);
-    if (participant->hasChannel) OpenChannel(participant);
+    texts.OnEntered(participant);
     participant->media->Play();
 }
 
@@ -322,33 +325,6 @@ void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const std:
     // The library asks what it was while it is told that it has gone.
     if (participant->hasEntered) MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
     participants.Remove(participant);
-}
-
-void Room::OnChannel(const std::shared_ptr<RoomParticipant>& participant, bool isOpen) {
-    if (std::exchange(participant->hasChannel, isOpen) == isOpen || !participant->hasEntered) return;
-    if (isOpen) {
-        OpenChannel(participant);
-    } else {
-        participant->channel.Close();
-    }
-}
-
-void Room::OpenChannel(const std::shared_ptr<RoomParticipant>& participant) {
-    participant->channel.Open();
-    ConnectionCallbacks::Get().participantJoined.Call();
-    participant->earlyTexts.Flush([&](const std::string& text) {
-        participant->channel.Deliver({participant->id, text});
-        return true;
-    });
-}
-
-void Room::OnText(const std::shared_ptr<RoomParticipant>& participant, std::string text) {
-    if (chat.Take(*participant, text) || !participant->dataPublished) return;
-    if (participant->hasEntered && participant->hasChannel && participant->earlyTexts.IsEmpty()) {
-        participant->channel.Deliver({participant->id, std::move(text)});
-    } else {
-        participant->earlyTexts.Send(std::move(text), [](const std::string&) { return false; });
-    }
 }
 
 std::vector<std::string> Room::InView() const {

@@ -17,6 +17,7 @@
 #include "engine/connections/OwnStreams.h"
 #include "engine/connections/ParticipantList.h"
 #include "engine/connections/ParticipantReports.h"
+#include "engine/connections/ParticipantTexts.h"
 #include "engine/connections/RoomCamera.h"
 #include "engine/connections/RoomChat.h"
 #include "engine/connections/RoomParticipant.h"
@@ -103,9 +104,6 @@ private:
     void OpenMedia(const std::shared_ptr<RoomParticipant>& participant);
     void Announce(const std::shared_ptr<RoomParticipant>& participant);
     void Leave(const std::shared_ptr<RoomParticipant>& participant, const std::string& reason);
-    void OnChannel(const std::shared_ptr<RoomParticipant>& participant, bool isOpen);
-    void OpenChannel(const std::shared_ptr<RoomParticipant>& participant);
-    void OnText(const std::shared_ptr<RoomParticipant>& participant, std::string text);
     // Sends the camera as the library wants it at the moment.
     void FollowAdaptation();
     [[nodiscard]] std::vector<std::string> InView() const;
@@ -132,6 +130,7 @@ private:
     const std::shared_ptr<RoomCamera> camera;
     OwnStreams streams;
     // The engine's thread alone.
+    ParticipantTexts texts;
     std::uint64_t joined = 0;
     bool entryIsTold = false;
     std::optional<VideoFrameAdaptation> adaptation;

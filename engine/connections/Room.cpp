@@ -57,11 +57,6 @@ struct Registry {
     }
 };
 
-LocalTracks CurrentLocalTracks() {
-    const TrackSettings& tracks = TrackSettings::Get();
-    return {.audio = tracks.localAudioEnabled, .video = tracks.localVideoEnabled};
-}
-
 // The one that was asked for last; 0 for none.
 uint32_t OutboundBitrate() {
     const TrackSettings& tracks = TrackSettings::Get();
@@ -145,7 +140,8 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       sound(loop),
       transport((makeTransport ? makeTransport : ChooseTransport(options, localName))(loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(
-          loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing)),
+          loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing,
+          [this] { ApplyCameraTracks(); })),
       streams(loop, sound.Mixer(), *transport, isClosing),
       texts(loop, participants, chat) {}
 
@@ -204,6 +200,13 @@ TransportEvents Room::EventsOfTransport() {
                     ConnectionCallbacks::Get().connectionDropped.Call(static_cast<bool>(willRetry), false);
                 },
             .restored = [this] { isConnected = !hasEnded; },
+            .ownConnection =
+                [this](bool lost) {
+                    if (!isIn || isClosing) return;
+                    cameraIsLost = lost;
+                    MediaCallbacks::Get().connectionStatus.Call(StreamIdOf(OwnId(), StreamType::Camera),
+                                                                static_cast<bool>(lost));
+                },
             .muted = [] { TellMutedRemotely(); },
             .inView = [this] { return InView(); },
             .speaker = [this] { return SpeakerId(); }};
@@ -212,7 +215,8 @@ TransportEvents Room::EventsOfTransport() {
 void Room::Enter() {
     if (isClosing || std::exchange(entryIsTold, true)) return;
     isIn = true;
-    const auto feed = transport->PublishCamera(CurrentLocalTracks());
+    toldTracks = OwnTracks();
+    const auto feed = transport->PublishCamera(toldTracks);
     camera->outlet.Set(feed);
     sound.Outlet().Set(feed);
     if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) transport->SetOutboundBitrate(bitrate);
@@ -234,7 +238,8 @@ void Room::Add(ParticipantDescription description) {
         return;
     }
     const auto participant = std::make_shared<RoomParticipant>(joined++, std::move(description));
-    speaker.ReportJoined(participant->number);
+    // Of what is shared, the sound is nobody's voice.
+    if (participant->type == StreamType::Camera) speaker.ReportJoined(participant->number);
     participants.Add(participant);
     if (isIn) Bring(participant);
 }
@@ -274,6 +279,9 @@ void Room::OpenMedia(const std::shared_ptr<RoomParticipant>& participant) {
                                   },
                               .connection =
                                   [self](bool lost) {
+                                      self->isLost = lost;
+                                      // Nothing is shown yet that could be called lost.
+                                      if (!self->hasEntered) return;
                                       MediaCallbacks::Get().connectionStatus.Call(self->id,
                                                                                   static_cast<bool>(lost));
                                   },
@@ -310,6 +318,7 @@ void Room::Announce(const std::shared_ptr<RoomParticipant>& participant) {
     participant->hasEntered = true;
     LOG(kLogInformation, "\"%s\" has entered the room", participant->name.c_str());
     callbacks.videoTrackAdded.Call(participant->id);
+    if (participant->isLost) callbacks.connectionStatus.Call(participant->id, true);
     texts.OnEntered(participant);
     participant->media->Play();
 }
@@ -463,14 +472,20 @@ void Room::ConfigureStream(const std::string& streamId, const TrackSwitches& swi
     ApplyVolume(participant);
 }
 
-void Room::Restart(const std::string& streamId, const RestartRequest& request) {
+void Room::Restart(const std::string& streamId, Pace pace) {
     const auto participant = Find(streamId);
-    loop.Post([this, participant, streamId, request] {
+    loop.Post([this, participant, streamId, pace] {
         if (!participant) {
-            transport->RequestRestart(streamId, request);
+            transport->RequestRestart(streamId, {.tracks = toldTracks, .immediately = pace == Pace::AtOnce});
         } else if (!participant->hasLeft) {
-            participant->media->Restart(request.immediately);
+            participant->media->Restart(pace == Pace::AtOnce);
         }
+    });
+}
+
+void Room::RestartLostCamera() {
+    loop.Post([this] {
+        if (cameraIsLost) Restart(StreamIdOf(OwnId(), StreamType::Camera), Pace::AtOnce);
     });
 }
 
@@ -500,8 +515,19 @@ void Room::ApplyVolumes() {
 void Room::ApplyLocalTracks() {
     loop.Post([this] {
         sound.FollowMicrophone();
-        transport->SetCameraTracks(CurrentLocalTracks());
+        ApplyCameraTracks();
     });
+}
+
+LocalTracks Room::OwnTracks() const {
+    const TrackSettings& tracks = TrackSettings::Get();
+    return {.audio = tracks.SendsAudio(), .video = tracks.SendsVideo() && camera->HasDevice()};
+}
+
+void Room::ApplyCameraTracks() {
+    if (!isIn) return;
+    const LocalTracks tracks = OwnTracks();
+    if (std::exchange(toldTracks, tracks) != tracks) transport->SetCameraTracks(tracks);
 }
 
 void Room::FollowAdaptation() {
@@ -515,7 +541,9 @@ void Room::FollowAdaptation() {
 }
 
 void Room::ApplyOutboundBitrate() {
-    loop.Post([this] { transport->SetOutboundBitrate(OutboundBitrate()); });
+    loop.Post([this] {
+        if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) transport->SetOutboundBitrate(bitrate);
+    });
 }
 
 void Room::OpenSoundDevices() {

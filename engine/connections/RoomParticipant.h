@@ -97,6 +97,8 @@ public:
     std::atomic<bool> hasLeft = false;
 
     // The engine's thread alone.
+    // Its connection, as it was told last.
+    bool isLost = false;
     // When the library learned of it.
     std::chrono::steady_clock::time_point enteredAt = {};
     bool hasChannel = false;

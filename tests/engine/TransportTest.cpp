@@ -29,6 +29,7 @@ class TransportTest : public testing::Test {
 protected:
     TransportTest() {
         visitor.makeTransport = fake.Maker();
+        visitor.camera = "test";
         MediaManager_SetCallbackToGetRemoteDataChannelSDLCallbackList([this] {
             ++channels;
             return std::vector<DataChannelCallback>{[this](const DataChannelMessage& message) {

@@ -133,10 +133,13 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       epoch(std::chrono::steady_clock::now()),
       service(LastingRoomService(ConfigurationStore::Get().Folder())),
       serviceLink(options),
-      reports(
-          std::move(sessionName), participants,
-          [this] { return settings.room.empty() ? std::string() : StreamIdOf(OwnId(), StreamType::Camera); },
-          [this] { return transport->OwnFigures(); }),
+      reports(std::move(sessionName), participants,
+              {.idOf =
+                   [this](StreamType type) {
+                       return settings.room.empty() ? std::string() : StreamIdOf(OwnId(), type);
+                   },
+               .shared = [this] { return streams.Types(); },
+               .figures = [this] { return transport->OwnFigures(); }}),
       sound(loop),
       transport((makeTransport ? makeTransport : ChooseTransport(options, localName))(loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(
@@ -237,11 +240,22 @@ void Room::Add(ParticipantDescription description) {
         LOG(kLogWarning, "\"%s\" is in the room already", description.id.c_str());
         return;
     }
+    description.name = NameOf(description);
     const auto participant = std::make_shared<RoomParticipant>(joined++, std::move(description));
     // Of what is shared, the sound is nobody's voice.
     if (participant->type == StreamType::Camera) speaker.ReportJoined(participant->number);
     participants.Add(participant);
     if (isIn) Bring(participant);
+}
+
+std::string Room::NameOf(const ParticipantDescription& description) const {
+    if (description.type == StreamType::Camera) return description.name;
+    const ParticipantList::Snapshot all = participants.Get();
+    const auto sharer = std::ranges::find_if(*all, [&](const auto& other) {
+        return other->type == StreamType::Camera && other->memberId == description.memberId;
+    });
+    if (sharer == all->end()) return description.name;
+    return description.name + " (" + (*sharer)->name + ')';
 }
 
 void Room::Bring(const std::shared_ptr<RoomParticipant>& participant) {
@@ -416,7 +430,7 @@ RoomStatus Room::Status() const {
 }
 
 std::vector<ParticipantInfo> Room::Participants() const {
-    const auto speaking = SpeakerId();
+    const auto now = std::chrono::steady_clock::now();
     std::vector<ParticipantInfo> infos;
     const ParticipantList::Snapshot all = participants.Get();
     for (const auto& participant : *all) {
@@ -425,7 +439,7 @@ std::vector<ParticipantInfo> Room::Participants() const {
                          .name = participant->name,
                          .volume = participant->volume,
                          .loudness = participant->Speaks() ? participant->loudness.load() : 0.0,
-                         .isSpeaking = speaking == participant->id});
+                         .isSpeaking = speaker.IsSpeaking(participant->number, now)});
     }
     return infos;
 }

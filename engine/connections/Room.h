@@ -103,6 +103,8 @@ private:
     // Whether the transport let the local user in.
     [[nodiscard]] bool WaitForEntry();
     void Add(ParticipantDescription description);
+    // Whose it is stands behind what is shared.
+    [[nodiscard]] std::string NameOf(const ParticipantDescription& description) const;
     // Has it opened and announced.
     void Bring(const std::shared_ptr<RoomParticipant>& participant);
     void OpenMedia(const std::shared_ptr<RoomParticipant>& participant);

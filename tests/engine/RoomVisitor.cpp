@@ -62,8 +62,10 @@ int RoomVisitor::Enter(const std::vector<Participant>& participants) {
         const std::lock_guard lock(streamsMutex);
         events.emplace_back("joined");
     });
-    TrackSettings::Get().carriesLocalAudio = TrackSettings::Get().carriesLocalVideo = isHeardAndSeen;
-    if (makeTransport) return Room::Open(CurrentOptions(), "Me", "session", makeTransport) ? 1 : -1;
+    if (makeTransport) {
+        TrackSettings::Get().carriesLocalAudio = TrackSettings::Get().carriesLocalVideo = isHeardAndSeen;
+        return Room::Open(CurrentOptions(), "Me", "session", makeTransport) ? 1 : -1;
+    }
     return Connections_InitConnection(nullptr, nullptr, "session", "", "", "", "Me", isHeardAndSeen,
                                       isHeardAndSeen, true, nullptr);
 }

@@ -3,15 +3,22 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <optional>
 #include <string>
 
+#include "engine/Engine.h"
 #include "engine/connections/Room.h"
+#include "engine/transport/StreamNames.h"
 #include "platform/Connections.h"
+#include "platform/GraphQLClient.h"
 #include "platform/MediaManager.h"
+#include "platform/RESTfulAPI.h"
 #include "platform/WebRTC.h"
 #include "tests/engine/Eventually.h"
 #include "tests/engine/FakeTransport.h"
 #include "tests/engine/RoomVisitor.h"
+#include "tests/engine/TemporaryFolder.h"
 
 namespace Corvanta::Engine {
 namespace {
@@ -157,6 +164,39 @@ TEST_F(LocalUserTest, IsNotToldOfALossThatIsOverByThen) {
     });
     EXPECT_TRUE(media->record.Gets("play"));
     EXPECT_THAT(status.Lines(), IsEmpty());
+}
+
+// Who looks at the panel of a shared stream's tile asks under the stream's own id.
+TEST_F(LocalUserTest, HasTheFiguresOfEachSharedStreamReportedUnderItsId) {
+    visitor.roomName = "review";
+    fake.ownFigures = {{StreamType::Camera, {.sentRate = 8000, .roundTripMs = 10}},
+                       {StreamType::Device, {.sentRate = 16000, .roundTripMs = 30}}};
+    // The service on this machine is nobody else's.
+    const TemporaryFolder folder;
+    const char* const set = std::getenv("XDG_RUNTIME_DIR");
+    const std::optional<std::string> before = set != nullptr ? std::optional<std::string>(set) : std::nullopt;
+    ::setenv("XDG_RUNTIME_DIR", folder.path.c_str(), 1);
+    Enter();
+    ASSERT_EQ(ShareStream(StreamType::Device, kTestPicture), std::nullopt);
+    const auto report = [](const char* streamId) {
+        return RESTApi_ReceiveParticipantsConnectivityLog("session", streamId);
+    };
+    const std::string device = StreamIdOf("me", StreamType::Device);
+    ASSERT_TRUE(Eventually(
+        [&] { return RESTApi_ResponseGetStatus(report(device.c_str())) == Model::API::kResponseSuccess; }));
+    EXPECT_EQ(report(device.c_str())->upload, 2000.0);
+    EXPECT_EQ(report(device.c_str())->roundTrip, 30);
+    EXPECT_EQ(report("me-camera")->upload, 3000.0);
+    EXPECT_EQ(report("me-camera")->roundTrip, 20);
+    GraphQLClientString* const profile = GraphQLClient_GetProfileId();
+    EXPECT_EQ(report("me-camera")->profileId, profile->c_str());
+    GraphQLClient_CStringDealloc(profile);
+    RoomVisitor::Leave();
+    if (before) {
+        ::setenv("XDG_RUNTIME_DIR", before->c_str(), 1);
+    } else {
+        ::unsetenv("XDG_RUNTIME_DIR");
+    }
 }
 
 TEST_F(LocalUserTest, TakesNothingSharedForSomebodyWhoSpeaks) {

@@ -160,7 +160,7 @@ struct ParticipantInfo {
     double volume = 1.0;
     // 0 to 1, of the last moment, for a meter.
     double loudness = 0.0;
-    // Is the active speaker.
+    // Is the active speaker, and not silent.
     bool isSpeaking = false;
 };
 

@@ -77,7 +77,8 @@ Engine::TransportEvents Guest::EventsOfTransport() {
 
 void Guest::ReportConnection() {
     if (hasLeft) return;
-    std::vector<Engine::ParticipantFigures> ways = transport->OwnFigures();
+    std::vector<Engine::ParticipantFigures> ways;
+    for (const auto& way : transport->OwnFigures()) ways.push_back(way.figures);
     for (const auto& [id, media] : others) ways.push_back(media->Figures());
     reports->Report(Engine::FiguresOfAll(ways));
     loop.PostAfter(std::chrono::seconds(Engine::kSecondsPerReport), [this] { ReportConnection(); });

@@ -50,7 +50,15 @@ ConnectionCallbacks& ConnectionCallbacks::Get() {
 }  // namespace Corvanta::Engine
 
 int32_t Connections_InitConnection(void*, void*, const char* sessionName, const char*, const char*,
-                                   const char*, const char* displayName, bool, bool, bool, void*) {
+                                   const char*, const char* displayName, bool withAudio, bool withVideo, bool,
+                                   void*) {
+    // Nobody is to be heard before having said so: whoever opens the room switches the microphone on.
+    TrackSettings& tracks = TrackSettings::Get();
+    tracks.localAudioEnabled = false;
+    tracks.localVideoEnabled = withVideo;
+    tracks.carriesLocalAudio = withAudio;
+    tracks.carriesLocalVideo = withVideo;
+    tracks.outboundBitrate = 0;
     if (!Room::Open(Corvanta::Engine::CurrentOptions(), displayName != nullptr ? displayName : "",
                     sessionName != nullptr ? sessionName : ""))
         return -1;
@@ -64,6 +72,9 @@ void Connections_CloseConnection() {
 
 void Connections_SetDefaultOutboundBitrate(uint32_t bitsPerSecond) {
     TrackSettings::Get().defaultOutboundBitrate = bitsPerSecond;
+    // It holds until another rate is asked for.
+    if (TrackSettings::Get().outboundBitrate > 0) return;
+    if (const auto room = Room::Current()) room->ApplyOutboundBitrate();
 }
 
 void Connections_ConfigureOutboundBitrate(uint32_t bitsPerSecond) {
@@ -76,8 +87,12 @@ void Connections_RestartPeerConnection(const std::string& streamId, bool videoEn
                                        bool immediately) {
     const auto room = Room::Current();
     if (!room) return;
-    room->Restart(streamId,
-                  {.tracks = {.audio = audioEnabled, .video = videoEnabled}, .immediately = immediately});
+    if (TypeOfStream(room->OwnId(), streamId) == StreamType::Camera) {
+        TrackSettings::Get().localAudioEnabled = audioEnabled;
+        TrackSettings::Get().localVideoEnabled = videoEnabled;
+        room->ApplyLocalTracks();
+    }
+    room->Restart(streamId, immediately ? Room::Pace::AtOnce : Room::Pace::InTime);
 }
 
 void Connections_RenegotiateOutboundPeerConnection(bool micEnabled, bool videoEnabled, const std::string&) {
@@ -86,6 +101,7 @@ void Connections_RenegotiateOutboundPeerConnection(bool micEnabled, bool videoEn
     const auto room = Room::Current();
     if (!room) return;
     room->ApplyLocalTracks();
+    room->RestartLostCamera();
     // Brings back a camera that was stopped for a change of devices.
     room->Camera().Start();
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/Diagnostics.h"
+#include "platform/GraphQLClient.h"
 #include "platform/RESTfulAPI.h"
 
 namespace Corvanta::Engine {
@@ -15,6 +16,13 @@ namespace Corvanta::Engine {
 namespace {
 
 constexpr double kBitsPerByte = 8.0;
+
+std::string ProfileId() {
+    GraphQLClientString* const id = GraphQLClient_GetProfileId();
+    std::string copy = id->c_str();
+    GraphQLClient_CStringDealloc(id);
+    return copy;
+}
 
 }  // namespace
 
@@ -49,7 +57,7 @@ LocalConnectionFigures FiguresOfAll(const std::vector<ParticipantFigures>& ways)
 bool ReportOwnConnection(const std::string& session, const std::string& streamId,
                          const LocalConnectionFigures& figures) {
     return RESTApi_SendConnectivityLog(
-        session, ReportTime(), figures.downloadRate / kBitsPerByte, streamId,
+        session, ReportTime(), figures.downloadRate / kBitsPerByte, ProfileId(),
         static_cast<std::int32_t>(std::lround(figures.roundTripMs)), figures.uploadRate / kBitsPerByte,
         static_cast<std::int32_t>(std::lround(figures.jitterMs)), Diagnostics_GetConnectionType(),
         Diagnostics_GetCPUType(), Diagnostics_GetCPUAppUsage(), Diagnostics_GetCPUSystemUsage(),

@@ -22,8 +22,8 @@ inline constexpr int kSecondsPerReport = 5;
 // Of the ways to all others: their rates together, and the mean of what was measured on each.
 [[nodiscard]] LocalConnectionFigures FiguresOfAll(const std::vector<ParticipantFigures>& ways);
 
-// Under the stream's id, with this machine's and this process's figures. Any thread that may wait for the
-// service. False when the service does not take it.
+// Under the stream's id, with this machine's and this process's figures and the user's profile. Any thread
+// that may wait for the service. False when the service does not take it.
 bool ReportOwnConnection(const std::string& session, const std::string& streamId,
                          const LocalConnectionFigures& figures);
 

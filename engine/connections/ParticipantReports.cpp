@@ -25,12 +25,8 @@ constexpr const char* kConnectionType = "Embedded";
 }  // namespace
 
 ParticipantReports::ParticipantReports(std::string sessionName, const ParticipantList& participants,
-                                       std::function<std::string()> ownStreamId,
-                                       std::function<std::vector<ParticipantFigures>()> ownFigures)
-    : session(std::move(sessionName)),
-      list(participants),
-      ownStream(std::move(ownStreamId)),
-      sentFigures(std::move(ownFigures)) {}
+                                       OwnStreamsSource ownStreams)
+    : session(std::move(sessionName)), list(participants), own(std::move(ownStreams)) {}
 
 void ParticipantReports::Start() {
     thread = std::jthread([this](const std::stop_token& stop) { Run(stop); });
@@ -56,13 +52,29 @@ void ParticipantReports::Run(const std::stop_token& stop) {
         stopped.wait_for(lock, stop, kMeasureInterval, [] { return false; });
         if (stop.stop_requested()) return;
         Measure();
-        std::vector<ParticipantFigures> ways = sentFigures();
+        const std::vector<OwnStreamFigures> sent = own.figures();
+        std::vector<ParticipantFigures> ways;
+        for (const OwnStreamFigures& way : sent) ways.push_back(way.figures);
         for (const Reporter& reporter : reporters) ways.push_back(reporter.figures);
-        const LocalConnectionFigures own = FiguresOfAll(ways);
-        FeedConnectionStats(own);
+        const LocalConnectionFigures connection = FiguresOfAll(ways);
+        FeedConnectionStats(connection);
         if (--secondsToOwnReport > 0) continue;
         secondsToOwnReport = kSecondsPerReport;
-        if (const std::string id = ownStream(); !id.empty()) ReportOwnConnection(session, id, own);
+        SendOwn(connection, sent);
+    }
+}
+
+void ParticipantReports::SendOwn(const LocalConnectionFigures& connection,
+                                 const std::vector<OwnStreamFigures>& ways) const {
+    const std::string camera = own.idOf(StreamType::Camera);
+    if (camera.empty()) return;
+    ReportOwnConnection(session, camera, connection);
+    for (const StreamType type : own.shared()) {
+        std::vector<ParticipantFigures> ofStream;
+        for (const OwnStreamFigures& way : ways) {
+            if (way.type == type) ofStream.push_back(way.figures);
+        }
+        ReportOwnConnection(session, own.idOf(type), FiguresOfAll(ofStream));
     }
 }
 

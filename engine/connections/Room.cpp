@@ -57,11 +57,6 @@ struct Registry {
     }
 };
 
-LocalTracks CurrentLocalTracks() {
-    const TrackSettings& tracks = TrackSettings::Get();
-    return {.audio = tracks.localAudioEnabled, .video = tracks.localVideoEnabled};
-}
-
 // The one that was asked for last; 0 for none.
 uint32_t OutboundBitrate() {
     const TrackSettings& tracks = TrackSettings::Get();
@@ -138,15 +133,20 @@ Room::Room(const EngineOptions& options, std::string localDisplayName, std::stri
       epoch(std::chrono::steady_clock::now()),
       service(LastingRoomService(ConfigurationStore::Get().Folder())),
       serviceLink(options),
-      reports(
-          std::move(sessionName), participants,
-          [this] { return settings.room.empty() ? std::string() : StreamIdOf(OwnId(), StreamType::Camera); },
-          [this] { return transport->OwnFigures(); }),
+      reports(std::move(sessionName), participants,
+              {.idOf =
+                   [this](StreamType type) {
+                       return settings.room.empty() ? std::string() : StreamIdOf(OwnId(), type);
+                   },
+               .shared = [this] { return streams.Types(); },
+               .figures = [this] { return transport->OwnFigures(); }}),
       sound(loop),
       transport((makeTransport ? makeTransport : ChooseTransport(options, localName))(loop, sound.Mixer())),
       camera(std::make_shared<RoomCamera>(
-          loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing)),
-      streams(loop, sound.Mixer(), *transport, isClosing) {}
+          loop, [this](int32_t index) { return CameraSource(index); }, CaptureIndexOf(nullptr), isClosing,
+          [this] { ApplyCameraTracks(); })),
+      streams(loop, sound.Mixer(), *transport, isClosing),
+      texts(loop, participants, chat) {}
 
 Room::~Room() = default;
 
@@ -203,6 +203,13 @@ TransportEvents Room::EventsOfTransport() {
                     ConnectionCallbacks::Get().connectionDropped.Call(static_cast<bool>(willRetry), false);
                 },
             .restored = [this] { isConnected = !hasEnded; },
+            .ownConnection =
+                [this](bool lost) {
+                    if (!isIn || isClosing) return;
+                    cameraIsLost = lost;
+                    MediaCallbacks::Get().connectionStatus.Call(StreamIdOf(OwnId(), StreamType::Camera),
+                                                                static_cast<bool>(lost));
+                },
             .muted = [] { TellMutedRemotely(); },
             .inView = [this] { return InView(); },
             .speaker = [this] { return SpeakerId(); }};
@@ -211,7 +218,8 @@ TransportEvents Room::EventsOfTransport() {
 void Room::Enter() {
     if (isClosing || std::exchange(entryIsTold, true)) return;
     isIn = true;
-    const auto feed = transport->PublishCamera(CurrentLocalTracks());
+    toldTracks = OwnTracks();
+    const auto feed = transport->PublishCamera(toldTracks);
     camera->outlet.Set(feed);
     sound.Outlet().Set(feed);
     if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) transport->SetOutboundBitrate(bitrate);
@@ -232,10 +240,22 @@ void Room::Add(ParticipantDescription description) {
         LOG(kLogWarning, "\"%s\" is in the room already", description.id.c_str());
         return;
     }
+    description.name = NameOf(description);
     const auto participant = std::make_shared<RoomParticipant>(joined++, std::move(description));
-    speaker.ReportJoined(participant->number);
+    // Of what is shared, the sound is nobody's voice.
+    if (participant->type == StreamType::Camera) speaker.ReportJoined(participant->number);
     participants.Add(participant);
     if (isIn) Bring(participant);
+}
+
+std::string Room::NameOf(const ParticipantDescription& description) const {
+    if (description.type == StreamType::Camera) return description.name;
+    const ParticipantList::Snapshot all = participants.Get();
+    const auto sharer = std::ranges::find_if(*all, [&](const auto& other) {
+        return other->type == StreamType::Camera && other->memberId == description.memberId;
+    });
+    if (sharer == all->end()) return description.name;
+    return description.name + " (" + (*sharer)->name + ')';
 }
 
 void Room::Bring(const std::shared_ptr<RoomParticipant>& participant) {
@@ -273,17 +293,21 @@ void Room::OpenMedia(const std::shared_ptr<RoomParticipant>& participant) {
                                   },
                               .connection =
                                   [self](bool lost) {
+                                      self->isLost = lost;
+                                      // Nothing is shown yet that could be called lost.
+                                      if (!self->hasEntered) return;
                                       MediaCallbacks::Get().connectionStatus.Call(self->id,
                                                                                   static_cast<bool>(lost));
                                   },
                               .channel =
                                   [this, weak](bool isOpen) {
-                                      if (const auto speaking = weak.lock()) OnChannel(speaking, isOpen);
+                                      if (const auto speaking = weak.lock())
+                                          texts.OnChannel(speaking, isOpen);
                                   },
                               .text =
                                   [this, weak](std::string text) {
                                       if (const auto speaking = weak.lock())
-                                          OnText(speaking, std::move(text));
+                                          texts.Take(speaking, std::move(text));
                                   },
                               .ended =
                                   [this, weak] {
@@ -304,10 +328,12 @@ void Room::Announce(const std::shared_ptr<RoomParticipant>& participant) {
         return;
     }
     participant->sinks.AddOwned(std::unique_ptr<FrameCallback>(*sink));
+    participant->enteredAt = std::chrono::steady_clock::now();
     participant->hasEntered = true;
     LOG(kLogInformation, "\"%s\" has entered the room", participant->name.c_str());
     callbacks.videoTrackAdded.Call(participant->id);
-    if (participant->hasChannel) OpenChannel(participant);
+    if (participant->isLost) callbacks.connectionStatus.Call(participant->id, true);
+    texts.OnEntered(participant);
     participant->media->Play();
 }
 
@@ -322,33 +348,6 @@ void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const std:
     // The library asks what it was while it is told that it has gone.
     if (participant->hasEntered) MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
     participants.Remove(participant);
-}
-
-void Room::OnChannel(const std::shared_ptr<RoomParticipant>& participant, bool isOpen) {
-    if (std::exchange(participant->hasChannel, isOpen) == isOpen || !participant->hasEntered) return;
-    if (isOpen) {
-        OpenChannel(participant);
-    } else {
-        participant->channel.Close();
-    }
-}
-
-void Room::OpenChannel(const std::shared_ptr<RoomParticipant>& participant) {
-    participant->channel.Open();
-    ConnectionCallbacks::Get().participantJoined.Call();
-    participant->earlyTexts.Flush([&](const std::string& text) {
-        participant->channel.Deliver({participant->id, text});
-        return true;
-    });
-}
-
-void Room::OnText(const std::shared_ptr<RoomParticipant>& participant, std::string text) {
-    if (chat.Take(*participant, text) || !participant->dataPublished) return;
-    if (participant->hasEntered && participant->hasChannel && participant->earlyTexts.IsEmpty()) {
-        participant->channel.Deliver({participant->id, std::move(text)});
-    } else {
-        participant->earlyTexts.Send(std::move(text), [](const std::string&) { return false; });
-    }
 }
 
 std::vector<std::string> Room::InView() const {
@@ -431,7 +430,7 @@ RoomStatus Room::Status() const {
 }
 
 std::vector<ParticipantInfo> Room::Participants() const {
-    const auto speaking = SpeakerId();
+    const auto now = std::chrono::steady_clock::now();
     std::vector<ParticipantInfo> infos;
     const ParticipantList::Snapshot all = participants.Get();
     for (const auto& participant : *all) {
@@ -440,7 +439,7 @@ std::vector<ParticipantInfo> Room::Participants() const {
                          .name = participant->name,
                          .volume = participant->volume,
                          .loudness = participant->Speaks() ? participant->loudness.load() : 0.0,
-                         .isSpeaking = speaking == participant->id});
+                         .isSpeaking = speaker.IsSpeaking(participant->number, now)});
     }
     return infos;
 }
@@ -487,14 +486,20 @@ void Room::ConfigureStream(const std::string& streamId, const TrackSwitches& swi
     ApplyVolume(participant);
 }
 
-void Room::Restart(const std::string& streamId, const RestartRequest& request) {
+void Room::Restart(const std::string& streamId, Pace pace) {
     const auto participant = Find(streamId);
-    loop.Post([this, participant, streamId, request] {
+    loop.Post([this, participant, streamId, pace] {
         if (!participant) {
-            transport->RequestRestart(streamId, request);
+            transport->RequestRestart(streamId, {.tracks = toldTracks, .immediately = pace == Pace::AtOnce});
         } else if (!participant->hasLeft) {
-            participant->media->Restart(request.immediately);
+            participant->media->Restart(pace == Pace::AtOnce);
         }
+    });
+}
+
+void Room::RestartLostCamera() {
+    loop.Post([this] {
+        if (cameraIsLost) Restart(StreamIdOf(OwnId(), StreamType::Camera), Pace::AtOnce);
     });
 }
 
@@ -524,8 +529,19 @@ void Room::ApplyVolumes() {
 void Room::ApplyLocalTracks() {
     loop.Post([this] {
         sound.FollowMicrophone();
-        transport->SetCameraTracks(CurrentLocalTracks());
+        ApplyCameraTracks();
     });
+}
+
+LocalTracks Room::OwnTracks() const {
+    const TrackSettings& tracks = TrackSettings::Get();
+    return {.audio = tracks.SendsAudio(), .video = tracks.SendsVideo() && camera->HasDevice()};
+}
+
+void Room::ApplyCameraTracks() {
+    if (!isIn) return;
+    const LocalTracks tracks = OwnTracks();
+    if (std::exchange(toldTracks, tracks) != tracks) transport->SetCameraTracks(tracks);
 }
 
 void Room::FollowAdaptation() {
@@ -539,7 +555,9 @@ void Room::FollowAdaptation() {
 }
 
 void Room::ApplyOutboundBitrate() {
-    loop.Post([this] { transport->SetOutboundBitrate(OutboundBitrate()); });
+    loop.Post([this] {
+        if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) transport->SetOutboundBitrate(bitrate);
+    });
 }
 
 void Room::OpenSoundDevices() {

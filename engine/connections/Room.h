@@ -17,6 +17,7 @@
 #include "engine/connections/OwnStreams.h"
 #include "engine/connections/ParticipantList.h"
 #include "engine/connections/ParticipantReports.h"
+#include "engine/connections/ParticipantTexts.h"
 #include "engine/connections/RoomCamera.h"
 #include "engine/connections/RoomChat.h"
 #include "engine/connections/RoomParticipant.h"
@@ -78,8 +79,12 @@ public:
     void Mute(const std::string& streamId);
     // Switches parts of a stream on and off: of a participant's for this side, of an own one for all.
     void ConfigureStream(const std::string& streamId, const TrackSwitches& switches);
-    // Connects a participant, or an own stream, again.
-    void Restart(const std::string& streamId, const RestartRequest& request);
+    // Connects a participant, or an own stream, again: at once, or after a wait that grows when it fails
+    // again and again.
+    enum class Pace { AtOnce, InTime };
+    void Restart(const std::string& streamId, Pace pace);
+    // The same for the local user's camera, if its connection is lost.
+    void RestartLostCamera();
     // Takes over changed volumes and switches of a participant's.
     void ApplyVolume(const std::shared_ptr<RoomParticipant>& participant);
     void ApplyTracks(const std::shared_ptr<RoomParticipant>& participant);
@@ -98,16 +103,19 @@ private:
     // Whether the transport let the local user in.
     [[nodiscard]] bool WaitForEntry();
     void Add(ParticipantDescription description);
+    // Whose it is stands behind what is shared.
+    [[nodiscard]] std::string NameOf(const ParticipantDescription& description) const;
     // Has it opened and announced.
     void Bring(const std::shared_ptr<RoomParticipant>& participant);
     void OpenMedia(const std::shared_ptr<RoomParticipant>& participant);
     void Announce(const std::shared_ptr<RoomParticipant>& participant);
     void Leave(const std::shared_ptr<RoomParticipant>& participant, const std::string& reason);
-    void OnChannel(const std::shared_ptr<RoomParticipant>& participant, bool isOpen);
-    void OpenChannel(const std::shared_ptr<RoomParticipant>& participant);
-    void OnText(const std::shared_ptr<RoomParticipant>& participant, std::string text);
     // Sends the camera as the library wants it at the moment.
     void FollowAdaptation();
+    // What the local user's camera is to carry at the moment, and tells the transport when it is something
+    // else than before.
+    [[nodiscard]] LocalTracks OwnTracks() const;
+    void ApplyCameraTracks();
     [[nodiscard]] std::vector<std::string> InView() const;
     [[nodiscard]] std::optional<PlaybackSource> CameraSource(int32_t index) const;
 
@@ -132,10 +140,14 @@ private:
     const std::shared_ptr<RoomCamera> camera;
     OwnStreams streams;
     // The engine's thread alone.
+    ParticipantTexts texts;
     std::uint64_t joined = 0;
     bool entryIsTold = false;
     std::optional<VideoFrameAdaptation> adaptation;
     bool isIn = false;
+    // What the transport knows of the camera.
+    LocalTracks toldTracks;
+    bool cameraIsLost = false;
 };
 
 }  // namespace Corvanta::Engine

@@ -18,10 +18,11 @@ constexpr std::chrono::milliseconds kOfferInterval{50};
 }  // namespace
 
 RoomCamera::RoomCamera(EngineLoop& engineLoop, SourceMaker sourceMaker, int32_t index,
-                       const std::atomic<bool>& roomIsClosing)
+                       const std::atomic<bool>& roomIsClosing, std::function<void()> whenChanged)
     : loop(engineLoop),
       makeSource(std::move(sourceMaker)),
       isClosing(roomIsClosing),
+      onChanged(std::move(whenChanged)),
       state(index < 0 ? State::Absent : State::Offered),
       chosen(index),
       current(index),
@@ -71,6 +72,7 @@ void RoomCamera::Follow() {
         index = current;
     }
     if (wanted == State::Ended || isClosing) return;
+    onChanged();
     const bool isOpen = wanted == State::Offered || wanted == State::Running;
     if (!isOpen) index = kNoCapture;
     if (index != openIndex) {
@@ -134,7 +136,13 @@ void RoomCamera::Lose() {
     LOG(kLogInformation, "The own camera is gone: the source has ended");
     ClosePlayback();
     sinks.Clear();
+    onChanged();
     if (isAnnounced) MediaCallbacks::Get().removeLocalVideoSource.Call(kSourceId);
+}
+
+bool RoomCamera::HasDevice() const {
+    const std::lock_guard lock(stateMutex);
+    return state == State::Offered || state == State::Running;
 }
 
 bool RoomCamera::IsRunning() const {

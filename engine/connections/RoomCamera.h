@@ -32,10 +32,11 @@ public:
     // What plays for the device of an index; nothing where there is no such device. The engine's thread.
     using SourceMaker = std::function<std::optional<PlaybackSource>(int32_t index)>;
 
-    // Starts with the device of that index, with none for a negative one. Nothing of the library is called
-    // from the moment on at which `roomIsClosing` is set.
+    // Starts with the device of that index, with none for a negative one. `whenChanged` is called on the
+    // engine's thread when HasDevice may answer otherwise than before. Nothing of the library is called from
+    // the moment on at which `roomIsClosing` is set.
     RoomCamera(EngineLoop& engineLoop, SourceMaker sourceMaker, int32_t index,
-               const std::atomic<bool>& roomIsClosing);
+               const std::atomic<bool>& roomIsClosing, std::function<void()> whenChanged);
 
     // The engine's thread.
 
@@ -46,6 +47,8 @@ public:
 
     // Any thread, from memory.
 
+    // Whether there is a device that brings pictures, or is about to.
+    [[nodiscard]] bool HasDevice() const;
     [[nodiscard]] bool IsRunning() const;
     // Whether the device of that index does.
     [[nodiscard]] bool IsRunning(int32_t index) const;
@@ -77,6 +80,7 @@ private:
     EngineLoop& loop;
     const SourceMaker makeSource;
     const std::atomic<bool>& isClosing;
+    const std::function<void()> onChanged;
 
     mutable std::mutex stateMutex;  // guards: everything down to announcedSink
     State state;

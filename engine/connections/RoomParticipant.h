@@ -3,9 +3,11 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 
@@ -35,7 +37,20 @@ public:
     // Hands a picture to the sinks unless the video is switched off. The media's streaming thread.
     void Deliver(const std::shared_ptr<const MappedPicture>& picture) {
         if (!videoEnabled || !videoPublished) return;
-        if (sinks.Deliver([&] { return MakeFrame(picture); }) > 0) ++pictures;
+        const std::size_t taken = sinks.Deliver([&] {
+            auto frame = MakeFrame(picture);
+            if (pictures == 0) NoteFirst(frame);
+            return frame;
+        });
+        if (taken > 0) ++pictures;
+    }
+    // Whether the library may still have no picture of it although there will be one. What the library does
+    // with a picture it does on threads of its own, and it is sure to be done with the first one only when it
+    // has let go of it for another.
+    [[nodiscard]] bool IsStillToBeShown() const {
+        if (hasNoPicture || !videoEnabled || !videoPublished) return false;
+        const std::lock_guard lock(firstMutex);
+        return !hasFirst || !first.expired();
     }
 
     // The linear volume with which the sound is heard, by everything but the group's factor.
@@ -82,10 +97,24 @@ public:
     std::atomic<bool> hasLeft = false;
 
     // The engine's thread alone.
+    // Its connection, as it was told last.
+    bool isLost = false;
+    // When the library learned of it.
+    std::chrono::steady_clock::time_point enteredAt = {};
     bool hasChannel = false;
     DataChannel channel;
-    // What it said before the library knew of it.
+    // What it said before the library could make anything of it.
     TextBacklog earlyTexts;
+
+private:
+    void NoteFirst(const std::shared_ptr<VideoFrameBuffer>& frame) {
+        const std::lock_guard lock(firstMutex);
+        if (!std::exchange(hasFirst, true)) first = frame;
+    }
+
+    mutable std::mutex firstMutex;  // guards: everything below
+    std::weak_ptr<VideoFrameBuffer> first;
+    bool hasFirst = false;
 };
 
 }  // namespace Corvanta::Engine

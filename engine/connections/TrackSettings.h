@@ -1,5 +1,5 @@
-// Volumes and switches that outlive a room: the common factors of remote sound, and the local tracks. One set
-// in the process; any thread.
+// Volumes and switches that outlive a room: the common factors of remote sound, and the local tracks, which
+// each entry begins anew. One set in the process; any thread.
 #pragma once
 
 #include <array>
@@ -16,9 +16,16 @@ struct TrackSettings {
     std::atomic<float> localStreamsVolume = 1.0F;
     std::atomic<bool> localAudioEnabled = true;
     std::atomic<bool> localVideoEnabled = true;
+    // Whether the room that is entered takes them at all.
+    std::atomic<bool> carriesLocalAudio = true;
+    std::atomic<bool> carriesLocalVideo = true;
     // Bits a second of outbound video, at its start and from now on; 0 before anybody has said.
     std::atomic<uint32_t> defaultOutboundBitrate = 0;
     std::atomic<uint32_t> outboundBitrate = 0;
+
+    // Whether the local user is heard, and seen where there is a camera.
+    [[nodiscard]] bool SendsAudio() const { return localAudioEnabled && carriesLocalAudio; }
+    [[nodiscard]] bool SendsVideo() const { return localVideoEnabled && carriesLocalVideo; }
 };
 
 }  // namespace Corvanta::Engine

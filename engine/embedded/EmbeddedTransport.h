@@ -39,7 +39,7 @@ public:
     void SetCameraTracks(const LocalTracks&) override {}
     void SetOutboundBitrate(uint32_t) override {}
     void SetCameraAdaptation(const VideoFrameAdaptation&) override {}
-    [[nodiscard]] std::vector<ParticipantFigures> OwnFigures() const override { return {}; }
+    [[nodiscard]] std::vector<OwnStreamFigures> OwnFigures() const override { return {}; }
     void Configure(const std::string&, const TrackSwitches&) override {}
     void RequestRestart(const std::string&, const RestartRequest&) override {}
     void Mute(const std::string&) override {}

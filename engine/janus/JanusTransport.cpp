@@ -344,8 +344,8 @@ std::shared_ptr<JanusPublisher> JanusTransport::MakePublisher(StreamType type, c
                                 .feedId = StreamIdOf(ownId, type),
                                 .display = WriteFeedFacts({name, ownId, type, true}),
                                 .name = "the server"};
-    publisherEvents.measured = [this, way = facts.feedId](const PeerStatistics& statistics) {
-        sentFigures.Set(way, statistics);
+    publisherEvents.measured = [this, type](const PeerStatistics& statistics) {
+        sentFigures.Set(ownId, type, statistics);
     };
     return std::make_shared<JanusPublisher>(loop, *client, std::move(facts), std::move(publisherEvents));
 }
@@ -392,7 +392,7 @@ std::shared_ptr<LocalFeed> JanusTransport::PublishStream(StreamType type, const 
 void JanusTransport::Unpublish(StreamType type) {
     const auto place = own.find(type);
     if (place == own.end()) return;
-    sentFigures.Forget(StreamIdOf(ownId, type));
+    sentFigures.Forget(ownId, type);
     // The camera's publisher is also the way into the room.
     if (type == StreamType::Camera) {
         place->second->SetStream(nullptr);

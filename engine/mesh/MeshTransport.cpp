@@ -95,7 +95,7 @@ MeshMemberEvents MeshTransport::EventsOf(const std::string& memberId) {
             .measured =
                 [this, memberId](StreamType type, const PeerStatistics& statistics) {
                     // The camera's way carries theirs too, and has its figures there.
-                    if (type != StreamType::Camera) sentFigures.Set(StreamIdOf(memberId, type), statistics);
+                    if (type != StreamType::Camera) sentFigures.Set(memberId, type, statistics);
                     const auto stream = own.find(type);
                     if (stream != own.end() && statistics.remoteLossShare)
                         stream->second.stream->ReportLoss(memberId, *statistics.remoteLossShare);
@@ -145,7 +145,7 @@ void MeshTransport::Forget(const std::string& memberId, const std::string& reaso
 }
 
 void MeshTransport::ForgetFigures(const std::string& memberId, StreamType type) {
-    sentFigures.Forget(StreamIdOf(memberId, type));
+    sentFigures.Forget(memberId, type);
     if (const auto stream = own.find(type); stream != own.end())
         stream->second.stream->ForgetReceiver(memberId);
 }

@@ -51,7 +51,7 @@ public:
     void SetCameraTracks(const LocalTracks& tracks) override;
     void SetOutboundBitrate(uint32_t bitsPerSecond) override;
     void SetCameraAdaptation(const VideoFrameAdaptation& adaptation) override;
-    [[nodiscard]] std::vector<ParticipantFigures> OwnFigures() const override { return sentFigures.All(); }
+    [[nodiscard]] std::vector<OwnStreamFigures> OwnFigures() const override { return sentFigures.All(); }
     void Configure(const std::string& streamId, const TrackSwitches& switches) override;
     void RequestRestart(const std::string& streamId, const RestartRequest& request) override;
     void Mute(const std::string& streamId) override;

@@ -5,10 +5,11 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/peer/PeerStatistics.h"
-#include "engine/transport/ParticipantMedia.h"
+#include "engine/transport/Transport.h"
 
 namespace Corvanta::Engine {
 
@@ -27,25 +28,25 @@ namespace Corvanta::Engine {
 
 class SentFigures final {
 public:
-    // `way` names the stream and whom it goes to.
-    void Set(const std::string& way, const PeerStatistics& statistics) {
+    // Of a stream on its way to a receiver, which is any name.
+    void Set(const std::string& receiver, StreamType type, const PeerStatistics& statistics) {
         const std::lock_guard lock(figuresMutex);
-        figures[way] = FiguresFrom(statistics);
+        figures[{receiver, type}] = FiguresFrom(statistics);
     }
-    void Forget(const std::string& way) {
+    void Forget(const std::string& receiver, StreamType type) {
         const std::lock_guard lock(figuresMutex);
-        figures.erase(way);
+        figures.erase({receiver, type});
     }
-    [[nodiscard]] std::vector<ParticipantFigures> All() const {
+    [[nodiscard]] std::vector<OwnStreamFigures> All() const {
         const std::lock_guard lock(figuresMutex);
-        std::vector<ParticipantFigures> all;
-        for (const auto& [way, figure] : figures) all.push_back(figure);
+        std::vector<OwnStreamFigures> all;
+        for (const auto& [way, figure] : figures) all.push_back({way.second, figure});
         return all;
     }
 
 private:
     mutable std::mutex figuresMutex;  // guards: figures
-    std::map<std::string, ParticipantFigures> figures;
+    std::map<std::pair<std::string, StreamType>, ParticipantFigures> figures;
 };
 
 }  // namespace Corvanta::Engine

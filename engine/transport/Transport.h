@@ -77,6 +77,12 @@ struct TrackSwitches {
     std::optional<bool> data;
 };
 
+// Of a way on which one of the local user's own streams goes out.
+struct OwnStreamFigures {
+    StreamType type = StreamType::Camera;
+    ParticipantFigures figures = {};
+};
+
 struct RestartRequest {
     LocalTracks tracks;
     bool immediately = false;
@@ -116,7 +122,7 @@ public:
     virtual void SetCameraAdaptation(const VideoFrameAdaptation& adaptation) = 0;
 
     // Any thread, from memory: of the ways on which nothing but the local user's own streams goes.
-    [[nodiscard]] virtual std::vector<ParticipantFigures> OwnFigures() const = 0;
+    [[nodiscard]] virtual std::vector<OwnStreamFigures> OwnFigures() const = 0;
 
     // For one of the local user's own streams: switches parts of it for all who receive it, or connects it
     // again. Unknown ids are ignored.

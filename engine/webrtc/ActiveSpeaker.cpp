@@ -109,4 +109,10 @@ std::optional<ActiveSpeaker::Number> ActiveSpeaker::Get() const {
     return first != voices.end() ? std::optional(first->first) : std::nullopt;
 }
 
+bool ActiveSpeaker::IsSpeaking(Number participant, Time now) const {
+    const std::lock_guard lock(voicesMutex);
+    const auto found = voices.find(participant);
+    return speaker == participant && found != voices.end() && Speaks(found->second, now);
+}
+
 }  // namespace Corvanta::Engine

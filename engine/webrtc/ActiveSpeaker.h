@@ -30,9 +30,11 @@ public:
     // A participant has delivered a picture.
     void ReportPicture(Number participant);
 
-    // Who spoke last, or speaks now. Until anybody has spoken: of those who have a picture, the one who joined
-    // first. Nothing when there is none.
+    // Who spoke last, or speaks now. Until anybody has spoken: of those who have a picture, the one who
+    // joined first. Nothing when there is none.
     [[nodiscard]] std::optional<Number> Get() const;
+    // Whether it is that one's turn and it is heard, but for the pauses of speech.
+    [[nodiscard]] bool IsSpeaking(Number participant, Time now) const;
 
 private:
     struct Report {

@@ -25,7 +25,7 @@ void RoomSound::Close() {
 }
 
 void RoomSound::FollowMicrophone() {
-    const bool isWanted = !isClosed && TrackSettings::Get().localAudioEnabled && !MicrophoneIsNone();
+    const bool isWanted = !isClosed && TrackSettings::Get().SendsAudio() && !MicrophoneIsNone();
     if (isWanted == microphone.IsOpen()) return;
     if (isWanted) {
         microphone.Open(MakeMicrophone());

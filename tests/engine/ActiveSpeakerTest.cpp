@@ -37,6 +37,9 @@ public:
         }
     }
     [[nodiscard]] std::optional<ActiveSpeaker::Number> Speaker() const { return speaker.Get(); }
+    [[nodiscard]] bool IsSpeaking(ActiveSpeaker::Number participant) const {
+        return speaker.IsSpeaking(participant, now);
+    }
 
     ActiveSpeaker speaker;
 
@@ -62,6 +65,23 @@ TEST(ActiveSpeaker, IsTheFirstOfTheListWithAPictureUntilAnybodyHasSpoken) {
     EXPECT_EQ(talk.Speaker(), 1U);
     talk.Sounds({kSilence, kSilence, kVoice}, kSpeech);
     EXPECT_EQ(talk.Speaker(), 2U);
+}
+
+TEST(ActiveSpeaker, IsNotSaidToSpeakWhileSilent) {
+    Talk talk(2);
+    talk.speaker.ReportPicture(0);
+    EXPECT_EQ(talk.Speaker(), 0U);
+    EXPECT_FALSE(talk.IsSpeaking(0));
+    talk.Sounds({kSilence, kVoice}, kSpeech);
+    EXPECT_TRUE(talk.IsSpeaking(1));
+    EXPECT_FALSE(talk.IsSpeaking(0));
+    talk.Sounds({kSilence, kSilence}, 1);
+    EXPECT_TRUE(talk.IsSpeaking(1)) << "a pause between words";
+    talk.Sounds({kSilence, kSilence}, 20);
+    EXPECT_EQ(talk.Speaker(), 1U);
+    EXPECT_FALSE(talk.IsSpeaking(1));
+    talk.speaker.ReportGone(1);
+    EXPECT_FALSE(talk.IsSpeaking(1));
 }
 
 TEST(ActiveSpeaker, IsSomebodyAfterASecondOfSpeechAndNotBefore) {

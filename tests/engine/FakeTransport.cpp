@@ -113,7 +113,7 @@ public:
     void SetCameraAdaptation(const VideoFrameAdaptation& adaptation) override {
         room.record.Add("adaptation " + std::to_string(adaptation.bitrate));
     }
-    [[nodiscard]] std::vector<ParticipantFigures> OwnFigures() const override { return room.ownFigures; }
+    [[nodiscard]] std::vector<OwnStreamFigures> OwnFigures() const override { return room.ownFigures; }
     void Configure(const std::string& streamId, const TrackSwitches& switches) override {
         std::string line = "configure ";
         line += streamId;

@@ -69,7 +69,7 @@ struct FakeRoom {
     std::string refusal;
     std::string ownId = "me";
     // To be set before the room is entered.
-    std::vector<ParticipantFigures> ownFigures;
+    std::vector<OwnStreamFigures> ownFigures;
     // "start", "stop", "send TEXT", "camera sound picture" (or "-" for each), "publish 4 NAME", "unpublish
     // 4", "bitrate N", "adaptation BITRATE", "configure ID video=0", "restart ID", "mute ID", "remove ID".
     Record record;

@@ -26,9 +26,9 @@ const double kFull = 0.003 * std::sqrt((0.6 * 0.6 + 0.28 * 0.28 + 0.12 * 0.12) /
 class RoomSoundTest : public testing::Test {
 protected:
     RoomSoundTest() {
-        WebRTC_SetEnabledLocalAudioTrack(true, 0);
         SetModifiers(1, 1);
         EXPECT_NE(visitor.Enter({{"one", "test"}}), -1);
+        WebRTC_SetEnabledLocalAudioTrack(true, 0);
         Configuration_SetPropertyString("Device.Microphone", "");
         Configuration_SetPropertyString("Device.Speaker", "");
     }

@@ -4,6 +4,7 @@
 
 #include "engine/EngineSettings.h"
 #include "engine/connections/Room.h"
+#include "engine/connections/TrackSettings.h"
 #include "platform/Connections.h"
 #include "platform/WebRTC.h"
 #include "tests/engine/Eventually.h"
@@ -27,6 +28,7 @@ int RoomVisitor::Enter(const std::vector<Participant>& participants) {
     EngineOptions options;
     options.participants = participants;
     options.room = roomName;
+    options.camera = camera;
     options.configurationFolder = folder.path;
     options.logFile = folder.File(kLogFile);
     options.logLevel = 1;
@@ -60,9 +62,12 @@ int RoomVisitor::Enter(const std::vector<Participant>& participants) {
         const std::lock_guard lock(streamsMutex);
         events.emplace_back("joined");
     });
-    if (makeTransport) return Room::Open(CurrentOptions(), "Me", "session", makeTransport) ? 1 : -1;
-    return Connections_InitConnection(nullptr, nullptr, "session", "", "", "", "Me", true, true, true,
-                                      nullptr);
+    if (makeTransport) {
+        TrackSettings::Get().carriesLocalAudio = TrackSettings::Get().carriesLocalVideo = isHeardAndSeen;
+        return Room::Open(CurrentOptions(), "Me", "session", makeTransport) ? 1 : -1;
+    }
+    return Connections_InitConnection(nullptr, nullptr, "session", "", "", "", "Me", isHeardAndSeen,
+                                      isHeardAndSeen, true, nullptr);
 }
 
 void RoomVisitor::Leave() {

@@ -37,8 +37,11 @@ public:
     std::atomic<int> offers = 0;
     // Who brings the participants; empty: the embedded transport. To be set before entering.
     TransportMaker makeTransport;
-    // Of the room, for the engine's options. To be set before entering.
-    std::string roomName;
+    // Whether the room takes the local user's sound and pictures. To be set before entering.
+    bool isHeardAndSeen = true;
+    // Of the room, and what stands for the default camera, for the engine's options. To be set before
+    // entering.
+    std::string roomName, camera;
     // When the default participants begin to draw.
     std::optional<std::chrono::milliseconds> drawAfter;
     // Called on the decode threads with each frame, before it is remembered. To be set before entering.

@@ -29,6 +29,7 @@ class TransportTest : public testing::Test {
 protected:
     TransportTest() {
         visitor.makeTransport = fake.Maker();
+        visitor.camera = "test";
         MediaManager_SetCallbackToGetRemoteDataChannelSDLCallbackList([this] {
             ++channels;
             return std::vector<DataChannelCallback>{[this](const DataChannelMessage& message) {
@@ -183,6 +184,13 @@ TEST_F(TransportTest, HaveStreamsOfEveryKind) {
                .type = StreamType::ExternalScreen,
                .isExternalSource = true,
                .media = two});
+    fake.Join({.id = "a-file",
+               .name = "clip.webm",
+               .memberId = "a",
+               .type = StreamType::File,
+               .media = std::make_shared<FakeMedia>()});
+    EXPECT_EQ(Connections_GetPublisherDisplayName("a-camera"), "a");
+    EXPECT_EQ(Connections_GetPublisherDisplayName("a-file"), "clip.webm (a)");
     EXPECT_EQ(Connections_GetStreamType("a-screen"), StreamType::Screenshare);
     EXPECT_EQ(Connections_GetStreamType("a-external"), StreamType::ExternalScreen);
     EXPECT_EQ(Connections_GetStreamType("a-camera"), StreamType::Camera);

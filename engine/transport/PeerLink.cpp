@@ -35,6 +35,7 @@ void PeerLink::Close() {
 void PeerLink::Restart(bool immediately) {
     if (!isOpen) return;
     if (immediately) {
+        const auto self = shared_from_this();
         ++plan;
         OnLost();
         Begin();
@@ -50,10 +51,19 @@ void PeerLink::OnWayLost() {
 void PeerLink::TakeDescription(const std::string& text) {
     if (!isOpen || !descriptions.Allow(Clock::now())) return;
     const bool wasUp = peer->IsConnected();
+    const auto before = peer->Session();
     if (!peer->TakeDescription(text)) return;
     // The other side sets the connection up again, or answers; nothing needs to be done here meanwhile.
-    RestartAfter(kPatience);
-    if (wasUp && !peer->IsConnected()) OnLost();
+    if (peer->Session() != 0) RestartAfter(kPatience);
+    if (wasUp && !peer->IsConnected()) {
+        OnLost();
+    } else {
+        DropChannelOf(before);
+    }
+}
+
+void PeerLink::DropChannelOf(std::uint64_t session) {
+    if (peer->Session() != session && std::exchange(channelIsOpen, false)) events.channel(false);
 }
 
 void PeerLink::TakeCandidate(std::uint32_t mediaLine, const std::string& text) {
@@ -73,6 +83,7 @@ PeerEvents PeerLink::MakeEvents() {
             .onConnected = [this] { OnConnected(); },
             .onDisconnected =
                 [this](const std::string&) {
+                    const auto self = shared_from_this();
                     OnLost();
                     RestartAfter(nextWait);
                     nextWait = std::min(2 * nextWait, kLongestWait);
@@ -128,7 +139,9 @@ void PeerLink::RestartAfter(std::chrono::milliseconds wait) {
 void PeerLink::Begin() {
     if (!isOpen) return;
     RestartAfter(kPatience);
+    const auto before = peer->Session();
     peer->Restart();
+    DropChannelOf(before);
 }
 
 void PeerLink::Measure() {

@@ -125,7 +125,7 @@ void WriteSetting(const std::string& key, const std::string& value) {
 void Shutdown() {
     Room::CloseCurrent();
     const EngineOptions options = CurrentOptions();
-    if (options.isPrivate && !options.room.empty()) Remove(UserRoomFolder(options.room));
+    if (options.isPrivate && !options.room.empty()) RemoveRoomFolder(UserRoomFolder(options.room));
     DeviceList::Get().Stop();
     ForgetCaptures();
     Integrations::ProcessMonitor::GetInstance()->StopMonitoring();

@@ -1,8 +1,10 @@
 #include "engine/mesh/MeshMember.h"
 
+#include <chrono>
 #include <utility>
 #include <variant>
 
+#include "engine/peer/PeerDescription.h"
 #include "engine/transport/StreamNames.h"
 
 namespace Corvanta::Engine {
@@ -12,6 +14,8 @@ using namespace MeshMessages;
 namespace {
 
 constexpr const char* kTextChannel = "texts";
+// From one look at whether a delayed stream may come to the next.
+constexpr auto kDelay = std::chrono::milliseconds(250);
 
 }  // namespace
 
@@ -154,11 +158,23 @@ void MeshMember::Take(MeshMessage message) {
 }
 
 void MeshMember::TakeKind(const Description& message) {
-    if (PeerLink* const link = FindLink(message.link)) link->TakeDescription(message.text);
+    if (PeerLink* const link = FindLink(message.link)) {
+        link->TakeDescription(message.text);
+    } else if (Delayed* const waiting = FindDelayed(message.link)) {
+        // The candidates that belong to it follow.
+        waiting->offer = message;
+        waiting->candidates.clear();
+    }
 }
 
 void MeshMember::TakeKind(const Candidate& message) {
-    if (PeerLink* const link = FindLink(message.link)) link->TakeCandidate(message.line, message.text);
+    if (PeerLink* const link = FindLink(message.link)) {
+        link->TakeCandidate(message.line, message.text);
+    } else if (Delayed* const waiting = FindDelayed(message.link);
+               waiting != nullptr && waiting->candidates.size() < kMaxCandidates &&
+               message.text.size() <= kMaxCandidateBytes) {
+        waiting->candidates.push_back(message);
+    }
 }
 
 void MeshMember::TakeKind(const MeshMessages::Publish& message) {
@@ -166,36 +182,66 @@ void MeshMember::TakeKind(const MeshMessages::Publish& message) {
         camera->SetPublished(message.tracks);
         return;
     }
-    const std::string id = StreamIdOf(facts.id, message.type);
-    auto& stream = streams[message.type];
-    if (!stream) {
-        if (streams.size() > kMostStreams || !newStreams.Allow(RateLimit::Clock::now())) {
-            streams.erase(message.type);
-            return;
-        }
-        stream = MakeStream(message.type, id,
-                            {.name = facts.name,
-                             .role = PeerOptions::Role::Answerer,
-                             .sends = false,
-                             .receives = true,
-                             .channelLabel = {},
-                             .loopbackOnly = facts.loopbackOnly});
-        stream->SetPublished(message.tracks);
-        const auto joining = stream;
-        joining->Connect();
-        events.joined({.id = id,
-                       .name = message.name.empty() ? facts.name : message.name,
-                       .memberId = facts.id,
-                       .type = message.type,
-                       .isExternalSource = message.type == StreamType::ExternalScreen,
-                       .reportsItself = true,
-                       .media = joining});
-        return;
+    if (const auto place = streams.find(message.type); place != streams.end()) {
+        place->second->SetPublished(message.tracks);
+    } else if (const auto waiting = delayed.find(message.type); waiting != delayed.end()) {
+        waiting->second.publish = message;
+    } else if (newStreams.Allow(RateLimit::Clock::now())) {
+        AddStream(message);
+    } else {
+        delayed[message.type].publish = message;
+        AddDelayedLater();
     }
-    stream->SetPublished(message.tracks);
+}
+
+void MeshMember::AddStream(const MeshMessages::Publish& message) {
+    const std::string id = StreamIdOf(facts.id, message.type);
+    const auto joining = MakeStream(message.type, id,
+                                    {.name = facts.name,
+                                     .role = PeerOptions::Role::Answerer,
+                                     .sends = false,
+                                     .receives = true,
+                                     .channelLabel = {},
+                                     .loopbackOnly = facts.loopbackOnly});
+    streams[message.type] = joining;
+    joining->SetPublished(message.tracks);
+    joining->Connect();
+    events.joined({.id = id,
+                   .name = message.name.empty() ? facts.name : message.name,
+                   .memberId = facts.id,
+                   .type = message.type,
+                   .isExternalSource = message.type == StreamType::ExternalScreen,
+                   .reportsItself = true,
+                   .media = joining});
+}
+
+void MeshMember::AddDelayedLater() {
+    if (delayed.empty() || std::exchange(addsDelayed, true)) return;
+    loop.PostAfter(kDelay, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->AddDelayed();
+    });
+}
+
+void MeshMember::AddDelayed() {
+    addsDelayed = false;
+    while (!isClosed && !isLost && !delayed.empty() && newStreams.Allow(RateLimit::Clock::now())) {
+        const Delayed waited = std::move(delayed.begin()->second);
+        delayed.erase(delayed.begin());
+        AddStream(waited.publish);
+        if (waited.offer) Take(*waited.offer);
+        for (const Candidate& candidate : waited.candidates) Take(candidate);
+    }
+    if (!isClosed && !isLost) AddDelayedLater();
+}
+
+MeshMember::Delayed* MeshMember::FindDelayed(const std::string& link) {
+    const auto type = TypeOfStream(facts.id, link);
+    const auto place = type ? delayed.find(*type) : delayed.end();
+    return place != delayed.end() ? &place->second : nullptr;
 }
 
 void MeshMember::TakeKind(const MeshMessages::Unpublish& message) {
+    delayed.erase(message.type);
     const auto place = streams.find(message.type);
     if (place == streams.end()) return;
     const auto gone = place->second;

@@ -5,7 +5,9 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "engine/common/EngineLoop.h"
 #include "engine/mesh/MeshMessage.h"
@@ -33,10 +35,10 @@ struct MeshMemberEvents {
 
 class MeshMember final : public std::enable_shared_from_this<MeshMember> {
 public:
-    // Streams beside the camera, one of each kind; whoever publishes more is not heard.
-    static constexpr std::size_t kMostStreams = 8;
-    // How often it may publish another one: each is a connection.
+    // How often it may publish another stream beside the camera, since each is a connection; so many may come
+    // at once. Those that come faster are connected later.
     static constexpr double kStreamsPerSecond = 1.0;
+    static constexpr double kMostStreamsAtOnce = 8.0;
 
     struct Facts {
         std::string id;
@@ -66,9 +68,14 @@ public:
     void Publish(StreamType type, const std::string& name, const std::shared_ptr<SentStream>& stream);
     void Unpublish(StreamType type);
 
+    // What the member says, which may be anything of its kind.
     void Take(MeshMessage message);
+    // Messages that were on their way to the member, or from it, may be lost: what is not connected yet
+    // begins anew.
     void OnWayLost();
+    // Connects the local user's stream with the member again; nothing where there is none.
     void RestartSending(StreamType type, bool immediately);
+    // Kept until the member has it.
     void SendText(const std::string& text) { camera->Send(text); }
 
     [[nodiscard]] const std::string& Id() const { return facts.id; }
@@ -77,6 +84,13 @@ private:
     struct Sending {
         std::shared_ptr<PeerLink> link;
         std::shared_ptr<SentStream> stream;
+    };
+
+    // A stream of the member's that is connected later, and what has come for its connection.
+    struct Delayed {
+        MeshMessages::Publish publish;
+        std::optional<MeshMessages::Description> offer;
+        std::vector<MeshMessages::Candidate> candidates;
     };
 
     [[nodiscard]] std::shared_ptr<PeerStream> MakeStream(StreamType type, const std::string& link,
@@ -88,6 +102,10 @@ private:
     void TakeKind(const MeshMessages::Want& message);
     void TakeKind(const MeshMessages::Mute& message);
     void TakeKind(const MeshMessages::Remove& message);
+    void AddStream(const MeshMessages::Publish& message);
+    void AddDelayedLater();
+    void AddDelayed();
+    [[nodiscard]] Delayed* FindDelayed(const std::string& link);
     void OpenSending(StreamType type, Sending& sending);
     // The end of that link that is here; null for an unknown one.
     [[nodiscard]] PeerLink* FindLink(const std::string& link) const;
@@ -101,7 +119,9 @@ private:
     std::map<StreamType, std::shared_ptr<PeerStream>> streams;
     // The local user's; the camera has no link of its own.
     std::map<StreamType, Sending> sendings;
-    RateLimit newStreams{kStreamsPerSecond, kMostStreams};
+    std::map<StreamType, Delayed> delayed;
+    RateLimit newStreams{kStreamsPerSecond, kMostStreamsAtOnce};
+    bool addsDelayed = false;
     bool isLost = false;
     bool isClosed = false;
 };

@@ -19,21 +19,21 @@ MeshTransport::~MeshTransport() {
 }
 
 HubClientEvents MeshTransport::HubEvents() {
-    return {.onEntered = [this](const std::string& id,
-                                const std::vector<RoomMember>& others) { OnEntered(id, others); },
-            .onMemberJoined = [this](const RoomMember& member,
-                                     Beginner beginner) { Add(member, beginner == Beginner::Us); },
-            .onMemberLeft = [this](const std::string& memberId,
-                                   bool orderly) { OnMemberLeft(memberId, orderly); },
-            .onMessage =
-                [this](const std::string& fromId, const std::string& payload) {
-                    const auto place = members.find(fromId);
-                    if (place == members.end()) return;
-                    if (auto message = ReadMeshMessage(payload)) place->second->Take(std::move(*message));
-                },
-            .onHubLost = [this] { OnHubLost(); },
-            .onHubBack = [this] { OnHubBack(); },
-            .onFailed = [this](const std::string& line) { OnFailed(line); }};
+    return {
+        .onEntered = [this](const std::string& id,
+                            const std::vector<RoomMember>& others) { OnEntered(id, others); },
+        .onMemberJoined = [this](const RoomMember& member, Initiator initiator) { Add(member, initiator); },
+        .onMemberLeft = [this](const std::string& memberId,
+                               bool orderly) { OnMemberLeft(memberId, orderly); },
+        .onMessage =
+            [this](const std::string& fromId, const std::string& payload) {
+                const auto place = members.find(fromId);
+                if (place == members.end()) return;
+                if (auto message = ReadMeshMessage(payload)) place->second->Take(std::move(*message));
+            },
+        .onHubLost = [this] { OnHubLost(); },
+        .onHubBack = [this] { OnHubBack(); },
+        .onFailed = [this](const std::string& line) { OnFailed(line); }};
 }
 
 void MeshTransport::Start(TransportEvents handlers) {
@@ -64,18 +64,22 @@ void MeshTransport::OnEntered(const std::string& id, const std::vector<RoomMembe
         const std::lock_guard lock(idMutex);
         ownId = id;
     }
-    for (const RoomMember& member : others) Add(member, true);
+    for (const RoomMember& member : others) Add(member, Initiator::Us);
     if (!std::exchange(hasEntered, true)) events.entered();
 }
 
-void MeshTransport::Add(const RoomMember& member, bool offers) {
-    if (isStopped || removed.contains(member.id)) return;
+void MeshTransport::Add(const RoomMember& member, Initiator initiator) {
+    if (isStopped) return;
+    if (removed.contains(member.id)) {
+        SendRemoval(member.id);
+        return;
+    }
     Forget(member.id, "it has come again");
     const auto joining = std::make_shared<MeshMember>(loop,
                                                       MeshMember::Facts{.id = member.id,
                                                                         .name = member.name,
                                                                         .ownId = OwnId(),
-                                                                        .offers = offers,
+                                                                        .offers = initiator == Initiator::Us,
                                                                         .loopbackOnly = options.loopbackOnly},
                                                       EventsOf(member.id), mixer);
     members.emplace(member.id, joining);
@@ -175,6 +179,10 @@ void MeshTransport::OnHubFound() {
 void MeshTransport::OnHubBack() {
     OnHubFound();
     for (const auto& [id, member] : std::map(members)) member->OnWayLost();
+    // The first word may have been lost with the hub.
+    for (const RoomMember& member : std::vector(client.Members())) {
+        if (removed.contains(member.id)) SendRemoval(member.id);
+    }
 }
 
 void MeshTransport::OnFailed(const std::string& line) {
@@ -191,6 +199,11 @@ void MeshTransport::OnRemoved() {
     client.Leave();
     ForgetAll("the local user was removed");
     events.dropped(false);
+}
+
+void MeshTransport::SendRemoval(const std::string& memberId) {
+    // Where it cannot be sent now, the member is not there or is told when the hub is back.
+    static_cast<void>(client.Send(memberId, WriteMeshMessage(MeshMessages::Remove{})));
 }
 
 void MeshTransport::SendText(std::string text) {
@@ -288,7 +301,7 @@ void MeshTransport::Remove(const std::string& streamId) {
     StreamType type{};
     const auto member = FindPublisher(streamId, type);
     if (!member) return;
-    static_cast<void>(client.Send(member->Id(), WriteMeshMessage(MeshMessages::Remove{})));
+    SendRemoval(member->Id());
     removed.insert(member->Id());
     Forget(member->Id(), "removed by the local user");
 }

@@ -69,7 +69,7 @@ private:
     void OnHubLost();
     void OnHubBack();
     void OnFailed(const std::string& line);
-    void Add(const RoomMember& member, bool offers);
+    void Add(const RoomMember& member, Initiator initiator);
     [[nodiscard]] MeshMemberEvents EventsOf(const std::string& memberId);
     void OnHubFound();
     // It has left for good.
@@ -78,6 +78,7 @@ private:
     // What the member has last said of the own stream of that kind.
     void ForgetFigures(const std::string& memberId, StreamType type);
     void OnRemoved();
+    void SendRemoval(const std::string& memberId);
     [[nodiscard]] std::shared_ptr<LocalFeed> Publish(StreamType type, const std::string& name,
                                                      const LocalTracks& tracks);
     // Tells everybody what is sent of it.
@@ -92,7 +93,7 @@ private:
     HubClient client;
     std::map<std::string, std::shared_ptr<MeshMember>> members;
     std::map<StreamType, OwnStream> own;
-    // Whom the local user has removed; they are not met again.
+    // Whom the local user has removed; they are not met again, and are told so wherever they turn up.
     std::set<std::string> removed;
     bool hasEntered = false;
     bool isStopped = false;

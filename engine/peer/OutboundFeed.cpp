@@ -18,6 +18,10 @@ constexpr guint64 kQueuedPictures = 2;
 constexpr GstClockTime kQueuedSound = 200 * GST_MSECOND;
 // Peers that ask for key frames one after the other share one.
 constexpr guint64 kKeyFrameInterval = 200 * GST_MSECOND;
+// One peer alone is given a key frame so often at most, which keeps a bad one from costing the others much.
+constexpr std::chrono::milliseconds kRequestInterval{1000};
+// From an encoder's failure to the next attempt.
+constexpr std::chrono::milliseconds kReopenAfter{1000};
 // A source that rests longer gets its last picture sent again to whoever needs a key frame.
 constexpr GstClockTime kRestingTime = 150 * GST_MSECOND;
 // A source that rests gets its last picture sent again so often: one that was lost on its way is replaced.
@@ -117,10 +121,15 @@ OutboundFeed::~OutboundFeed() {
 bool OutboundFeed::Open() {
     Close();
     if (!EnsureGStreamer() || !Build()) {
-        Close();
+        Release();
         return false;
     }
     return true;
+}
+
+void OutboundFeed::Close() {
+    ++openings;
+    Release();
 }
 
 bool OutboundFeed::Build() {
@@ -199,7 +208,7 @@ bool OutboundFeed::Build() {
     return gst_element_set_state(parsed, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
 }
 
-void OutboundFeed::Close() {
+void OutboundFeed::Release() {
     for (GstOwned<GSource>* source : {&watch, &repeater}) {
         if (*source) g_source_destroy(source->get());
         source->reset();
@@ -359,8 +368,13 @@ void OutboundFeed::RequestKeyFrame() {
         gst_pad_send_event(pad.get(),
                            gst_video_event_new_upstream_force_key_unit(GST_CLOCK_TIME_NONE, TRUE, 0));
     }
+    // One is enough for all who ask meanwhile.
+    if (repeatIsPlanned.exchange(true)) return;
     loop.PostAfter(std::chrono::milliseconds(kRestingTime / GST_MSECOND), [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->RepeatPicture(kRestingTime);
+        const auto self = weak.lock();
+        if (!self) return;
+        self->repeatIsPlanned = false;
+        self->RepeatPicture(kRestingTime);
     });
 }
 
@@ -379,11 +393,15 @@ void OutboundFeed::AddOutlet(Outlets& outlets, std::atomic<bool>& isWanted,
         outlets.push_back(outlet);
         isWanted = true;
     }
-    outlet->SetKeyFrameSource([weak = weak_from_this(), &engineLoop = loop] {
-        engineLoop.Post([weak] {
-            if (const auto self = weak.lock()) self->RequestKeyFrame();
+    outlet->SetKeyFrameSource(
+        [weak = weak_from_this(), weakOutlet = std::weak_ptr(outlet), &engineLoop = loop] {
+            engineLoop.Post([weak] {
+                if (const auto self = weak.lock()) self->RequestKeyFrame();
+            });
+            engineLoop.PostAfter(kRequestInterval, [weakOutlet] {
+                if (const auto asking = weakOutlet.lock()) asking->EndKeyFrameInterval();
+            });
         });
-    });
 }
 
 void OutboundFeed::AddVideoOutlet(const std::shared_ptr<PacketOutlet>& outlet) {
@@ -417,9 +435,21 @@ bool OutboundFeed::OnMessage(GstMessage* message) {
     GError* error = nullptr;
     gst_message_parse_error(message, &error, nullptr);
     const GstOwned<GError> owned(error);
-    LOG(kLogError, "\"%s\" is not sent any more: %s", settings.name.c_str(), error->message);
-    Close();
+    LOG(kLogError, "\"%s\" is not sent for a moment: %s", settings.name.c_str(), error->message);
+    Release();
+    ReopenLater();
     return false;
+}
+
+void OutboundFeed::ReopenLater() {
+    loop.PostAfter(kReopenAfter, [weak = weak_from_this(), failed = ++openings] {
+        const auto self = weak.lock();
+        if (!self || self->openings != failed) return;
+        if (!self->Build()) {
+            self->Release();
+            self->ReopenLater();
+        }
+    });
 }
 
 GstFlowReturn OutboundFeed::OnPacket(GstAppSink* sink, bool isVideo) {

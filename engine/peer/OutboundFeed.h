@@ -50,7 +50,8 @@ public:
 
     // Starts the encoders. False, and a log line, when an element is missing.
     [[nodiscard]] bool Open();
-    // On return nothing is encoded and no packet is on its way to a peer; none follows.
+    // On return nothing is encoded and no packet is on its way to a peer; none follows. When an encoder fails
+    // the feed is opened again by itself.
     void Close();
 
     // Any thread. Nothing happens while it is turned off or nobody receives it. Pictures may change their
@@ -89,6 +90,10 @@ private:
     void AddOutlet(Outlets& outlets, std::atomic<bool>& isWanted,
                    const std::shared_ptr<PacketOutlet>& outlet);
     [[nodiscard]] bool Build();
+    // Lets go of the pipeline and all that belongs to it.
+    void Release();
+    // The encoders have failed; they are made anew in a moment, unless the feed is closed before.
+    void ReopenLater();
     void ApplyBitrate();
     void PushWrapped(const std::shared_ptr<const MappedPicture>& picture);
     // Where the source has rested for that long.
@@ -102,6 +107,7 @@ private:
 
     std::atomic<bool> videoEnabled = true, audioEnabled = true;
     std::atomic<bool> hasVideoOutlets = false, hasAudioOutlets = false;
+    std::atomic<bool> repeatIsPlanned = false;
     std::atomic<std::uint32_t> bitrate = 0;
     std::atomic<std::uint64_t> pictures = 0, keyFrames = 0, videoBytes = 0, audioBytes = 0;
 
@@ -128,6 +134,8 @@ private:
     // The engine's thread alone.
     GstOwned<GstElement> pipeline;
     GstOwned<GSource> watch, repeater;
+    // Tells an opening that has failed from those before and after.
+    std::uint64_t openings = 0;
 };
 
 }  // namespace Corvanta::Engine

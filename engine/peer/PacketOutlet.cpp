@@ -42,15 +42,29 @@ void PacketOutlet::Push(GstBuffer* packet) {
 void PacketOutlet::SetKeyFrameSource(std::function<void()> request) {
     const std::lock_guard lock(stateMutex);
     keyFrameSource = std::move(request);
+    wasAsked = isAskedAgain = false;
 }
 
 void PacketOutlet::RequestKeyFrame() {
     std::function<void()> request;
     {
         const std::lock_guard lock(stateMutex);
+        if (std::exchange(wasAsked, true)) {
+            isAskedAgain = true;
+            return;
+        }
         request = keyFrameSource;
     }
     if (request) request();
+}
+
+void PacketOutlet::EndKeyFrameInterval() {
+    {
+        const std::lock_guard lock(stateMutex);
+        wasAsked = false;
+        if (!std::exchange(isAskedAgain, false)) return;
+    }
+    RequestKeyFrame();
 }
 
 }  // namespace Corvanta::Engine

@@ -26,9 +26,13 @@ public:
     void Close();
     void Push(GstBuffer* packet);
 
-    // Whom to ask for a key frame; an empty function ends it.
+    // Whom to ask for a key frame; an empty function ends it. Once it was asked, it is not asked again before
+    // EndKeyFrameInterval.
     void SetKeyFrameSource(std::function<void()> request);
+    // The peer wants a key frame.
     void RequestKeyFrame();
+    // Passes on what was asked for meanwhile.
+    void EndKeyFrameInterval();
 
 private:
     const std::uint32_t ssrc;
@@ -36,6 +40,8 @@ private:
     GstOwned<GstElement> appSource;
     std::function<void()> keyFrameSource;
     bool isOpen = false;
+    // The source was asked a moment ago; and the peer has asked again since.
+    bool wasAsked = false, isAskedAgain = false;
     std::uint16_t nextNumber;
 };
 

@@ -6,6 +6,14 @@
 
 namespace Corvanta::Engine {
 
+namespace {
+
+Reach ReachOf(const PeerOptions& options) {
+    return options.loopbackOnly ? Reach::LoopbackAlone : Reach::AllAddresses;
+}
+
+}  // namespace
+
 PeerConnection::PeerConnection(EngineLoop& engineLoop, PeerOptions peerOptions, PeerEvents peerEvents,
                                std::shared_ptr<SoundMixer> roomMixer)
     : loop(engineLoop),
@@ -63,6 +71,7 @@ bool PeerConnection::OpenSession() {
     opened->SetFeed(feed);
     if (!opened->Open()) return false;
     session = std::move(opened);
+    ++sessionsMade;
     return true;
 }
 
@@ -126,7 +135,7 @@ bool PeerConnection::Refuse(bool& wasLogged, const char* what) {
 
 bool PeerConnection::TakeDescription(const std::string& text) {
     if (!isStarted) return false;
-    auto description = ReadDescription(text);
+    auto description = ReadDescription(text, ReachOf(options));
     if (!description) return Refuse(badDescriptionWasLogged, "a description");
     const bool offers = options.role == PeerOptions::Role::Offerer;
     switch (description->kind) {
@@ -139,6 +148,7 @@ bool PeerConnection::TakeDescription(const std::string& text) {
             if (!session || (description->session != 0 && description->session != sessionNumber))
                 return false;
             if (std::exchange(isAnswered, true)) return Refuse(badDescriptionWasLogged, "a second answer");
+            candidates += description->candidates;
             session->TakeAnswer(description->sdp);
             return true;
         case DescriptionKind::Restart:
@@ -155,6 +165,7 @@ bool PeerConnection::TakeOffer(PeerDescription description) {
     if (description.session != 0 && description.session <= sessionNumber && session) return false;
     sessionNumber = description.session;
     if (!OpenSession()) return false;
+    candidates = description.candidates;
     session->TakeOffer(description.sdp);
     return true;
 }
@@ -163,7 +174,7 @@ bool PeerConnection::TakeCandidate(std::uint32_t mediaLine, const std::string& t
     if (!isStarted) return false;
     // How the end of the candidates is told, and what cannot be used though nothing is wrong with it.
     if (text.empty() || !session) return false;
-    if (!IsUsableCandidate(mediaLine, text) || candidates >= kMaxCandidates) {
+    if (!IsUsableCandidate(mediaLine, text, ReachOf(options)) || candidates >= kMaxCandidates) {
         return Refuse(badCandidateWasLogged, "a candidate");
     }
     ++candidates;

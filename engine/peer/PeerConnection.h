@@ -101,6 +101,8 @@ public:
     void SetGain(double linear);
 
     [[nodiscard]] bool IsConnected() const { return isConnected; }
+    // Another number for each session that is made; 0 while there is none.
+    [[nodiscard]] std::uint64_t Session() const { return session ? sessionsMade : 0; }
 
     // WebRTC's own figures since the last time, on the engine's thread a moment later; never where there is
     // no session, or where it ends before.
@@ -120,6 +122,8 @@ private:
     std::shared_ptr<PeerSession> session;
     std::shared_ptr<OutboundFeed> feed;
     StatisticsRates rates;
+    std::uint64_t sessionsMade = 0;
+    // What the two sides call the present one.
     std::uint32_t sessionNumber = 0;
     unsigned candidates = 0;
     double gain = 1.0;

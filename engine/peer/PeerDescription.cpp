@@ -5,9 +5,12 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string_view>
+
+#include "engine/webrtc/GstSupport.h"
 
 namespace Corvanta::Engine {
 
@@ -24,20 +27,54 @@ bool HasAttribute(const GstSDPMessage* message, const GstSDPMedia* media, const 
            gst_sdp_message_get_attribute_val(message, name) != nullptr;
 }
 
-bool IsUsableSdp(const std::string& sdp) {
-    if (sdp.empty() || sdp.size() > kMaxDescriptionBytes || sdp.find('\0') != std::string::npos) return false;
-    GstSDPMessage* message = nullptr;
-    if (gst_sdp_message_new_from_text(sdp.c_str(), &message) != GST_SDP_OK) return false;
-    const guint lines = gst_sdp_message_medias_len(message);
-    bool isUsable = lines > 0 && lines <= kMaxMediaLines;
-    for (guint line = 0; isUsable && line < lines; ++line) {
-        const GstSDPMedia* media = gst_sdp_message_get_media(message, line);
+// Whether it is a numeric address, and one of those that are tried.
+bool IsReached(const std::string& address, Reach reach) {
+    GInetAddress* const parsed = g_inet_address_new_from_string(address.c_str());
+    if (parsed == nullptr) return false;
+    const bool isLoopback = g_inet_address_get_is_loopback(parsed) != FALSE;
+    g_object_unref(parsed);
+    return isLoopback || reach == Reach::AllAddresses;
+}
+
+using SdpMessage = std::unique_ptr<GstSDPMessage, decltype(&gst_sdp_message_free)>;
+
+// Null for one that cannot be used.
+SdpMessage ReadSdp(const std::string& sdp) {
+    SdpMessage none(nullptr, gst_sdp_message_free);
+    if (sdp.empty() || sdp.size() > kMaxDescriptionBytes || sdp.find('\0') != std::string::npos) return none;
+    GstSDPMessage* parsed = nullptr;
+    if (gst_sdp_message_new_from_text(sdp.c_str(), &parsed) != GST_SDP_OK) return none;
+    SdpMessage message(parsed, gst_sdp_message_free);
+    const guint lines = gst_sdp_message_medias_len(parsed);
+    if (lines == 0 || lines > kMaxMediaLines) return none;
+    for (guint line = 0; line < lines; ++line) {
+        const GstSDPMedia* media = gst_sdp_message_get_media(parsed, line);
         for (const char* name : {"ice-ufrag", "ice-pwd", "fingerprint", "setup"}) {
-            isUsable = isUsable && HasAttribute(message, media, name);
+            if (!HasAttribute(parsed, media, name)) return none;
         }
     }
-    gst_sdp_message_free(message);
-    return isUsable;
+    return message;
+}
+
+// Counts the candidates and takes out those that may not be handed on; whether there were any.
+bool SiftCandidates(GstSDPMessage* message, Reach reach, unsigned& kept) {
+    bool isSifted = false;
+    for (guint line = 0; line < gst_sdp_message_medias_len(message); ++line) {
+        auto* const media = const_cast<GstSDPMedia*>(gst_sdp_message_get_media(message, line));
+        for (guint index = gst_sdp_media_attributes_len(media); index-- > 0;) {
+            const GstSDPAttribute* attribute = gst_sdp_media_get_attribute(media, index);
+            if (std::string_view(attribute->key) != "candidate") continue;
+            std::string text = "candidate:";
+            if (attribute->value != nullptr) text += attribute->value;
+            if (kept < kMaxCandidates && IsUsableCandidate(line, text, reach)) {
+                ++kept;
+            } else {
+                gst_sdp_media_remove_attribute(media, index);
+                isSifted = true;
+            }
+        }
+    }
+    return isSifted;
 }
 
 }  // namespace
@@ -49,7 +86,7 @@ std::string WriteDescription(const PeerDescription& description) {
     return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-std::optional<PeerDescription> ReadDescription(const std::string& text) {
+std::optional<PeerDescription> ReadDescription(const std::string& text, Reach reach) {
     if (text.size() > kMaxTextBytes) return std::nullopt;
     // What is nested deeper is left out, so that no text makes a deep tree.
     const nlohmann::json object = nlohmann::json::parse(
@@ -71,11 +108,14 @@ std::optional<PeerDescription> ReadDescription(const std::string& text) {
     const auto sdp = object.find("sdp");
     if (sdp == object.end() || !sdp->is_string()) return std::nullopt;
     description.sdp = sdp->get<std::string>();
-    if (!IsUsableSdp(description.sdp)) return std::nullopt;
+    const SdpMessage message = ReadSdp(description.sdp);
+    if (!message) return std::nullopt;
+    if (SiftCandidates(message.get(), reach, description.candidates))
+        description.sdp = TakeText(gst_sdp_message_as_text(message.get()));
     return description;
 }
 
-bool IsUsableCandidate(std::uint32_t mediaLine, const std::string& text) {
+bool IsUsableCandidate(std::uint32_t mediaLine, const std::string& text, Reach reach) {
     constexpr std::string_view kPrefix = "candidate:";
     if (mediaLine >= kMaxMediaLines || text.size() > kMaxCandidateBytes || !text.starts_with(kPrefix)) {
         return false;
@@ -89,7 +129,7 @@ bool IsUsableCandidate(std::uint32_t mediaLine, const std::string& text) {
     words >> foundation >> component >> protocol >> priority >> address >> port >> typeWord >> type;
     if (!words || typeWord != "typ" || component < 1 || component > 2 || port > 65535) return false;
     if (g_ascii_strcasecmp(protocol.c_str(), "udp") != 0) return false;
-    return g_hostname_is_ip_address(address.c_str()) != FALSE;
+    return IsReached(address, reach);
 }
 
 }  // namespace Corvanta::Engine

@@ -1,6 +1,7 @@
 #include "engine/peer/TextChannel.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <utility>
 
@@ -14,7 +15,8 @@ constexpr std::chrono::milliseconds kDrainInterval{20};
 // Of texts that came and were not handed on yet. A peer of this kind has less under way, unless the engine's
 // thread stands still.
 constexpr std::size_t kMaxUnreadBytes = std::size_t{64} * 1024 * 1024;
-constexpr std::size_t kMaxChannels = 4;
+// Channels that a peer may make; one of this kind makes one.
+constexpr std::size_t kMostOffered = 4;
 
 template <class Object>
 std::shared_ptr<Object> Share(Object* owned) {
@@ -34,17 +36,24 @@ void ForEach(GstElement* bin, const char* factory, Visitor visit) {
 
 }  // namespace
 
+struct TextChannel::Counts {
+    // Bytes of texts that came and were not handed on yet.
+    std::atomic<std::size_t> unread = 0;
+    // Channels that the peer has made.
+    std::atomic<std::size_t> offered = 0;
+};
+
 // What threads of GStreamer hold on to.
 struct TextChannel::Link {
     EngineLoop& loop;
     std::weak_ptr<TextChannel> channel;
-    std::shared_ptr<std::atomic<std::size_t>> unread;
+    std::shared_ptr<Counts> counts;
 
     static void Delete(gpointer data, GClosure*) { delete static_cast<Link*>(data); }
 };
 
 TextChannel::Link* TextChannel::MakeLink() {
-    return new Link{loop, weak_from_this(), unread};
+    return new Link{loop, weak_from_this(), counts};
 }
 
 template <class Task>
@@ -56,7 +65,7 @@ void TextChannel::Post(const Link& link, Task task) {
 }
 
 TextChannel::TextChannel(EngineLoop& engineLoop, Events eventHandlers)
-    : loop(engineLoop), events(std::move(eventHandlers)) {}
+    : loop(engineLoop), events(std::move(eventHandlers)), counts(std::make_shared<Counts>()) {}
 
 TextChannel::~TextChannel() {
     Close();
@@ -66,6 +75,11 @@ void TextChannel::Attach(GstElement* element) {
     webrtc = element;
     const gulong handler = g_signal_connect_data(
         element, "on-data-channel", G_CALLBACK(+[](GstElement*, GstWebRTCDataChannel* created, Link* link) {
+            // Each is a queue and threads, whoever listens.
+            if (++link->counts->offered > kMostOffered) {
+                Post(*link, [](TextChannel& self) { self.End("it makes too many channels"); });
+                return;
+            }
             // Listened to at once: what the peer says first is on its way already.
             Post(*link,
                  [channel = Share(GST_WEBRTC_DATA_CHANNEL(g_object_ref(created))),
@@ -117,16 +131,13 @@ std::vector<gulong> TextChannel::Listen(GstWebRTCDataChannel* channel, const Lin
                 if (text == nullptr) return;
                 std::string copy(text);
                 const std::size_t bytes = copy.size() + kTextOverhead;
-                if (link->unread->fetch_add(bytes) > kMaxUnreadBytes) {
-                    *link->unread -= bytes;
-                    Post(*link, [](TextChannel& self) {
-                        self.hasEnded = true;
-                        self.events.ended("it sends more than can be read");
-                    });
+                if (link->counts->unread.fetch_add(bytes) > kMaxUnreadBytes) {
+                    link->counts->unread -= bytes;
+                    Post(*link, [](TextChannel& self) { self.End("it sends more than can be read"); });
                     return;
                 }
                 Post(*link, [copy = std::move(copy), bytes](TextChannel& self) {
-                    *self.unread -= bytes;
+                    self.counts->unread -= bytes;
                     self.events.text(copy);
                 });
             }));
@@ -134,10 +145,6 @@ std::vector<gulong> TextChannel::Listen(GstWebRTCDataChannel* channel, const Lin
 }
 
 void TextChannel::Take(Channel channel, const std::vector<gulong>& listeners) {
-    if (channels.size() >= kMaxChannels) {
-        for (const gulong listener : listeners) g_signal_handler_disconnect(channel.get(), listener);
-        return;
-    }
     for (const gulong listener : listeners)
         handlers.emplace_back(Share(G_OBJECT(g_object_ref(channel.get()))), listener);
     channels.push_back(std::move(channel));
@@ -163,9 +170,13 @@ void TextChannel::OnState() {
         CollectSources();
         if (!std::exchange(wasOpen, true)) events.open();
     } else if (wasOpen) {
-        hasEnded = true;
-        events.ended("it has closed the connection");
+        End("it has closed the connection");
     }
+}
+
+void TextChannel::End(const std::string& reason) {
+    hasEnded = true;
+    events.ended(reason);
 }
 
 void TextChannel::CollectSources() {

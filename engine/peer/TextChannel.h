@@ -5,7 +5,6 @@
 #include <gst/gst.h>
 #include <gst/webrtc/webrtc.h>
 
-#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -30,7 +29,7 @@ public:
     struct Events {
         // Texts can be sent from then on; once.
         std::function<void()> open;
-        // No more text can be sent, or the peer sends more than can be read; once.
+        // No more text can be sent, or the peer sends or asks for more than is right; once.
         std::function<void(const std::string& reason)> ended;
         std::function<void(const std::string& text)> text;
         // A text was refused since too much waited, and there is room again.
@@ -58,12 +57,14 @@ public:
 
 private:
     using Channel = std::shared_ptr<GstWebRTCDataChannel>;
+    struct Counts;
     struct Link;
 
     // Any thread: connects to the channel's signals, and gives the numbers of the connections.
     [[nodiscard]] static std::vector<gulong> Listen(GstWebRTCDataChannel* channel, const Link& listener);
     void Take(Channel channel, const std::vector<gulong>& listeners);
     void OnState();
+    void End(const std::string& reason);
     [[nodiscard]] GstWebRTCDataChannel* OpenOne() const;
     [[nodiscard]] std::size_t WaitingBytes() const;
     void CollectSources();
@@ -74,8 +75,7 @@ private:
 
     EngineLoop& loop;
     const Events events;
-    // Bytes of texts that came and were not handed on yet.
-    const std::shared_ptr<std::atomic<std::size_t>> unread = std::make_shared<std::atomic<std::size_t>>(0);
+    const std::shared_ptr<Counts> counts;
     GstElement* webrtc = nullptr;
     std::vector<Channel> channels;
     // Of the element's signals and of the channels'.

@@ -88,7 +88,7 @@ Hub::~Hub() {
 void Hub::Remove(const std::string& memberId) {
     const auto client = Find(memberId);
     if (client == clients.end()) return;
-    Drop(client, true);
+    Drop(client, Goodbye::Said);
     DropOverfull();
 }
 
@@ -165,7 +165,7 @@ void Hub::OnLine(ClientNumber number, std::string_view line) {
     } else if (message && std::holds_alternative<To>(*message) && isMember) {
         Carry(client, std::get<To>(std::move(*message)));
     } else if (message && std::holds_alternative<Leaving>(*message) && isMember) {
-        Drop(client, true);
+        Drop(client, Goodbye::Said);
     } else if (!message || !std::holds_alternative<Unknown>(*message)) {
         CutOff(client, "what it says makes no sense");
     }
@@ -207,13 +207,22 @@ void Hub::OnHello(ClientMap::iterator client, const Hello& hello) {
         Refuse(client, "The room is full");
         return;
     }
-    Welcome welcome{id, wasExpected && hello.id == id, {}};
-    for (const auto& [number, other] : clients)
-        if (!other.member.id.empty()) welcome.members.push_back(other.member);
-    client->second.member = {id, hello.name};
+    Welcome welcome{id, wasExpected && hello.id == id, {}, {}};
+    std::set<std::string> known;
+    if (welcome.returned) known.insert(hello.known.begin(), hello.known.end());
+    const RoomMember joining{id, hello.name};
+    for (auto& other : clients) {
+        const RoomMember& member = other.second.member;
+        if (member.id.empty()) continue;
+        const bool isMutual = known.contains(member.id) && other.second.known.contains(id);
+        welcome.members.push_back(member);
+        if (isMutual) welcome.known.push_back(member.id);
+        Send(other, WriteRoomMessage(Joined{joining, isMutual}));
+    }
+    client->second.member = joining;
+    client->second.known = std::move(known);
     client->second.greeting.reset();
     Send(*client, WriteRoomMessage(welcome));
-    Broadcast(Joined{client->second.member, welcome.returned}, client->first);
     if (settling && expected.empty()) Settle();
 }
 
@@ -236,7 +245,7 @@ void Hub::Settle() {
     Settled settled;
     for (const auto& [number, client] : clients)
         if (!client.member.id.empty()) settled.ids.push_back(client.member.id);
-    Broadcast(settled, 0);
+    Broadcast(settled);
     DropOverfull();
 }
 
@@ -244,10 +253,10 @@ void Hub::Send(ClientMap::value_type& client, std::string_view line) {
     if (!client.second.connection->Send(line)) overfull.push_back(client.first);
 }
 
-void Hub::Broadcast(const RoomMessage& message, ClientNumber except) {
+void Hub::Broadcast(const RoomMessage& message) {
     const std::string line = WriteRoomMessage(message);
     for (auto& client : clients)
-        if (!client.second.member.id.empty() && client.first != except) Send(client, line);
+        if (!client.second.member.id.empty()) Send(client, line);
 }
 
 Hub::ClientMap::iterator Hub::Find(std::string_view memberId) {
@@ -268,11 +277,11 @@ void Hub::CutOff(ClientMap::iterator client, const char* reason) {
     Drop(client);
 }
 
-void Hub::Drop(ClientMap::iterator client, bool orderly) {
+void Hub::Drop(ClientMap::iterator client, Goodbye goodbye) {
     const std::string id = client->second.member.id;
     client->second.connection->Close();
     clients.erase(client);
-    if (!id.empty()) Broadcast(Left{id, orderly}, 0);
+    if (!id.empty()) Broadcast(Left{id, goodbye == Goodbye::Said});
 }
 
 void Hub::DropOverfull() {

@@ -3,8 +3,9 @@
 // of one GLib main context and calls nobody.
 //
 // A new hub knows those who were members with the hub before. For kReturnTime each of them that comes back
-// under its id is taken for the one that the others knew, and they hear of nothing. Whoever has not come by
-// then has left, and is new if it comes later.
+// under its id is taken for the one that it was, and those who knew it hear of nothing. Whoever has not come
+// by then has left, and is new if it comes later. Two of whom one does not know the other, since the hub
+// before went when only one of them had been told, are new to each other.
 //
 // Nobody can hold up the others: a member that does not read is cut off and told as left, one that sends too
 // much is read more slowly, one that sends nonsense is cut off alone.
@@ -17,6 +18,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,12 +65,16 @@ private:
         std::shared_ptr<LineConnection> connection;
         // Empty until it has said hello.
         RoomMember member;
+        // Whom it knew with the hub before, if it has come back from there.
+        std::set<std::string> known;
         RateLimit messages{kMessagesPerSecond, kMessagesPerSecond};
         RateLimit bytes{kBytesPerSecond, kBytesPerSecond / 2};
         // What its messages have cost since the last reading.
         std::chrono::milliseconds rest{0};
         OwnedSource greeting;
     };
+    // Whether who leaves has said so.
+    enum class Goodbye { None, Said };
     using ClientNumber = std::uint64_t;
     using ClientMap = std::map<ClientNumber, Client>;
 
@@ -90,13 +96,13 @@ private:
     void Settle();
 
     void Send(ClientMap::value_type& client, std::string_view line);
-    // To all members but that one.
-    void Broadcast(const RoomMessage& message, ClientNumber except);
+    // To all members.
+    void Broadcast(const RoomMessage& message);
     [[nodiscard]] ClientMap::iterator Find(std::string_view memberId);
     void Refuse(ClientMap::iterator client, const std::string& reason);
     void CutOff(ClientMap::iterator client, const char* reason);
     // The client goes at once; the others hear of it if it was a member.
-    void Drop(ClientMap::iterator client, bool orderly = false);
+    void Drop(ClientMap::iterator client, Goodbye goodbye = Goodbye::None);
     // Those that did not take what was sent to them go, and then those that do not take the news of it.
     void DropOverfull();
 

@@ -22,14 +22,14 @@ namespace Corvanta::Engine {
 
 // Which of two members begins to talk. Each pair is told alike: one finds the other there and begins, the
 // other hears that somebody came and waits.
-enum class Beginner { Us, Them };
+enum class Initiator { Us, Them };
 
 struct HubClientEvents {
     // In the room, with those who are there, with each of whom we begin. Comes again when the others have
     // been told that we left, after having been stopped for long: then all that was known of members is void,
     // and they take us for a newcomer.
     std::function<void(const std::string& ownId, const std::vector<RoomMember>& members)> onEntered;
-    std::function<void(const RoomMember& member, Beginner beginner)> onMemberJoined;
+    std::function<void(const RoomMember& member, Initiator initiator)> onMemberJoined;
     // `orderly`: it has said so. Otherwise its process may have died, or have been stopped for long.
     std::function<void(const std::string& memberId, bool orderly)> onMemberLeft;
     std::function<void(const std::string& fromId, const std::string& payload)> onMessage;

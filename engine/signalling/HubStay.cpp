@@ -1,11 +1,14 @@
 #include "engine/signalling/HubStay.h"
 
 #include <gio/gunixsocketaddress.h>
+#include <sys/socket.h>
+#include <sys/types.h>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <exception>
+#include <fstream>
 #include <random>
 #include <variant>
 
@@ -36,6 +39,33 @@ std::string MakeKey() {
     std::string key;
     for (int index = 0; index < kLength; ++index) key += kDigits[random() % kDigits.size()];
     return key;
+}
+
+// The process that listens at the other end; 0 where the system does not tell.
+pid_t OwnerOf(GSocket* connected) {
+    ucred owner{};
+    socklen_t size = sizeof owner;
+    const bool isTold = ::getsockopt(g_socket_get_fd(connected), SOL_SOCKET, SO_PEERCRED, &owner, &size) == 0;
+    return isTold ? owner.pid : 0;
+}
+
+// Whether the process stands still until somebody has it go on, by a signal or in a debugger.
+bool IsStopped(pid_t process) {
+    std::string path = "/proc/";
+    path += std::to_string(process);
+    path += "/stat";
+    std::ifstream file(path);
+    std::string line;
+    std::getline(file, line);
+    // The state follows the name, which may have anything in it.
+    const auto nameEnd = line.rfind(") ");
+    if (nameEnd == std::string::npos || nameEnd + 2 >= line.size()) return false;
+    const char state = line[nameEnd + 2];
+    return state == 'T' || state == 't';
+}
+
+bool Contains(const std::vector<std::string>& ids, const std::string& id) {
+    return std::find(ids.begin(), ids.end(), id) != ids.end();
 }
 
 }  // namespace
@@ -108,7 +138,7 @@ void HubClient::Stay::SeekLater() {
 }
 
 void HubClient::Stay::Seek() {
-    if (const auto complaint = Prepare(folder)) {
+    if (const auto complaint = PrepareRoomFolder(folder)) {
         OnTrouble(*complaint);
         return;
     }
@@ -185,9 +215,12 @@ void HubClient::Stay::Greet(GSocket* connected) {
                                                                     }});
     connection->Open();
     // There is room for it.
-    static_cast<void>(connection->Send(WriteRoomMessage(Hello{kRoomVersion, name, ownId, key})));
-    answering = StartTimer(context, kAnswerTime, [] {
-        LOG(kLogWarning, "Whoever has the room's hub does not answer; it is waited for");
+    static_cast<void>(
+        connection->Send(WriteRoomMessage(Hello{kRoomVersion, name, ownId, key, IdsOfMembers()})));
+    answering = StartTimer(context, kAnswerTime, [owner = OwnerOf(connected)] {
+        LOG(kLogWarning,
+            "Nobody can enter the room at the moment: process %lld, which has its hub, does not answer%s",
+            static_cast<long long>(owner), IsStopped(owner) ? ", since it is stopped" : "");
     });
 }
 
@@ -258,22 +291,24 @@ void HubClient::Stay::OnMessage(const Welcome& welcome) {
         Tell(&HubClientEvents::onEntered, id, others);
         return;
     }
-    for (const RoomMember& member : welcome.members) Deliver(member.id);
+    for (const std::string& id : welcome.known) Deliver(id);
     Tell(&HubClientEvents::onHubBack);
-    for (const RoomMember& member : welcome.members)
-        if (!Knows(member.id)) Add(member, Beginner::Us);
+    for (const RoomMember& member : welcome.members) {
+        if (Contains(welcome.known, member.id)) continue;
+        // One whom we knew, and to whom we are new: it waits for us to begin.
+        Remove(member.id);
+        Add(member, Initiator::Us);
+    }
 }
 
 void HubClient::Stay::OnMessage(const Joined& joined) {
     const RoomMember& member = joined.member;
-    if (Knows(member.id)) {
-        if (joined.returned) {
-            Deliver(member.id);
-            return;
-        }
-        Remove(member.id);
+    if (joined.returned && Knows(member.id)) {
+        Deliver(member.id);
+        return;
     }
-    Add(member, Beginner::Them);
+    Remove(member.id);
+    Add(member, Initiator::Them);
 }
 
 void HubClient::Stay::OnMessage(const Left& left) {
@@ -283,8 +318,7 @@ void HubClient::Stay::OnMessage(const Left& left) {
 void HubClient::Stay::OnMessage(const Settled& settled) {
     std::vector<std::string> gone;
     for (const RoomMember& member : members)
-        if (std::find(settled.ids.begin(), settled.ids.end(), member.id) == settled.ids.end())
-            gone.push_back(member.id);
+        if (!Contains(settled.ids, member.id)) gone.push_back(member.id);
     for (const std::string& id : gone) Remove(id);
 }
 
@@ -301,10 +335,10 @@ bool HubClient::Stay::Knows(const std::string& memberId) const {
                        [&memberId](const RoomMember& member) { return member.id == memberId; });
 }
 
-void HubClient::Stay::Add(const RoomMember& member, Beginner beginner) {
+void HubClient::Stay::Add(const RoomMember& member, Initiator initiator) {
     if (hasEnded || members.size() >= kMostMembers) return;
     members.push_back(member);
-    Tell(&HubClientEvents::onMemberJoined, member, beginner);
+    Tell(&HubClientEvents::onMemberJoined, member, initiator);
 }
 
 void HubClient::Stay::Remove(const std::string& memberId, bool orderly) {
@@ -330,11 +364,15 @@ void HubClient::Stay::Deliver(const std::string& memberId) {
     });
 }
 
-std::vector<std::string> HubClient::Stay::ExpectedAtHub() const {
+std::vector<std::string> HubClient::Stay::IdsOfMembers() const {
     std::vector<std::string> ids;
-    if (!hasEntered) return ids;
-    ids.push_back(ownId);
     for (const RoomMember& member : members) ids.push_back(member.id);
+    return ids;
+}
+
+std::vector<std::string> HubClient::Stay::ExpectedAtHub() const {
+    std::vector<std::string> ids = IdsOfMembers();
+    if (hasEntered) ids.push_back(ownId);
     return ids;
 }
 

@@ -45,7 +45,7 @@ private:
     template <class Function, class... Arguments>
     void Tell(Function HubClientEvents::*function, const Arguments&... arguments);
 
-    void SeekAfter(std::chrono::milliseconds delay);
+    void SeekAfter(std::chrono::milliseconds time);
     void SeekLater();
     void Seek();
     // A connected socket, or null; then `mayOpen` tells whether there is no hub at all.
@@ -73,10 +73,11 @@ private:
     void OnMessage(const RoomMessages::Leaving&) { OnNonsense(); }
 
     [[nodiscard]] bool Knows(const std::string& memberId) const;
-    void Add(const RoomMember& member, Beginner beginner);
+    void Add(const RoomMember& member, Initiator initiator);
     void Remove(const std::string& memberId, bool orderly = false);
     // The member is with the hub: sends what waited for that.
     void Deliver(const std::string& memberId);
+    [[nodiscard]] std::vector<std::string> IdsOfMembers() const;
     [[nodiscard]] std::vector<std::string> ExpectedAtHub() const;
 
     GMainContext* const context;

@@ -67,7 +67,7 @@ RoomFolder UserRoomFolder(std::string_view room) {
     return RoomFolderIn(UserRoomService().lock.parent_path(), room);
 }
 
-std::optional<std::string> Prepare(const RoomFolder& folder) {
+std::optional<std::string> PrepareRoomFolder(const RoomFolder& folder) {
     if (folder.socket.native().size() >= sizeof(sockaddr_un::sun_path))
         return Complaint(folder.socket, "is too long a name");
     const std::filesystem::path rooms = folder.path.parent_path();
@@ -76,7 +76,7 @@ std::optional<std::string> Prepare(const RoomFolder& folder) {
     return std::nullopt;
 }
 
-void Remove(const RoomFolder& folder) {
+void RemoveRoomFolder(const RoomFolder& folder) {
     std::error_code error;
     std::filesystem::remove_all(folder.path, error);
 }

@@ -25,10 +25,10 @@ struct RoomFolder {
 // Makes the folder and the two above it where they are missing, whatever the process's mask for new files.
 // Returns nothing when it is there, private to this user and short enough for a socket, else one line for the
 // user.
-[[nodiscard]] std::optional<std::string> Prepare(const RoomFolder& folder);
+[[nodiscard]] std::optional<std::string> PrepareRoomFolder(const RoomFolder& folder);
 
 // Removes the folder of a room that nobody will enter any more.
-void Remove(const RoomFolder& folder);
+void RemoveRoomFolder(const RoomFolder& folder);
 
 // Being the one whose hub it is. The system lets go of it however the process ends.
 class HubLock final {

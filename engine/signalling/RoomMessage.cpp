@@ -44,6 +44,14 @@ const json& ListOf(const json& object, const char* name, std::size_t most) {
     return list;
 }
 
+// None where the field is missing.
+std::vector<std::string> IdsOf(const json& object, const char* name) {
+    std::vector<std::string> ids;
+    if (!object.contains(name)) return ids;
+    for (const json& id : ListOf(object, name, kMostMembers)) ids.push_back(IdOf(id));
+    return ids;
+}
+
 RoomMember MemberOf(const json& object) {
     return {IdOf(object.at("id")), CutName(TextOf(object, "name"))};
 }
@@ -63,6 +71,7 @@ Hello ReadHello(const json& object) {
     hello.id = TextOf(object, "id");
     hello.key = IdOf(object.at("key"));
     if (!hello.id.empty() && !IsMemberId(hello.id)) throw Malformed();
+    hello.known = IdsOf(object, "known");
     return hello;
 }
 
@@ -70,6 +79,7 @@ Welcome ReadWelcome(const json& object) {
     Welcome welcome{IdOf(object.at("id")), FlagOf(object, "returned"), {}};
     for (const json& member : ListOf(object, "members", kMostMembers))
         welcome.members.push_back(MemberOf(member));
+    welcome.known = IdsOf(object, "known");
     return welcome;
 }
 
@@ -99,11 +109,8 @@ json ToJson(const RoomMember& member) {
 
 struct Writer {
     json operator()(const Hello& hello) const {
-        return {{"kind", "hello"},
-                {"version", hello.version},
-                {"name", CutName(hello.name)},
-                {"id", hello.id},
-                {"key", hello.key}};
+        return {{"kind", "hello"}, {"version", hello.version}, {"name", CutName(hello.name)},
+                {"id", hello.id},  {"key", hello.key},         {"known", hello.known}};
     }
     json operator()(const Welcome& welcome) const {
         json members = json::array();
@@ -111,7 +118,8 @@ struct Writer {
         return {{"kind", "welcome"},
                 {"id", welcome.id},
                 {"returned", welcome.returned},
-                {"members", std::move(members)}};
+                {"members", std::move(members)},
+                {"known", welcome.known}};
     }
     json operator()(const Joined& joined) const {
         return {{"kind", "joined"}, {"member", ToJson(joined.member)}, {"returned", joined.returned}};

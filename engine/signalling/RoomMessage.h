@@ -39,20 +39,26 @@ struct Hello {
     std::string id;
     // The client's own secret, from which its id is made.
     std::string key;
+    // The members that it knows from the hub before.
+    std::vector<std::string> known = {};
     bool operator==(const Hello&) const = default;
 };
 
 struct Welcome {
     std::string id;
-    // The others take the client for the one that they knew; else it is new to them, whatever it was before.
+    // The client is the one that it was; else it is new to all, whatever it was before.
     bool returned = false;
     // The others.
     std::vector<RoomMember> members;
+    // Those of them who know the client and are known to it since the hub before. The rest are new to it,
+    // even if it has met them.
+    std::vector<std::string> known = {};
     bool operator==(const Welcome&) const = default;
 };
 
 struct Joined {
     RoomMember member;
+    // It is the one that the receiver knew; else it is new, even if the receiver has met it.
     bool returned = false;
     bool operator==(const Joined&) const = default;
 };

@@ -57,11 +57,20 @@ void PeerLink::OnWayLost() {
 void PeerLink::TakeDescription(const std::string& text) {
     if (!isOpen || !descriptions.Allow(Clock::now())) return;
     const bool wasUp = peer->IsConnected();
+    const auto before = peer->Session();
     if (!peer->TakeDescription(text)) return;
     // The other side sets the connection up again, or answers; nothing needs to be done here meanwhile.
     begun = Clock::now();
-    RestartAfter(kPatience);
-    if (wasUp && !peer->IsConnected()) OnLost();
+    if (peer->Session() != 0) RestartAfter(kPatience);
+    if (wasUp && !peer->IsConnected()) {
+        OnLost();
+    } else {
+        DropChannelOf(before);
+    }
+}
+
+void PeerLink::DropChannelOf(std::uint64_t session) {
+    if (peer->Session() != session && std::exchange(channelIsOpen, false)) events.channel(false);
 }
 
 void PeerLink::TakeCandidate(std::uint32_t mediaLine, const std::string& text) {
@@ -81,6 +90,7 @@ PeerEvents PeerLink::MakeEvents() {
             .onConnected = [this] { OnConnected(); },
             .onDisconnected =
                 [this](const std::string&) {
+                    const auto self = shared_from_this();
                     OnLost();
                     RestartAfter(nextWait);
                     nextWait = std::min(2 * nextWait, kLongestWait);
@@ -137,7 +147,9 @@ void PeerLink::Begin() {
     if (!isOpen) return;
     RestartAfter(kPatience);
     begun = Clock::now();
+    const auto before = peer->Session();
     peer->Restart();
+    DropChannelOf(before);
 }
 
 void PeerLink::Measure() {

@@ -82,6 +82,8 @@ private:
     void OnConnected();
     void OnLost();
     void Begin();
+    // A channel ends with its session, which may have been none that was connected.
+    void DropChannelOf(std::uint64_t session);
     void RestartAfter(std::chrono::milliseconds wait);
     void Measure();
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <utility>
 
 #include "platform/Logger.h"
@@ -11,6 +12,11 @@ namespace Corvanta::Engine {
 namespace {
 
 constexpr std::string_view kConfirmation = "r1 ";
+
+// Before the next confirmation; a decent other side has at most half of it under way.
+constexpr std::size_t kMostUnconfirmedBytes = 2 * (TextLine::kMostKept + 2 * kLongestText);
+// Counting from further on would come to the end of the numbers.
+constexpr std::uint64_t kLastSequence = std::numeric_limits<std::uint64_t>::max() / 2;
 
 std::size_t Cost(const std::string& text) {
     return text.size() + TextLine::kBytesPerText;
@@ -22,7 +28,8 @@ TextLine::TextLine(EngineLoop& engineLoop, std::string peerName, Events lineEven
     : loop(engineLoop),
       name(std::move(peerName)),
       events(std::move(lineEvents)),
-      rate(kMessagesPerSecond, kMessagesPerSecond) {}
+      rate(kMessagesPerSecond, kMessagesPerSecond),
+      byteRate(kBytesPerSecond, static_cast<double>(kLongestText)) {}
 
 void TextLine::Open() {
     Close();
@@ -37,7 +44,7 @@ void TextLine::Close() {
     sent = 0;
     pieces.clear();
     joiner.reset();
-    unconfirmed = 0;
+    unconfirmed = unconfirmedBytes = 0;
 }
 
 void TextLine::Send(std::string text) {
@@ -45,7 +52,13 @@ void TextLine::Send(std::string text) {
         LOG(kLogWarning, "A text of %zu bytes for \"%s\" is too long to be sent", text.size(), name.c_str());
         return;
     }
-    while (!kept.empty() && keptBytes + Cost(text) > kMostKept) Drop(0);
+    // One of which the other side has the beginning is brought to its end.
+    const std::size_t spared = pieces.empty() ? 0 : Cost(kept[sent].text);
+    while (keptBytes - spared + Cost(text) > kMostKept) {
+        const std::size_t oldest = spared > 0 && sent == 0 ? 1 : 0;
+        if (oldest >= kept.size()) break;
+        Drop(oldest);
+    }
     keptBytes += Cost(text);
     kept.push_back({++lastSequence, std::move(text)});
     Pump();
@@ -54,8 +67,6 @@ void TextLine::Send(std::string text) {
 void TextLine::Drop(std::size_t index) {
     const auto place = kept.begin() + static_cast<std::ptrdiff_t>(index);
     keptBytes -= Cost(place->text);
-    // The other side lets go of one that was begun and never ends.
-    if (index == sent) pieces.clear();
     if (index < sent) --sent;
     kept.erase(place);
     NoteDrop();
@@ -105,13 +116,16 @@ void TextLine::Take(const std::string& message) {
     const std::uint64_t sequence = joiner->LastSequence();
     // Came over an earlier channel, whose end kept the confirmation from arriving.
     if (sequence <= received) return;
-    if (++unconfirmed > 2 * kMostUnconfirmed) {
+    unconfirmedBytes += text->size();
+    if (++unconfirmed > 2 * kMostUnconfirmed || unconfirmedBytes > kMostUnconfirmedBytes) {
         if (!std::exchange(excessWasLogged, true))
             LOG(kLogWarning, "\"%s\" sends more than can be read, and not all of it is", name.c_str());
         return;
     }
     received = sequence;
-    ConfirmAfter(std::max(kConfirmAfter, rate.Charge(now, 1.0)));
+    const auto rest =
+        std::max(rate.Charge(now, 1.0), byteRate.Charge(now, static_cast<double>(text->size())));
+    ConfirmAfter(std::max(kConfirmAfter, rest));
     events.text(std::move(*text));
 }
 
@@ -128,7 +142,7 @@ void TextLine::Confirm() {
     message += std::to_string(received);
     isConfirming = false;
     if (events.send(message)) {
-        unconfirmed = 0;
+        unconfirmed = unconfirmedBytes = 0;
     } else {
         confirmsWhenDrained = true;
     }
@@ -138,8 +152,10 @@ void TextLine::TakeConfirmation(std::string_view number) {
     std::uint64_t sequence = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), sequence);
     if (error != std::errc() || end != number.data() + number.size()) return;
-    // Of what was never sent.
-    if (sequence > lastSequence) return;
+    if (sequence > lastSequence) {
+        if (isReady || sequence > kLastSequence) return;
+        ContinueFrom(sequence);
+    }
     while (!kept.empty() && kept.front().sequence <= sequence) {
         // It may confirm only what it was sent, so nothing that is being sent goes here.
         if (isReady && sent == 0) break;
@@ -153,6 +169,12 @@ void TextLine::TakeConfirmation(std::string_view number) {
         dropped = 0;
     }
     Pump();
+}
+
+void TextLine::ContinueFrom(std::uint64_t sequence) {
+    // Nothing of them is on this channel yet.
+    for (Kept& text : kept) text.sequence = ++sequence;
+    lastSequence = sequence;
 }
 
 }  // namespace Corvanta::Engine

@@ -7,7 +7,8 @@
 //   r1 SEQUENCE
 //
 // which confirm all texts up to that one: the first message of each side on every channel, then soon after
-// texts have come. No piece is sent before the other side's first confirmation.
+// texts have come. No piece is sent before the other side's first confirmation. If that one confirms what was
+// never sent, the other side has had another line before this one, whose numbers this one continues.
 #pragma once
 
 #include <chrono>
@@ -29,12 +30,15 @@ namespace Corvanta::Engine {
 
 class TextLine final : public std::enable_shared_from_this<TextLine> {
 public:
-    // What is kept for the other side at most, the newest text apart; beyond, the oldest go. Each text counts
-    // with what it takes to keep it.
+    // What is kept for the other side at most, apart from the newest text and one that is just being sent;
+    // beyond, the oldest go. Each text counts with what it takes to keep it.
     static constexpr std::size_t kMostKept = std::size_t{8} * 1024 * 1024;
     static constexpr std::size_t kBytesPerText = 64;
-    // Texts that are under way at a time without being confirmed. Who sends twice as many is not read.
+    // Texts that are under way at a time without being confirmed. Who sends twice as many, or twice as much
+    // as a line keeps, is not read.
     static constexpr std::size_t kMostUnconfirmed = 256;
+    // Of texts, in the long run: whoever sends more has them confirmed later. The longest text has its turn.
+    static constexpr double kBytesPerSecond = 8.0 * 1024 * 1024;
     // How long a confirmation may wait for more texts to confirm.
     static constexpr std::chrono::milliseconds kConfirmAfter{50};
 
@@ -76,6 +80,7 @@ private:
     void Confirm();
     void ConfirmAfter(std::chrono::milliseconds wait);
     void TakeConfirmation(std::string_view number);
+    void ContinueFrom(std::uint64_t sequence);
     void Drop(std::size_t index);
     void NoteDrop();
 
@@ -96,7 +101,9 @@ private:
     std::optional<TextJoiner> joiner;
     std::uint64_t received = 0;
     std::size_t unconfirmed = 0;
+    std::size_t unconfirmedBytes = 0;
     RateLimit rate;
+    RateLimit byteRate;
     bool excessWasLogged = false;
 
     bool isOpen = false;

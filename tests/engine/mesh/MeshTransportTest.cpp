@@ -150,6 +150,22 @@ TEST_F(MeshTransportTest, SharesStreamsBesideTheCamera) {
     EXPECT_TRUE(two.SeesColor("one's screen", kBlue, StreamType::Screenshare));
 }
 
+TEST_F(MeshTransportTest, ShowsInTheEndWhatIsSharedAgainAndAgain) {
+    RoomPerson one(Maker("one"));
+    RoomPerson two(Maker("two"));
+    ASSERT_TRUE(one.Enters());
+    ASSERT_TRUE(two.Enters());
+    ASSERT_TRUE(Eventually([&] { return two.Present() == 1; }));
+    for (int round = 0; round < 20; ++round) {
+        one.Share(StreamType::Screenshare, "screen", kRed);
+        one.StopSharing(StreamType::Screenshare);
+    }
+    one.Share(StreamType::Screenshare, "screen", kGreen);
+    one.Share(StreamType::File, "file", kBlue);
+    EXPECT_TRUE(two.SeesColor("screen", kGreen, StreamType::Screenshare));
+    EXPECT_TRUE(two.SeesColor("file", kBlue, StreamType::File));
+}
+
 TEST_F(MeshTransportTest, SharesTheSameKindBothWays) {
     RoomPerson one(Maker("one"));
     RoomPerson two(Maker("two"));

@@ -257,11 +257,14 @@ bool RoomPerson::SeesColor(const std::string& name, Yuv color, StreamType type) 
     });
 }
 
-bool RoomPerson::Hears(const std::string& name, const std::vector<std::string>& texts) const {
-    return Eventually([&] {
-        const auto seen = Sees(name);
-        return seen && seen->texts == texts;
-    });
+bool RoomPerson::Hears(const std::string& name, const std::vector<std::string>& texts,
+                       std::chrono::milliseconds patience) const {
+    return Eventually(
+        [&] {
+            const auto seen = Sees(name);
+            return seen && seen->texts == texts;
+        },
+        patience);
 }
 
 int RoomPerson::Mutes() const {

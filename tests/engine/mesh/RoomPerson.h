@@ -13,6 +13,7 @@
 
 #include "engine/transport/Transport.h"
 #include "engine/webrtc/SoundMixer.h"
+#include "tests/engine/Eventually.h"
 #include "tests/engine/peer/PeerPair.h"
 
 namespace Corvanta::Engine {
@@ -71,7 +72,8 @@ public:
     [[nodiscard]] bool SeesColor(const std::string& name, Yuv color,
                                  StreamType type = StreamType::Camera) const;
     // Waits for the texts to be all that came of that publisher.
-    [[nodiscard]] bool Hears(const std::string& name, const std::vector<std::string>& texts) const;
+    [[nodiscard]] bool Hears(const std::string& name, const std::vector<std::string>& texts,
+                             std::chrono::milliseconds patience = kPatience) const;
     [[nodiscard]] int Mutes() const;
     // "0" for each time that the way to the others broke for good, "1" where it was tried again.
     [[nodiscard]] std::string Drops() const;

@@ -9,6 +9,7 @@
 
 #include "tests/engine/Eventually.h"
 #include "tests/engine/peer/PeerPair.h"
+#include "tests/engine/signalling/LogLines.h"
 
 namespace Corvanta::Engine {
 namespace {
@@ -71,6 +72,50 @@ TEST_F(OutboundFeedTest, MakesAKeyFrameWhenItIsAskedFor) {
     EXPECT_EQ(feed->Count().keyFrames, 1U);
     feed->RequestKeyFrame();
     EXPECT_TRUE(Eventually([&] { return feed->Count().keyFrames == 2; }));
+}
+
+TEST_F(OutboundFeedTest, GivesOnePeerFewKeyFramesHoweverOftenItAsks) {
+    AddReceiver();
+    const FeedPump pump(feed, 320, 180, kColor, 0.0);
+    ASSERT_TRUE(Eventually([&] { return feed->Count().pictures > 1; }));
+    const auto begun = std::chrono::steady_clock::now();
+    const auto before = feed->Count();
+    EXPECT_TRUE(Eventually([&] {
+        for (int count = 0; count < 100; ++count) outlet->RequestKeyFrame();
+        return feed->Count().pictures > before.pictures + 90;
+    }));
+    const auto after = feed->Count();
+    const auto seconds = static_cast<std::uint64_t>(
+        std::chrono::ceil<std::chrono::seconds>(std::chrono::steady_clock::now() - begun).count());
+    // The encoder makes one by itself every 60 pictures.
+    const std::uint64_t regular = (after.pictures - before.pictures) / 60 + 1;
+    EXPECT_GE(after.keyFrames, before.keyFrames + 1);
+    EXPECT_LE(after.keyFrames, before.keyFrames + regular + seconds + 1);
+}
+
+TEST_F(OutboundFeedTest, BringsAKeyFrameThatWasAskedForTooSoon) {
+    AddReceiver();
+    feed->PushPicture(MakePicture(320, 180, kColor));
+    ASSERT_TRUE(Eventually([&] { return feed->Count().pictures > 1; }));
+    outlet->RequestKeyFrame();
+    ASSERT_TRUE(Eventually([&] { return feed->Count().keyFrames == 2; }));
+    outlet->RequestKeyFrame();
+    EXPECT_TRUE(Eventually([&] { return feed->Count().keyFrames == 3; }));
+}
+
+TEST_F(OutboundFeedTest, EncodesAgainAfterAFailure) {
+    AddReceiver();
+    feed->AddAudioOutlet(outlet);
+    LogLines log;
+    const GstOwned<GstBuffer> halfAFrame(gst_buffer_new_allocate(nullptr, 12, nullptr));
+    feed->PushSound(halfAFrame.get(), GST_CLOCK_TIME_NONE);
+    ASSERT_TRUE(Eventually([&] { return log.Count("\"feed\" is not sent for a moment") == 1; }));
+    const auto before = feed->Count();
+    const FeedPump pump(feed, 320, 180, kColor, 0.1);
+    EXPECT_TRUE(Eventually([&] {
+        const auto after = feed->Count();
+        return after.pictures > before.pictures + 5 && after.audioBytes > before.audioBytes;
+    }));
 }
 
 TEST_F(OutboundFeedTest, SendsLittleWhereTheBitrateIsLow) {

@@ -63,6 +63,50 @@ TEST(PeerDescription, NeedsNoSessionButAUsableOne) {
     }
 }
 
+TEST(PeerDescription, HasItsCandidatesCountedAndTheUselessTakenOut) {
+    const std::string sdp = Sdp(1) +
+                            "a=candidate:1 1 UDP 1 192.168.0.1 40000 typ host\r\n"
+                            "a=candidate:2 1 UDP 1 127.0.0.1 40000 typ host\r\n"
+                            "a=candidate:3 1 TCP 1 127.0.0.1 9 typ host tcptype active\r\n"
+                            "a=candidate:4 1 UDP 1 router.example 9 typ host\r\n"
+                            "a=end-of-candidates\r\n";
+    const auto everywhere = ReadDescription(Text(sdp));
+    ASSERT_TRUE(everywhere);
+    EXPECT_EQ(everywhere->candidates, 2U);
+    EXPECT_NE(everywhere->sdp.find("192.168.0.1"), std::string::npos);
+    EXPECT_EQ(everywhere->sdp.find("router"), std::string::npos);
+    EXPECT_EQ(everywhere->sdp.find("TCP "), std::string::npos);
+    EXPECT_NE(everywhere->sdp.find("a=end-of-candidates"), std::string::npos);
+    const auto here = ReadDescription(Text(sdp), Reach::LoopbackAlone);
+    ASSERT_TRUE(here);
+    EXPECT_EQ(here->candidates, 1U);
+    EXPECT_EQ(here->sdp.find("192.168.0.1"), std::string::npos);
+    EXPECT_NE(here->sdp.find("127.0.0.1"), std::string::npos);
+}
+
+TEST(PeerDescription, HasNoMoreCandidatesThanThereMayBe) {
+    std::string sdp = Sdp(1);
+    for (unsigned index = 0; index < 2 * kMaxCandidates; ++index)
+        sdp += "a=candidate:1 1 UDP 1 127.0.0.1 40000 typ host\r\n";
+    const auto read = ReadDescription(Text(sdp));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->candidates, kMaxCandidates);
+    EXPECT_LT(read->sdp.size(), sdp.size() * 2 / 3);
+}
+
+TEST(Candidate, IsOnThisMachineWhereNoOtherIsTried) {
+    for (const std::string address : {"127.0.0.1", "127.1.2.3", "::1"}) {
+        EXPECT_TRUE(
+            IsUsableCandidate(0, "candidate:1 1 UDP 1 " + address + " 40000 typ host", Reach::LoopbackAlone))
+            << address;
+    }
+    for (const std::string address : {"192.168.0.1", "8.8.8.8", "0.0.0.0", "fe80::1", "localhost"}) {
+        EXPECT_FALSE(
+            IsUsableCandidate(0, "candidate:1 1 UDP 1 " + address + " 40000 typ host", Reach::LoopbackAlone))
+            << address;
+    }
+}
+
 TEST(Candidate, IsUsableWithANumericAddressOverUdp) {
     EXPECT_TRUE(IsUsableCandidate(0, "candidate:1 1 UDP 2015363327 127.0.0.1 40000 typ host"));
     EXPECT_TRUE(IsUsableCandidate(1, "candidate:1 1 udp 1 ::1 40000 typ srflx raddr 10.0.0.1 rport 9"));

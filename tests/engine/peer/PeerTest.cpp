@@ -9,6 +9,7 @@
 #include <string>
 
 #include "tests/engine/Eventually.h"
+#include "tests/engine/Sanitizers.h"
 #include "tests/engine/peer/PeerPair.h"
 
 namespace Corvanta::Engine {
@@ -20,12 +21,6 @@ constexpr Yuv kRed{81, 90, 240};
 constexpr Yuv kBlue{41, 240, 110};
 constexpr double kAmplitude = 0.2;
 constexpr int kTolerance = 4;
-#if defined(__SANITIZE_ADDRESS__)
-// Takes its time for each connection.
-constexpr bool kIsSanitized = true;
-#else
-constexpr bool kIsSanitized = false;
-#endif
 
 bool IsNear(Yuv left, Yuv right) {
     return std::abs(left.y - right.y) <= kTolerance && std::abs(left.u - right.u) <= kTolerance &&

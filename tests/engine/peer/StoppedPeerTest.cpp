@@ -1,88 +1,24 @@
 // A connection with a process that stands still for a while.
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <cstdio>
-#include <functional>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "engine/peer/PeerConnection.h"
 #include "tests/engine/Eventually.h"
+#include "tests/engine/LineProcess.h"
 #include "tests/engine/peer/PeerPair.h"
 
 namespace Corvanta::Engine {
 namespace {
 
-// The other end (see PeerProcess.cpp).
-class PeerProcess final {
-public:
-    // Gets each line that the process writes, on a thread of this object's.
-    explicit PeerProcess(std::function<void(const std::string&)> onLine) {
-        std::array<int, 2> ends{-1, -1};
-        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), 0);
-        posix_spawn_file_actions_t actions;
-        ::posix_spawn_file_actions_init(&actions);
-        ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDIN_FILENO);
-        ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        std::string program = CORVANTA_PEER_PROCESS;
-        const std::array<char*, 2> arguments{program.data(), nullptr};
-        EXPECT_EQ(::posix_spawn(&process, program.c_str(), &actions, nullptr, arguments.data(), environ), 0);
-        ::posix_spawn_file_actions_destroy(&actions);
-        ::close(ends[1]);
-        pipe = ends[0];
-        reader = std::thread([this, handle = std::move(onLine)] {
-            std::string held;
-            std::array<char, 4096> block;
-            for (ssize_t count = 0; (count = ::recv(pipe, block.data(), block.size(), 0)) > 0;) {
-                held.append(block.data(), static_cast<std::size_t>(count));
-                for (auto end = held.find('\n'); end != std::string::npos; end = held.find('\n')) {
-                    handle(held.substr(0, end));
-                    held.erase(0, end + 1);
-                }
-            }
-        });
-    }
-    ~PeerProcess() {
-        if (process > 0) {
-            ::kill(process, SIGKILL);
-            ::waitpid(process, nullptr, 0);
-        }
-        reader.join();
-        ::close(pipe);
-    }
-    PeerProcess(const PeerProcess&) = delete;
-    PeerProcess& operator=(const PeerProcess&) = delete;
-
-    void Write(std::string line) const {
-        line += '\n';
-        EXPECT_EQ(::send(pipe, line.data(), line.size(), MSG_NOSIGNAL), static_cast<ssize_t>(line.size()));
-    }
-    // On return it does nothing.
-    void Stop() const {
-        ::kill(process, SIGSTOP);
-        ::waitpid(process, nullptr, WUNTRACED);
-    }
-    void Continue() const { ::kill(process, SIGCONT); }
-
-private:
-    pid_t process = -1;
-    // Its standard input and output.
-    int pipe = -1;
-    std::thread reader;
-};
-
 TEST(StoppedPeer, IsToldAsLostAndConnectedAgainWhenItGoesOn) {
     PeerEnd end;
     RunningLoop running;
-    PeerProcess process([&](const std::string& line) {
+    // The other end (see PeerProcess.cpp).
+    LineProcess process(CORVANTA_PEER_PROCESS, {}, [&](const std::string& line) {
         running.loop.Post([&end, line] {
             if (!end.connection) return;
             if (line.starts_with("D ")) end.connection->TakeDescription(line.substr(2));
@@ -97,9 +33,9 @@ TEST(StoppedPeer, IsToldAsLostAndConnectedAgainWhenItGoesOn) {
     options.name = "stopped";
     options.sends = options.receives = false;
     PeerEvents events;
-    events.onDescription = [&](const std::string& text) { process.Write("D " + text); };
+    events.onDescription = [&](const std::string& text) { process.Say("D " + text); };
     events.onCandidate = [&](std::uint32_t line, const std::string& text) {
-        process.Write("C " + std::to_string(line) + " " + text);
+        process.Say("C " + std::to_string(line) + " " + text);
     };
     events.onConnected = [&] { ++end.connects; };
     events.onDisconnected = [&](const std::string&) { ++end.disconnects; };

@@ -235,7 +235,7 @@ TEST_F(HubClientTest, MayLeaveOrEndInsideEachOfItsCalls) {
                 }
             };
             told.onEntered = [&](const auto&, const auto&) { react("entered"); };
-            told.onMemberJoined = [&](const auto&, Beginner) { react("joined"); };
+            told.onMemberJoined = [&](const auto&, Initiator) { react("joined"); };
             told.onMemberLeft = [&](const auto&, bool) { react("left"); };
             told.onMessage = [&](const auto&, const auto&) { react("message"); };
             told.onHubLost = [&] { react("lost"); };
@@ -267,7 +267,7 @@ TEST_F(HubClientTest, MayLeaveOrEndInsideEachOfItsCalls) {
 }
 
 TEST_F(HubClientTest, ReplacesTheSocketOfAHubThatCrashed) {
-    ASSERT_EQ(Prepare(folder), std::nullopt);
+    ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
     { RawListener(folder.socket); }
     ASSERT_TRUE(std::filesystem::is_socket(folder.socket));
     temporary.Write("hub.lock", "");
@@ -280,7 +280,7 @@ TEST_F(HubClientTest, ReplacesTheSocketOfAHubThatCrashed) {
 }
 
 TEST_F(HubClientTest, ReplacesWhatIsNoSocket) {
-    ASSERT_EQ(Prepare(folder), std::nullopt);
+    ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
     std::filesystem::copy_file("/proc/self/status", folder.socket);
     RoomGuest one(loop, product);
     ASSERT_TRUE(one.Enters("one"));
@@ -306,7 +306,7 @@ TEST_F(HubClientTest, FailsWithOneLineWhereNoRoomCanBe) {
 TEST_F(HubClientTest, FailsWhereTheLockOrTheSocketCannotBeMade) {
     for (const std::string name : {"hub.lock", "hub.socket"}) {
         std::filesystem::remove_all(product);
-        ASSERT_EQ(Prepare(folder), std::nullopt);
+        ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
         std::filesystem::create_directory(folder.path / name);
         RoomGuest one(loop, product);
         one.Join("one");
@@ -330,7 +330,7 @@ private:
 };
 
 TEST_F(HubClientTest, FailsWithTheWordsOfAHubOfAnotherVersion) {
-    ASSERT_EQ(Prepare(folder), std::nullopt);
+    ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
     const FakeHub hub(folder);
     LogLines log;
     RoomGuest one(loop, product);
@@ -345,7 +345,7 @@ TEST_F(HubClientTest, FailsWithTheWordsOfAHubOfAnotherVersion) {
 }
 
 TEST_F(HubClientTest, LeavesAHubThatTalksNonsenseForTheNextOne) {
-    ASSERT_EQ(Prepare(folder), std::nullopt);
+    ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
     const FakeHub hub(folder);
     RoomGuest one(loop, product);
     one.Join("one");
@@ -356,7 +356,7 @@ TEST_F(HubClientTest, LeavesAHubThatTalksNonsenseForTheNextOne) {
         RawClient client(hub.Take());
         const auto hello = client.Next<Hello>();
         EXPECT_EQ(hello.id, round == 0 ? "" : "ab");
-        client.Say(Welcome{"ab", round > 0, {{"cd", "other"}}});
+        client.Say(Welcome{"ab", round > 0, {{"cd", "other"}}, {"cd"}});
         ++round;
         client.SayBytes("{\"kind\":\"unknown\"}\n");
         client.Say(From{"cd", "decent"});
@@ -371,7 +371,7 @@ TEST_F(HubClientTest, LeavesAHubThatTalksNonsenseForTheNextOne) {
 }
 
 TEST_F(HubClientTest, EntersAnewWhenTheOthersWereToldThatItLeft) {
-    ASSERT_EQ(Prepare(folder), std::nullopt);
+    ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
     const FakeHub hub(folder);
     RoomGuest one(loop, product);
     one.Join("one");
@@ -393,8 +393,29 @@ TEST_F(HubClientTest, EntersAnewWhenTheOthersWereToldThatItLeft) {
     EXPECT_THAT(Kinds(one), ElementsAre("entered", "lost", "entered", "left", "joined"));
 }
 
+TEST_F(HubClientTest, MeetsAnewWhoeverDoesNotKnowItAfterTheHubHasGone) {
+    ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
+    const FakeHub hub(folder);
+    RoomGuest one(loop, product);
+    one.Join("one");
+    {
+        RawClient client(hub.Take());
+        client.Next<Hello>();
+        client.Say(Welcome{"ab", false, {{"cd", "other"}, {"ef", "third"}}});
+        ASSERT_TRUE(one.events.Hears("entered"));
+    }
+    RawClient client(hub.Take());
+    EXPECT_EQ(client.Next<Hello>().known, (std::vector<std::string>{"cd", "ef"}));
+    // The other one was taken for a newcomer, and knows nobody.
+    client.Say(Welcome{"ab", true, {{"cd", "other"}, {"ef", "third"}}, {"ef"}});
+    ASSERT_TRUE(one.events.Hears("joined"));
+    EXPECT_THAT(Kinds(one), ElementsAre("entered", "lost", "back", "left", "joined"));
+    EXPECT_EQ(one.events.All()[3].id, "cd");
+    EXPECT_EQ(one.events.All()[4], (RoomEvent{"joined", "cd", "us other"}));
+}
+
 TEST_F(HubClientTest, WaitsForAHubThatDoesNotAnswer) {
-    ASSERT_EQ(Prepare(folder), std::nullopt);
+    ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
     const FakeHub hub(folder);
     LogLines log;
     RoomGuest one(loop, product);

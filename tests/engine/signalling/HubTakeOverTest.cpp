@@ -11,6 +11,7 @@
 
 #include "tests/engine/Eventually.h"
 #include "tests/engine/TemporaryFolder.h"
+#include "tests/engine/signalling/LogLines.h"
 #include "tests/engine/signalling/LoopThread.h"
 #include "tests/engine/signalling/RoomGuest.h"
 #include "tests/engine/signalling/SignallingProcessHandle.h"
@@ -169,6 +170,20 @@ TEST_F(HubTakeOver, TakesWhoeverWasStoppedMeanwhileForANewcomer) {
     ASSERT_TRUE(witness.events.Hears("joined", id));
     EXPECT_TRUE(Talk(stopped, "again"));
     EXPECT_EQ(witness.events.Count("entered"), 1U);
+}
+
+TEST_F(HubTakeOver, NamesTheStoppedProcessThatKeepsOthersOut) {
+    ASSERT_NO_FATAL_FAILURE(Gather(1));
+    processes[0]->Stop();
+    LogLines log;
+    RoomGuest late(loop, product);
+    late.Join("late");
+    std::string cause = "process ";
+    cause += std::to_string(processes[0]->Id());
+    cause += ", which has its hub, does not answer, since it is stopped";
+    EXPECT_TRUE(Eventually([&] { return log.Count(cause) == 1; }));
+    processes[0]->Continue();
+    EXPECT_TRUE(late.events.Hears("entered"));
 }
 
 TEST_F(HubTakeOver, GoesOnWhereItWasWhenTheOneWithTheHubWasStopped) {

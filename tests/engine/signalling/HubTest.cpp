@@ -31,7 +31,7 @@ constexpr const char* kCutsOff = "The room cuts off";
 class HubTest : public ::testing::Test {
 protected:
     HubTest() : folder(RoomFolderIn(temporary.path / "corvanta", "room")) {
-        EXPECT_EQ(Prepare(folder), std::nullopt);
+        EXPECT_EQ(PrepareRoomFolder(folder), std::nullopt);
     }
     ~HubTest() override { Close(); }
 
@@ -356,11 +356,11 @@ TEST_F(HubTest, TakesThoseWhoKnewTheOneBeforeForWhomTheyWere) {
     const std::string two = MemberIdOf("2");
     Open({one, two, MemberIdOf("3"), MemberIdOf("4")});
     RawClient first(folder.socket);
-    first.Say(Hello{kRoomVersion, "one", one, "1"});
+    first.Say(Hello{kRoomVersion, "one", one, "1", {two}});
     EXPECT_EQ(first.Next(), RoomMessage(Welcome{one, true, {}}));
     RawClient second(folder.socket);
-    second.Say(Hello{kRoomVersion, "two", two, "2"});
-    EXPECT_EQ(second.Next(), RoomMessage(Welcome{two, true, {{one, "one"}}}));
+    second.Say(Hello{kRoomVersion, "two", two, "2", {one}});
+    EXPECT_EQ(second.Next(), RoomMessage(Welcome{two, true, {{one, "one"}}, {one}}));
     EXPECT_EQ(first.Next(), RoomMessage(Joined{{two, "two"}, true}));
     // Not one of them, or one that does not say so.
     RawClient stranger(folder.socket);
@@ -378,16 +378,35 @@ TEST_F(HubTest, TakesThoseWhoKnewTheOneBeforeForWhomTheyWere) {
     EXPECT_FALSE(late.Next<Welcome>().returned);
 }
 
+TEST_F(HubTest, HasTwoMeetAnewOfWhomOneDoesNotKnowTheOther) {
+    const std::string one = MemberIdOf("1");
+    const std::string two = MemberIdOf("2");
+    const std::string three = MemberIdOf("3");
+    // The one who opened it had not heard of the first yet; the second had, and the third had not.
+    Open({two, three});
+    RawClient first(folder.socket);
+    first.Say(Hello{kRoomVersion, "one", one, "1", {two, three}});
+    EXPECT_EQ(first.Next(), RoomMessage(Welcome{one, false, {}}));
+    RawClient second(folder.socket);
+    second.Say(Hello{kRoomVersion, "two", two, "2", {one, three}});
+    EXPECT_EQ(second.Next(), RoomMessage(Welcome{two, true, {{one, "one"}}}));
+    EXPECT_EQ(first.Next(), RoomMessage(Joined{{two, "two"}, false}));
+    RawClient third(folder.socket);
+    third.Say(Hello{kRoomVersion, "three", three, "3"});
+    EXPECT_EQ(third.Next(), RoomMessage(Welcome{three, true, {{one, "one"}, {two, "two"}}}));
+    EXPECT_EQ(second.Next(), RoomMessage(Joined{{three, "three"}, false}));
+}
+
 TEST_F(HubTest, SettlesAsSoonAsAllAreBack) {
     const std::string one = MemberIdOf("1");
     const std::string two = MemberIdOf("2");
     Open({one, two});
     const auto begun = steady_clock::now();
     RawClient first(folder.socket);
-    first.Say(Hello{kRoomVersion, "one", one, "1"});
+    first.Say(Hello{kRoomVersion, "one", one, "1", {two}});
     EXPECT_TRUE(first.Next<Welcome>().returned);
     RawClient second(folder.socket);
-    second.Say(Hello{kRoomVersion, "two", two, "2"});
+    second.Say(Hello{kRoomVersion, "two", two, "2", {one}});
     EXPECT_TRUE(second.Next<Welcome>().returned);
     EXPECT_TRUE(first.Next<Joined>().returned);
     EXPECT_THAT(first.Next<Settled>().ids, ::testing::UnorderedElementsAre(one, two));

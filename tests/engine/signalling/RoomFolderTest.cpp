@@ -68,7 +68,7 @@ TEST_F(RoomFolderTest, LiesInTheRuntimeFolder) {
     EXPECT_EQ(folder.socket.parent_path(), folder.path);
     EXPECT_EQ(folder.lock.parent_path(), folder.path);
     EXPECT_FALSE(std::filesystem::exists(temporary.path / "corvanta"));
-    EXPECT_EQ(Prepare(folder), std::nullopt);
+    EXPECT_EQ(PrepareRoomFolder(folder), std::nullopt);
     EXPECT_TRUE(std::filesystem::is_directory(folder.path));
 }
 
@@ -78,7 +78,7 @@ TEST_F(RoomFolderTest, LiesInAFolderOfTheUserWithoutARuntimeFolder) {
     const RoomFolder folder = UserRoomFolder("review");
     const auto own = temporary.path / ("corvanta-" + std::to_string(::getuid()));
     EXPECT_EQ(folder.path.parent_path(), own / "rooms");
-    EXPECT_EQ(Prepare(folder), std::nullopt);
+    EXPECT_EQ(PrepareRoomFolder(folder), std::nullopt);
     EXPECT_EQ(ModeOf(own), 0700U);
 }
 
@@ -86,11 +86,11 @@ TEST_F(RoomFolderTest, IsPrivateWhateverTheMask) {
     for (const mode_t mask : {0000U, 0022U, 0777U}) {
         const Mask set(mask);
         const RoomFolder folder = RoomFolderIn(temporary.path / std::to_string(mask), "review");
-        EXPECT_EQ(Prepare(folder), std::nullopt);
+        EXPECT_EQ(PrepareRoomFolder(folder), std::nullopt);
         EXPECT_EQ(ModeOf(folder.path), 0700U);
         EXPECT_EQ(ModeOf(folder.path.parent_path()), 0700U);
         EXPECT_EQ(ModeOf(folder.path.parent_path().parent_path()), 0700U);
-        EXPECT_EQ(Prepare(folder), std::nullopt);
+        EXPECT_EQ(PrepareRoomFolder(folder), std::nullopt);
         // Kept by others than the user when the mask is none.
         const HubLock lock(folder.lock);
         EXPECT_TRUE(lock.IsHeld());
@@ -115,15 +115,15 @@ TEST_F(RoomFolderTest, HasANameOfItsOwnForEachRoom) {
 
 TEST_F(RoomFolderTest, IsRefusedWhereOthersCanEnter) {
     const RoomFolder folder = RoomFolderIn(temporary.path, "review");
-    ASSERT_EQ(Prepare(folder), std::nullopt);
+    ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
     for (const auto& path : {folder.path, folder.path.parent_path(), temporary.path}) {
         std::filesystem::permissions(path, std::filesystem::perms::group_exec,
                                      std::filesystem::perm_options::add);
-        const auto complaint = Prepare(folder);
+        const auto complaint = PrepareRoomFolder(folder);
         ASSERT_TRUE(complaint) << path;
         EXPECT_THAT(*complaint, HasSubstr(path.string()));
         std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-        EXPECT_EQ(Prepare(folder), std::nullopt);
+        EXPECT_EQ(PrepareRoomFolder(folder), std::nullopt);
     }
 }
 
@@ -131,7 +131,7 @@ TEST_F(RoomFolderTest, IsRefusedBehindALink) {
     std::filesystem::create_directory(temporary.path / "elsewhere");
     std::filesystem::permissions(temporary.path / "elsewhere", std::filesystem::perms::owner_all);
     std::filesystem::create_directory_symlink(temporary.path / "elsewhere", temporary.path / "link");
-    EXPECT_TRUE(Prepare(RoomFolderIn(temporary.path / "link", "review")));
+    EXPECT_TRUE(PrepareRoomFolder(RoomFolderIn(temporary.path / "link", "review")));
 }
 
 TEST_F(RoomFolderTest, ThatCannotBeMadeGivesOneLine) {
@@ -139,7 +139,7 @@ TEST_F(RoomFolderTest, ThatCannotBeMadeGivesOneLine) {
     for (const RoomFolder& folder :
          {RoomFolderIn(temporary.path, "review"), RoomFolderIn("/nowhere/at/all", "review"),
           RoomFolderIn(temporary.path / std::string(100, 'x'), "review")}) {
-        const auto complaint = Prepare(folder);
+        const auto complaint = PrepareRoomFolder(folder);
         ASSERT_TRUE(complaint);
         EXPECT_THAT(*complaint, StartsWith("No room can be opened: "));
         EXPECT_EQ(complaint->find('\n'), std::string::npos);

@@ -16,8 +16,8 @@ HubClientEvents NotedIn(RoomEvents& events) {
                 events.Add({"entered", ownId, ids});
             },
         .onMemberJoined =
-            [&events](const RoomMember& member, Beginner beginner) {
-                std::string text = beginner == Beginner::Us ? "us " : "them ";
+            [&events](const RoomMember& member, Initiator initiator) {
+                std::string text = initiator == Initiator::Us ? "us " : "them ";
                 text += member.name;
                 events.Add({"joined", member.id, text});
             },
@@ -54,8 +54,8 @@ RoomGuest::RoomGuest(LoopThread& loopThread, std::filesystem::path productFolder
                 Called("entered");
             },
         .onMemberJoined =
-            [this, noted](const RoomMember& member, Beginner beginner) {
-                noted.onMemberJoined(member, beginner);
+            [this, noted](const RoomMember& member, Initiator initiator) {
+                noted.onMemberJoined(member, initiator);
                 Called("joined");
             },
         .onMemberLeft =

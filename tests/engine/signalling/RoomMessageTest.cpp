@@ -24,7 +24,9 @@ TEST(RoomMessage, IsReadAsItWasWritten) {
     for (const RoomMessage& message : {
              RoomMessage(Hello{kRoomVersion, "name", "", "0f"}),
              RoomMessage(Hello{kRoomVersion, wild, "ab-12", "0f-"}),
+             RoomMessage(Hello{kRoomVersion, "name", "ab", "0f", {"a", "b"}}),
              RoomMessage(Welcome{"a", false, {}}),
+             RoomMessage(Welcome{"a", true, {{"b", "one"}}, {"b"}}),
              RoomMessage(Welcome{"a", true, {{"b", "one"}, {"c", wild}}}),
              RoomMessage(Joined{{"b", wild}, false}),
              RoomMessage(Joined{{"b", ""}, true}),

@@ -43,8 +43,8 @@ HubClientEvents Told() {
                 Tell("entered", ownId, ids);
             },
         .onMemberJoined =
-            [](const RoomMember& member, Beginner beginner) {
-                Tell("joined", member.id, (beginner == Beginner::Us ? "us " : "them ") + member.name);
+            [](const RoomMember& member, Initiator initiator) {
+                Tell("joined", member.id, (initiator == Initiator::Us ? "us " : "them ") + member.name);
             },
         .onMemberLeft = [](const std::string& memberId,
                            bool orderly) { Tell("left", memberId, orderly ? "in order" : ""); },

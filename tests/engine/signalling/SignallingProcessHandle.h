@@ -17,6 +17,7 @@ public:
     // Joins the room of the guests and waits for being in it.
     [[nodiscard]] bool Enters(const std::string& name) const;
 
+    [[nodiscard]] pid_t Id() const { return process.Id(); }
     void Kill() { process.Kill(); }
     void Stop() const { process.Stop(); }
     void Continue() const { process.Continue(); }

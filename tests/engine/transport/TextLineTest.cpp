@@ -231,6 +231,70 @@ TEST_F(TextLineTest, KeepsALongTextByItself) {
     EXPECT_THAT(right.texts, ElementsAre(longText));
 }
 
+TEST_F(TextLineTest, BringsATextToItsEndWhateverIsSaidMeanwhile) {
+    const std::string longText(20'000'000, 'x');
+    running.Do([&] {
+        Connect();
+        Carry();
+        left.room = 5;
+        left.line->Send(longText);
+        left.line->Send("after");
+        left.room = 1'000'000;
+        left.line->OnDrained();
+    });
+    EXPECT_TRUE(Settles());
+    EXPECT_THAT(right.texts, ElementsAre(longText, "after"));
+}
+
+TEST_F(TextLineTest, GoesOnWhenOneSideHasBegunAnew) {
+    running.Do([&] {
+        Connect();
+        for (const char* text : {"one", "two", "three"}) left.line->Send(text);
+    });
+    ASSERT_TRUE(Settles());
+    running.Do([&] {
+        Break();
+        Make(left, right);
+        left.line->Send("four");
+        right.line->Send("back");
+        left.line->Open();
+        right.line->Open();
+        left.line->Send("five");
+    });
+    EXPECT_TRUE(Settles());
+    EXPECT_THAT(right.texts, ElementsAre("one", "two", "three", "four", "five"));
+    EXPECT_THAT(left.texts, ElementsAre("back"));
+}
+
+TEST_F(TextLineTest, ConfirmsManyBytesLater) {
+    // More than comes at once and in many seconds.
+    const std::size_t count = kLongestText / 8'000'000 + 16;
+    running.Do([&] {
+        Connect();
+        Carry();
+        for (std::size_t index = 0; index < count; ++index) {
+            left.line->Send(std::string(8'000'000, 'x'));
+            Carry();
+        }
+        EXPECT_EQ(right.texts.size(), count);
+    });
+    const auto isConfirmed = [&] {
+        bool isThere = false;
+        running.Do([&] { isThere = !left.incoming.empty(); });
+        return isThere;
+    };
+    // This one was due when nothing was owed yet, and the next is when that is so again.
+    ASSERT_TRUE(Eventually(isConfirmed));
+    running.Do([&] {
+        left.incoming.clear();
+        left.line->Send("after");
+        Carry();
+        EXPECT_EQ(right.texts.back(), "after");
+    });
+    // Without a limit it would have come by then.
+    EXPECT_FALSE(Eventually(isConfirmed, 10 * TextLine::kConfirmAfter));
+}
+
 TEST_F(TextLineTest, LetsGoOfATextThatNobodyJoins) {
     running.Do([&] {
         Connect();

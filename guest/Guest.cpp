@@ -22,6 +22,8 @@ using Engine::ParticipantDescription;
 using Engine::PlaybackSource;
 using Engine::ResolvedSource;
 
+// All marks are told no oftener, whoever comes and goes.
+constexpr std::chrono::milliseconds kTellingInterval{1000};
 // What a guest wants of the others: that they hear what it says.
 constexpr MediaTracks kTextsAlone{.audio = false, .video = false, .data = true};
 
@@ -171,13 +173,24 @@ void Guest::OpenMedia(const std::string& streamId) {
                      // Each new channel is somebody who may not know the marks yet.
                      .channel =
                          [this](bool isOpen) {
-                             if (!isOpen) return;
-                             for (std::string& text : marks.TellAll()) Send(std::move(text));
+                             if (isOpen) PlanToTellMarks();
                          },
                      .text = [](const std::string&) {},
                      .ended = [] {}});
         media->SetTracks(kTextsAlone);
         media->Play();
+    });
+}
+
+void Guest::PlanToTellMarks() {
+    if (std::exchange(isTellingPlanned, true)) return;
+    const auto now = std::chrono::steady_clock::now();
+    const auto due = marksToldAt ? std::max(*marksToldAt + kTellingInterval, now) : now;
+    loop.PostAfter(std::chrono::ceil<std::chrono::milliseconds>(due - now), [this] {
+        if (hasLeft) return;
+        isTellingPlanned = false;
+        marksToldAt = std::chrono::steady_clock::now();
+        for (std::string& text : marks.TellAll()) Send(std::move(text));
     });
 }
 

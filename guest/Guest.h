@@ -50,6 +50,8 @@ private:
     void OnJoined(const Engine::ParticipantDescription& description);
     void OnLeft(const std::string& streamId);
     void OpenMedia(const std::string& streamId);
+    // Somebody may not know the marks yet. All that come within a moment are told at once.
+    void PlanToTellMarks();
     void Perform(const GuestAct& act);
     void PerformNext();
     // The id of the stream that the act draws on.
@@ -73,6 +75,9 @@ private:
     GuestMarks marks;
     // The others' streams by their ids.
     std::map<std::string, std::shared_ptr<ParticipantMedia>> others;
+    // When everybody was told the marks last, if ever; and whether that is about to be done.
+    std::optional<std::chrono::steady_clock::time_point> marksToldAt;
+    bool isTellingPlanned = false;
     // When the script began.
     std::chrono::steady_clock::time_point startedAt;
     bool isIn = false;

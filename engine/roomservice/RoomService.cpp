@@ -20,19 +20,21 @@ namespace {
 // How often a process that is not first looks whether the first one has gone.
 constexpr std::chrono::milliseconds kTakeOverInterval{1000};
 
-// Has the database where it belongs, with all that it held in its former place.
-void TakeOverDatabase(const RoomServicePlace& place) {
+// Has the database where it belongs, with all that it held in its former place. Where it is to be used: the
+// former place when it cannot be taken over, so that it is tried again by the next one who serves.
+std::filesystem::path TakeOverDatabase(const RoomServicePlace& place) {
     std::error_code error;
     std::filesystem::create_directories(place.database.parent_path(), error);
     if (place.formerDatabase.empty() || std::filesystem::exists(place.database, error) ||
         !std::filesystem::exists(place.formerDatabase, error))
-        return;
-    if (!ServiceDatabase::Copy(place.formerDatabase, place.database)) return;
+        return place.database;
+    if (!ServiceDatabase::Copy(place.formerDatabase, place.database)) return place.formerDatabase;
     for (const char* const suffix : {"", "-wal", "-shm"}) {
         std::filesystem::path old = place.formerDatabase;
         old += suffix;
         std::filesystem::remove(old, error);
     }
+    return place.database;
 }
 
 }  // namespace
@@ -96,12 +98,13 @@ void RoomService::TryToServe() {
         loop.PostAfter(kTakeOverInterval, [this] { TryToServe(); });
         return;
     }
-    TakeOverDatabase(place);
     std::string problem;
-    server = RoomServer::Listen({.socket = place.socket, .database = place.database}, problem);
+    server = RoomServer::Listen({.socket = place.socket, .database = TakeOverDatabase(place)}, problem);
     if (!server) {
-        LOG(kLogWarning, "No room service: %s cannot be listened to (%s)", place.socket.c_str(),
-            problem.c_str());
+        if (!std::exchange(isTroubleTold, true))
+            LOG(kLogWarning, "No room service: %s cannot be listened to (%s); it is tried again",
+                place.socket.c_str(), problem.c_str());
+        loop.PostAfter(kTakeOverInterval, [this] { TryToServe(); });
         return;
     }
     lock = std::move(wanted);

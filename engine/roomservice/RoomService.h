@@ -20,7 +20,8 @@ public:
     RoomService(const RoomService&) = delete;
     RoomService& operator=(const RoomService&) = delete;
 
-    // On return the service can be reached if at all possible: here, or in the process that was first. Once.
+    // On return the service can be reached if at all possible: here, or in the process that was first; else
+    // it is tried again. Once.
     void Start();
     // Ends the thread; another process may serve from then on.
     void Stop();
@@ -40,6 +41,7 @@ private:
     std::atomic<bool> isServing = false;
 
     // The service's thread alone.
+    bool isTroubleTold = false;
     std::unique_ptr<Lock> lock;
     std::unique_ptr<RoomServer> server;
 };

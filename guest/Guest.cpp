@@ -173,7 +173,7 @@ void Guest::OpenMedia(const std::string& streamId) {
                      // Each new channel is somebody who may not know the marks yet.
                      .channel =
                          [this](bool isOpen) {
-                             if (isOpen) PlanToTellMarks();
+                             if (isOpen) TellMarks();
                          },
                      .text = [](const std::string&) {},
                      .ended = [] {}});
@@ -182,16 +182,18 @@ void Guest::OpenMedia(const std::string& streamId) {
     });
 }
 
-void Guest::PlanToTellMarks() {
-    if (std::exchange(isTellingPlanned, true)) return;
+void Guest::TellMarks() {
     const auto now = std::chrono::steady_clock::now();
-    const auto due = marksToldAt ? std::max(*marksToldAt + kTellingInterval, now) : now;
-    loop.PostAfter(std::chrono::ceil<std::chrono::milliseconds>(due - now), [this] {
-        if (hasLeft) return;
-        isTellingPlanned = false;
-        marksToldAt = std::chrono::steady_clock::now();
+    const auto due = marksToldAt ? *marksToldAt + kTellingInterval : now;
+    if (due <= now) {
+        marksToldAt = now;
         for (std::string& text : marks.TellAll()) Send(std::move(text));
-    });
+    } else if (!std::exchange(isTellingPlanned, true)) {
+        loop.PostAfter(std::chrono::ceil<std::chrono::milliseconds>(due - now), [this] {
+            isTellingPlanned = false;
+            if (!hasLeft) TellMarks();
+        });
+    }
 }
 
 void Guest::PerformNext() {

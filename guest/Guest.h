@@ -50,8 +50,8 @@ private:
     void OnJoined(const Engine::ParticipantDescription& description);
     void OnLeft(const std::string& streamId);
     void OpenMedia(const std::string& streamId);
-    // Somebody may not know the marks yet. All that come within a moment are told at once.
-    void PlanToTellMarks();
+    // To all, since somebody may not know them yet; but not again and again.
+    void TellMarks();
     void Perform(const GuestAct& act);
     void PerformNext();
     // The id of the stream that the act draws on.
@@ -75,7 +75,7 @@ private:
     GuestMarks marks;
     // The others' streams by their ids.
     std::map<std::string, std::shared_ptr<ParticipantMedia>> others;
-    // When everybody was told the marks last, if ever; and whether that is about to be done.
+    // When everybody was told the marks last, if ever; and whether it is to be done again soon.
     std::optional<std::chrono::steady_clock::time_point> marksToldAt;
     bool isTellingPlanned = false;
     // When the script began.

@@ -76,7 +76,8 @@ TEST_F(SidePanelTest, KeepsTheOwnLinesOfTheChat) {
     panel_->show();
     const auto* const lines = panel_->findChild<QListWidget*>();
     ASSERT_EQ(lines->count(), 1);
-    EXPECT_EQ(lines->item(0)->text(), "You: Hello");
+    EXPECT_THAT(lines->item(0)->text().toStdString(),
+                ::testing::MatchesRegex("You \\([0-9][0-9]:[0-9][0-9]\\): Hello"));
     EXPECT_THAT(TakeEngineCalls(), ElementsAre("chat Hello"));
 }
 

@@ -244,7 +244,7 @@ CORVANTA_PLATFORM_API void SetNotesListener(std::function<void(const std::string
 // - "Device.Camera", "Device.Microphone", "Device.Speaker": a name of ListDevices, or "None". Empty: the
 //   machine's first device, else the test picture or tone; for the speaker the machine's default device.
 // - "Device.PushToTalkKey": read by the library.
-// - "Room.Notes": notes of a former version, which the first room without a name takes over.
+// - "Room.Notes": notes that the first room without a name takes over.
 // - "Room.UnsentNotes": what the room service has not taken yet; the engine's own.
 // - "ProcessMonitor.DaVinciResolve", "ProcessMonitor.AutodeskFlame": names of the programs' processes.
 [[nodiscard]] CORVANTA_PLATFORM_API std::string ReadSetting(const std::string& key);

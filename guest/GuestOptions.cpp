@@ -6,13 +6,11 @@
 
 #include "engine/Engine.h"
 #include "engine/common/CommandLine.h"
-#include "engine/common/NetworkAddress.h"
 
 namespace Corvanta::Guest {
 
 namespace {
 
-using Engine::CheckAddress;
 using Engine::CheckName;
 using Engine::Failure;
 using Engine::ParseNumber;
@@ -44,12 +42,12 @@ Problem ReadName(GuestOptions& options, std::string_view value) {
 
 Problem ReadServer(GuestOptions& options, std::string_view value) {
     options.server = value;
-    return CheckAddress("--server", value, Engine::kServerSchemes);
+    return Engine::CheckServer("--server", value);
 }
 
 Problem ReadService(GuestOptions& options, std::string_view value) {
     options.service = value;
-    return CheckAddress("--service", value, Engine::kServiceSchemes);
+    return Engine::CheckService("--service", value);
 }
 
 Problem ReadAuthority(GuestOptions& options, std::string_view value) {

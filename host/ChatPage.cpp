@@ -11,6 +11,8 @@
 
 #include <utility>
 
+#include "host/ShownName.h"
+
 namespace Corvanta::Host {
 namespace {
 
@@ -58,7 +60,7 @@ ChatPage::~ChatPage() {
 }
 
 void ChatPage::Add(const Engine::ChatLine& line) {
-    AddRow(QString::fromStdString(line.name), line.time, QString::fromStdString(line.text));
+    AddRow(ShownName(line.name), line.time, QString::fromStdString(line.text));
     onLine_();
 }
 

@@ -9,13 +9,11 @@
 
 #include "engine/Engine.h"
 #include "engine/common/CommandLine.h"
-#include "engine/common/NetworkAddress.h"
 
 namespace Corvanta::Host {
 namespace {
 
 namespace fs = std::filesystem;
-using Engine::CheckAddress;
 using Engine::CheckName;
 using Engine::ParseNumber;
 using Engine::Quoted;
@@ -104,12 +102,12 @@ std::optional<Failure> ReadName(Options& options, std::string_view value) {
 
 std::optional<Failure> ReadServer(Options& options, std::string_view value) {
     options.server = value;
-    return CheckAddress("--server", value, Engine::kServerSchemes);
+    return Engine::CheckServer("--server", value);
 }
 
 std::optional<Failure> ReadService(Options& options, std::string_view value) {
     options.service = value;
-    return CheckAddress("--service", value, Engine::kServiceSchemes);
+    return Engine::CheckService("--service", value);
 }
 
 std::optional<Failure> ReadDetached(Options& options, std::string_view value) {

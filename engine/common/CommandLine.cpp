@@ -1,11 +1,29 @@
 #include "engine/common/CommandLine.h"
 
+#include <span>
 #include <utility>
 
 #include "engine/common/NetworkAddress.h"
 #include "engine/common/Utf8.h"
 
 namespace Corvanta::Engine {
+
+namespace {
+
+std::optional<Failure> CheckAddress(std::string_view option, std::string_view value,
+                                    std::span<const std::string_view> schemes) {
+    if (ReadNetworkAddress(value, schemes)) return std::nullopt;
+    std::string what;
+    for (const std::string_view scheme : schemes) {
+        if (!what.empty()) what += " or ";
+        what += scheme;
+        what += "://HOST:PORT";
+    }
+    what += ", and no more";
+    return Wants(option, what);
+}
+
+}  // namespace
 
 std::string Quoted(std::string_view text) {
     std::string quoted(1, '\'');
@@ -40,17 +58,12 @@ std::optional<Failure> CheckName(std::string_view option, std::string_view value
     return std::nullopt;
 }
 
-std::optional<Failure> CheckAddress(std::string_view option, std::string_view value,
-                                    std::span<const std::string_view> schemes) {
-    if (ReadNetworkAddress(value, schemes)) return std::nullopt;
-    std::string what;
-    for (const std::string_view scheme : schemes) {
-        if (!what.empty()) what += " or ";
-        what += scheme;
-        what += "://HOST:PORT";
-    }
-    what += ", and no more";
-    return Wants(option, what);
+std::optional<Failure> CheckServer(std::string_view option, std::string_view value) {
+    return CheckAddress(option, value, kServerSchemes);
+}
+
+std::optional<Failure> CheckService(std::string_view option, std::string_view value) {
+    return CheckAddress(option, value, kServiceSchemes);
 }
 
 }  // namespace Corvanta::Engine

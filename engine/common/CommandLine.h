@@ -35,10 +35,10 @@ inline constexpr int kMostGuests = 16;
 [[nodiscard]] std::optional<Failure> CheckName(std::string_view option, std::string_view value,
                                                std::size_t mostBytes);
 
-// "SCHEME://HOST:PORT", see NetworkAddress.h. It is not repeated, since what is too much in it may be a
-// secret.
-[[nodiscard]] std::optional<Failure> CheckAddress(std::string_view option, std::string_view value,
-                                                  std::span<const std::string_view> schemes);
+// "ws://HOST:PORT" of what carries rooms, "http://HOST:PORT" of what keeps their notes, or encrypted. It is
+// not repeated, since what is too much in it may be a secret.
+[[nodiscard]] std::optional<Failure> CheckServer(std::string_view option, std::string_view value);
+[[nodiscard]] std::optional<Failure> CheckService(std::string_view option, std::string_view value);
 
 // A number within these bounds, and nothing beside it.
 template <typename Number>

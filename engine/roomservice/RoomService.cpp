@@ -1,9 +1,5 @@
 #include "engine/roomservice/RoomService.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <future>
 #include <string>
@@ -39,26 +35,6 @@ std::filesystem::path TakeOverDatabase(const RoomServicePlace& place) {
 
 }  // namespace
 
-// The system lets go of it when the process ends, by whatever death.
-class RoomService::Lock final {
-public:
-    explicit Lock(const std::filesystem::path& path)
-        : file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)) {
-        isHeld = file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) == 0;
-    }
-    ~Lock() {
-        if (file >= 0) ::close(file);
-    }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
-
-    [[nodiscard]] bool IsHeld() const { return isHeld; }
-
-private:
-    int file;
-    bool isHeld;
-};
-
 RoomService::RoomService(RoomServicePlace servicePlace) : place(std::move(servicePlace)) {}
 
 RoomService::~RoomService() {
@@ -93,7 +69,7 @@ void RoomService::Stop() {
 }
 
 void RoomService::TryToServe() {
-    auto wanted = std::make_unique<Lock>(place.lock);
+    auto wanted = std::make_unique<HubLock>(place.lock);
     if (!wanted->IsHeld()) {
         loop.PostAfter(kTakeOverInterval, [this] { TryToServe(); });
         return;

@@ -9,6 +9,7 @@
 #include "engine/common/EngineLoop.h"
 #include "engine/roomservice/RoomServer.h"
 #include "engine/roomservice/RoomServicePlace.h"
+#include "engine/signalling/RoomFolder.h"
 
 namespace Corvanta::Engine {
 
@@ -30,8 +31,6 @@ public:
     [[nodiscard]] bool IsServing() const { return isServing; }
 
 private:
-    class Lock;
-
     void Run();
     void TryToServe();
 
@@ -42,7 +41,7 @@ private:
 
     // The service's thread alone.
     bool isTroubleTold = false;
-    std::unique_ptr<Lock> lock;
+    std::unique_ptr<HubLock> lock;
     std::unique_ptr<RoomServer> server;
 };
 

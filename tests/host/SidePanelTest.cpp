@@ -108,6 +108,17 @@ TEST_F(SidePanelTest, ShowsWhatTheOthersWriteAsPlainText) {
     EXPECT_EQ(news_, 0) << "it is seen at once";
 }
 
+// Nobody writes in another one's name.
+TEST_F(SidePanelTest, ShowsNamesOnOneLineAndTheRightWayRound) {
+    Open(0);
+    FireChatLine(
+        {"Ada\n\x1b[1mBo\xE2\x80\xAE\xE2\x80\xA8 (12:00): Yes", "Hello", std::chrono::system_clock::now()});
+    const auto* const lines = panel_->findChild<QListWidget*>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return lines->count() == 1; }));
+    EXPECT_TRUE(lines->item(0)->text().startsWith("Ada [1mBo (12:00): Yes ("))
+        << lines->item(0)->text().toStdString();
+}
+
 TEST_F(SidePanelTest, TellsOfLinesThatNobodySees) {
     const auto write = [this] {
         const auto* const lines = panel_->findChild<QListWidget*>();

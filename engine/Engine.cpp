@@ -17,6 +17,7 @@
 #include "engine/webrtc/SourceCheck.h"
 #include "platform/Common.h"
 #include "platform/Configuration.h"
+#include "platform/Logger.h"
 
 namespace Corvanta::Engine {
 
@@ -30,8 +31,9 @@ struct Settings {
         return settings;
     }
 
-    std::mutex optionsMutex;  // guards: options
+    std::mutex optionsMutex;  // guards: all below
     EngineOptions options;
+    std::string entryProblem;
 };
 
 std::vector<Participant> DefaultParticipants() {
@@ -64,6 +66,7 @@ std::optional<std::string> Configure(const EngineOptions& options) {
     if (!options.camera.empty() && options.camera != kDefaultCamera) {
         if (auto problem = CheckSource({"own camera", options.camera})) return problem;
     }
+    if (const auto warning = WarnOfBareToken(options)) LOG(kLogWarning, "%s", warning->c_str());
     ConfigurationStore::Get().Open(options.configurationFolder);
     SetCurrentOptions(options);
     return std::nullopt;
@@ -73,6 +76,18 @@ void SetCurrentOptions(const EngineOptions& options) {
     Settings& settings = Settings::Get();
     const std::lock_guard lock(settings.optionsMutex);
     settings.options = options;
+}
+
+void SetEntryProblem(const std::string& problem) {
+    Settings& settings = Settings::Get();
+    const std::lock_guard lock(settings.optionsMutex);
+    settings.entryProblem = problem;
+}
+
+std::string EntryProblem() {
+    Settings& settings = Settings::Get();
+    const std::lock_guard lock(settings.optionsMutex);
+    return settings.entryProblem;
 }
 
 RoomStatus GetRoomStatus() {

@@ -38,7 +38,9 @@ enum class EmptyRoom {
 };
 
 inline constexpr const char* kDefaultCamera = "auto";
+// Bytes of a room's name at most, and of a person's.
 inline constexpr std::size_t kLongestRoomName = 256;
+inline constexpr std::size_t kLongestPersonName = 256;
 
 struct EngineOptions {
     std::vector<Participant> participants;
@@ -63,7 +65,8 @@ struct EngineOptions {
     std::string serverToken;
     // The room service that keeps what is neither media nor signalling ("http://HOST:PORT",
     // "https://HOST:PORT"): notes, connectivity, profiles. Only with a token. Empty: one of this user's on
-    // this machine, which comes and goes with the rooms.
+    // this machine, which comes and goes with the rooms. So has a room that is private or without a name,
+    // whatever is said here: at a shared service the notes of all of these would be one.
     std::string service;
     // What stands for the local user's default camera, as a participant's source but never heard. It is used
     // where the setting "Device.Camera" names no other device. kDefaultCamera: the machine's first camera,
@@ -87,6 +90,10 @@ struct EngineOptions {
 // cannot be played for another reason is no error: its participant shows no picture, and the log says why.
 // Takes up to some seconds when files are given, since their beginnings are read.
 [[nodiscard]] CORVANTA_PLATFORM_API std::optional<std::string> Configure(const EngineOptions& options);
+
+// Why the room that was asked for last could not be entered, as one line for the user; empty where it could, or
+// where nothing is known.
+[[nodiscard]] CORVANTA_PLATFORM_API std::string EntryProblem();
 
 struct RoomStatus {
     bool connected = false;
@@ -237,7 +244,7 @@ CORVANTA_PLATFORM_API void SetNotesListener(std::function<void(const std::string
 // - "Device.Camera", "Device.Microphone", "Device.Speaker": a name of ListDevices, or "None". Empty: the
 //   machine's first device, else the test picture or tone; for the speaker the machine's default device.
 // - "Device.PushToTalkKey": read by the library.
-// - "Room.Notes": notes of a former version, which the first room without a name takes over.
+// - "Room.Notes": notes that the first room without a name takes over.
 // - "Room.UnsentNotes": what the room service has not taken yet; the engine's own.
 // - "ProcessMonitor.DaVinciResolve", "ProcessMonitor.AutodeskFlame": names of the programs' processes.
 [[nodiscard]] CORVANTA_PLATFORM_API std::string ReadSetting(const std::string& key);

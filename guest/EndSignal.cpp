@@ -1,33 +1,52 @@
 #include "guest/EndSignal.h"
 
-#include <glib-unix.h>
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <csignal>
 
 namespace Corvanta::Guest {
 
-EndSignal::EndSignal(Engine::EngineLoop& loop) {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
-    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    descriptor = ::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+namespace {
 
-    source.reset(g_unix_fd_source_new(descriptor, G_IO_IN));
-    const GUnixFDSourceFunc onSignal = [](gint, GIOCondition, gpointer data) -> gboolean {
+int TakeSignals() {
+    sigset_t taken;
+    sigemptyset(&taken);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&taken, signal);
+    ::pthread_sigmask(SIG_BLOCK, &taken, nullptr);
+    // Whoever started this program may have had no use for it.
+    sigset_t alarm;
+    sigemptyset(&alarm);
+    sigaddset(&alarm, SIGALRM);
+    std::signal(SIGALRM, SIG_DFL);
+    ::pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
+    return ::signalfd(-1, &taken, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+}  // namespace
+
+EndSignal::EndSignal(Engine::EngineLoop& loop)
+    : signals(TakeSignals()), goodbye(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    waiting = std::thread([this, &loop] {
+        std::array<pollfd, 2> ways{pollfd{.fd = signals, .events = POLLIN, .revents = 0},
+                                   pollfd{.fd = goodbye, .events = POLLIN, .revents = 0}};
+        while (::poll(ways.data(), ways.size(), -1) < 0 && errno == EINTR) {
+        }
+        if (ways[0].revents == 0) return;
         ::alarm(kLongestGoodbyeSeconds);
-        static_cast<Engine::EngineLoop*>(data)->Quit();
-        return G_SOURCE_REMOVE;
-    };
-    g_source_set_callback(source.get(), G_SOURCE_FUNC(onSignal), &loop, nullptr);
-    g_source_attach(source.get(), loop.Context());
+        loop.Quit();
+    });
 }
 
 EndSignal::~EndSignal() {
-    g_source_destroy(source.get());
-    ::close(descriptor);
+    ::eventfd_write(goodbye, 1);
+    waiting.join();
+    ::close(goodbye);
+    ::close(signals);
 }
 
 }  // namespace Corvanta::Guest

@@ -1,10 +1,11 @@
 // Turns the signals that ask a program to end into an orderly end of a loop, and sees to it that the end
-// comes: whoever is not gone some seconds later is ended by the system. One object, made on the main thread
-// before any other thread.
+// comes: whoever is not gone some seconds later is ended by the system, whatever holds the loop up. One
+// object, made on the main thread before any other thread.
 #pragma once
 
+#include <thread>
+
 #include "engine/common/EngineLoop.h"
-#include "engine/webrtc/GstSupport.h"
 
 namespace Corvanta::Guest {
 
@@ -13,15 +14,17 @@ public:
     // Between the first signal and the end, at most.
     static constexpr unsigned kLongestGoodbyeSeconds = 5;
 
-    // Blocks the signals in this thread and those that it starts. They are taken while the loop runs.
+    // Blocks the signals in this thread and those that it starts. They are taken on a thread of their own,
+    // also before the loop runs.
     explicit EndSignal(Engine::EngineLoop& loop);
     ~EndSignal();
     EndSignal(const EndSignal&) = delete;
     EndSignal& operator=(const EndSignal&) = delete;
 
 private:
-    int descriptor;
-    Engine::GstOwned<GSource> source;
+    // What the thread waits for: a signal, or the end of this object.
+    const int signals, goodbye;
+    std::thread waiting;
 };
 
 }  // namespace Corvanta::Guest

@@ -22,6 +22,8 @@ using Engine::ParticipantDescription;
 using Engine::PlaybackSource;
 using Engine::ResolvedSource;
 
+// All marks are told no oftener, whoever comes and goes.
+constexpr std::chrono::milliseconds kTellingInterval{1000};
 // What a guest wants of the others: that they hear what it says.
 constexpr MediaTracks kTextsAlone{.audio = false, .video = false, .data = true};
 
@@ -172,14 +174,27 @@ void Guest::OpenMedia(const std::string& streamId) {
                      // Each new channel is somebody who may not know the marks yet.
                      .channel =
                          [this](bool isOpen) {
-                             if (!isOpen) return;
-                             for (std::string& text : marks.TellAll()) Send(std::move(text));
+                             if (isOpen) TellMarks();
                          },
                      .text = [](const std::string&) {},
                      .ended = [] {}});
         media->SetTracks(kTextsAlone);
         media->Play();
     });
+}
+
+void Guest::TellMarks() {
+    const auto now = std::chrono::steady_clock::now();
+    const auto due = marksToldAt ? *marksToldAt + kTellingInterval : now;
+    if (due <= now) {
+        marksToldAt = now;
+        for (std::string& text : marks.TellAll()) Send(std::move(text));
+    } else if (!std::exchange(isTellingPlanned, true)) {
+        loop.PostAfter(std::chrono::ceil<std::chrono::milliseconds>(due - now), [this] {
+            isTellingPlanned = false;
+            if (!hasLeft) TellMarks();
+        });
+    }
 }
 
 void Guest::PerformNext() {

@@ -50,6 +50,8 @@ private:
     void OnJoined(const Engine::ParticipantDescription& description);
     void OnLeft(const std::string& streamId);
     void OpenMedia(const std::string& streamId);
+    // To all, since somebody may not know them yet; but not again and again.
+    void TellMarks();
     void Perform(const GuestAct& act);
     void PerformNext();
     // The id of the stream that the act draws on.
@@ -73,6 +75,9 @@ private:
     GuestMarks marks;
     // The others' streams by their ids.
     std::map<std::string, std::shared_ptr<ParticipantMedia>> others;
+    // When everybody was told the marks last, if ever; and whether it is to be done again soon.
+    std::optional<std::chrono::steady_clock::time_point> marksToldAt;
+    bool isTellingPlanned = false;
     // When the script began.
     std::chrono::steady_clock::time_point startedAt;
     bool isIn = false;

@@ -1,57 +1,28 @@
 #include "guest/GuestOptions.h"
 
-#include <glib.h>
-
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 
 #include "engine/Engine.h"
+#include "engine/common/CommandLine.h"
 
 namespace Corvanta::Guest {
 
 namespace {
 
-using Problem = std::optional<BadArguments>;
+using Engine::CheckName;
+using Engine::Failure;
+using Engine::ParseNumber;
+using Engine::Wants;
+using Problem = std::optional<Failure>;
 
 constexpr double kMaxSeconds = 86400.0;
 constexpr int kMaxRate = 60;
 constexpr std::string_view kNever = "never";
-constexpr std::array<std::string_view, 2> kServerSchemes{"ws://", "wss://"};
-constexpr std::array<std::string_view, 2> kServiceSchemes{"http://", "https://"};
+constexpr std::size_t kMostGuests = Engine::kMostGuests;
 // Parts of the full size that have an even number of pixels on each side.
 constexpr std::array kDivisors{1, 2, 4, 5, 8};
-
-std::string Quoted(std::string_view text) {
-    std::string quoted(1, '\'');
-    quoted += text;
-    quoted += '\'';
-    return quoted;
-}
-
-BadArguments Wants(std::string_view option, std::string_view what) {
-    std::string line(option);
-    line += " wants ";
-    line += what;
-    return {std::move(line)};
-}
-
-BadArguments Wants(std::string_view option, std::string_view what, std::string_view value) {
-    BadArguments problem = Wants(option, what);
-    problem.line += ", not ";
-    problem.line += Quoted(value);
-    return problem;
-}
-
-template <typename Number>
-std::optional<Number> ParseNumber(std::string_view text, Number least, Number most) {
-    Number number{};
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || stop != end || !(number >= least) || number > most) return std::nullopt;
-    return number;
-}
 
 std::optional<std::chrono::milliseconds> ParseSeconds(std::string_view text) {
     const auto seconds = ParseNumber(text, 0.0, kMaxSeconds);
@@ -59,50 +30,24 @@ std::optional<std::chrono::milliseconds> ParseSeconds(std::string_view text) {
     return std::chrono::milliseconds(std::llround(std::ceil(*seconds * 1000.0)));
 }
 
-// Words for people: UTF-8 on one line. The value itself is not repeated, since it may be anything.
-Problem CheckWords(std::string_view option, std::string_view value, std::size_t longest) {
-    if (value.empty()) return Wants(option, "a name");
-    if (value.size() > longest) {
-        return Wants(option, "a name of at most " + std::to_string(longest) + " bytes");
-    }
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (g_utf8_validate(value.data(), static_cast<gssize>(value.size()), nullptr) == FALSE ||
-        std::ranges::any_of(value, isControl)) {
-        return Wants(option, "a name in UTF-8 on one line");
-    }
-    return std::nullopt;
-}
-
 Problem ReadRoom(GuestOptions& options, std::string_view value) {
     options.room = value;
-    return CheckWords("--room", value, Engine::kLongestRoomName);
+    return CheckName("--room", value, Engine::kLongestRoomName);
 }
 
 Problem ReadName(GuestOptions& options, std::string_view value) {
     options.name = value;
-    return CheckWords("--name", value, kLongestName);
-}
-
-bool IsAddress(std::string_view value, const std::array<std::string_view, 2>& schemes) {
-    const auto isOf = [&](std::string_view scheme) {
-        return value.starts_with(scheme) && value.size() > scheme.size();
-    };
-    return std::ranges::any_of(schemes, isOf) && value.find_first_of(" \t\r\n") == value.npos;
+    return CheckName("--name", value, Engine::kLongestPersonName);
 }
 
 Problem ReadServer(GuestOptions& options, std::string_view value) {
-    if (!IsAddress(value, kServerSchemes))
-        return Wants("--server", "ws://HOST:PORT or wss://HOST:PORT", value);
     options.server = value;
-    return std::nullopt;
+    return Engine::CheckServer("--server", value);
 }
 
 Problem ReadService(GuestOptions& options, std::string_view value) {
-    if (!IsAddress(value, kServiceSchemes)) {
-        return Wants("--service", "http://HOST:PORT or https://HOST:PORT", value);
-    }
     options.service = value;
-    return std::nullopt;
+    return Engine::CheckService("--service", value);
 }
 
 Problem ReadAuthority(GuestOptions& options, std::string_view value) {
@@ -175,10 +120,7 @@ Problem ReadFor(GuestOptions& options, std::string_view value) {
     return Wants("--for", "a number of seconds above 0 and up to 86400", value);
 }
 
-struct ValueOption {
-    std::string_view name;
-    Problem (*read)(GuestOptions&, std::string_view);
-};
+using ValueOption = Engine::ValueOption<GuestOptions>;
 
 constexpr std::array kValueOptions{
     ValueOption{"--room", ReadRoom},     ValueOption{"--name", ReadName},
@@ -191,21 +133,25 @@ constexpr std::array kValueOptions{
 };
 
 Problem CheckTogether(const GuestOptions& options) {
-    if (options.room.empty()) return BadArguments{"--room is missing, --help lists what there is"};
-    if (options.name.empty()) return BadArguments{"--name is missing, --help lists what there is"};
+    if (options.room.empty()) return Failure{"--room is missing, --help lists what there is"};
+    if (options.name.empty()) return Failure{"--name is missing, --help lists what there is"};
     if (options.role.index >= options.role.count) {
-        return BadArguments{"--index is the guest's place among --count, counted from 0"};
+        return Failure{"--index is the guest's place among --count, counted from 0"};
     }
     if (!options.certificateAuthority.empty() && options.server.empty() && options.service.empty()) {
-        return BadArguments{"--ca is for --server and --service"};
+        return Failure{"--ca is for --server and --service"};
     }
     return std::nullopt;
 }
 
 }  // namespace
 
-std::variant<GuestOptions, BadArguments> ParseGuestOptions(std::span<const std::string_view> arguments) {
+std::variant<GuestOptions, Failure> ParseGuestOptions(std::span<const std::string_view> arguments,
+                                                      std::string_view roomOfEnvironment) {
     GuestOptions options;
+    if (!roomOfEnvironment.empty()) {
+        if (auto problem = ReadRoom(options, roomOfEnvironment)) return *std::move(problem);
+    }
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view argument = arguments[i];
         if (argument == "--help" || argument == "-h" || argument == "--version") {
@@ -213,21 +159,9 @@ std::variant<GuestOptions, BadArguments> ParseGuestOptions(std::span<const std::
                 argument == "--version" ? GuestOptions::Action::ShowVersion : GuestOptions::Action::ShowHelp;
             return options;
         }
-        const std::size_t equals = argument.find('=');
-        const auto* const option =
-            std::ranges::find(kValueOptions, argument.substr(0, equals), &ValueOption::name);
-        if (option == kValueOptions.end()) {
-            return BadArguments{"unknown argument " + Quoted(argument) + ", --help lists what there is"};
+        if (auto problem = Engine::ReadValueOption<GuestOptions>(kValueOptions, arguments, i, options)) {
+            return *std::move(problem);
         }
-        std::string_view value;
-        if (equals != std::string_view::npos) {
-            value = argument.substr(equals + 1);
-        } else if (i + 1 < arguments.size()) {
-            value = arguments[++i];
-        } else {
-            return Wants(option->name, "a value");
-        }
-        if (auto problem = option->read(options, value)) return *std::move(problem);
     }
     if (auto problem = CheckTogether(options)) return *std::move(problem);
     return options;
@@ -236,13 +170,15 @@ std::variant<GuestOptions, BadArguments> ParseGuestOptions(std::span<const std::
 std::string_view GuestHelpText() {
     return R"(corvanta-guest: takes part in a room without a window, with pictures and sound of its own making
 
-  --room ROOM           the room's name
+  --room ROOM           the room's name; it may stand in the environment variable
+                        CORVANTA_ROOM_NAME instead, where no list of processes shows it
   --name NAME           what the others see of it
   --server URL          ws://HOST:PORT or wss://HOST:PORT of the server that carries the room;
                         without it the room is one of this user's on this machine
-  --service URL         http://HOST:PORT or https://HOST:PORT of what keeps the figures of its
-                        connections for the others; without it this machine does
-  --ca FILE             certificates (PEM) of those whom theirs may come from
+  --service URL         http://HOST:PORT or https://HOST:PORT of what keeps a named room's notes
+                        and its connections' figures; without it this machine does
+  --ca FILE             authorities (PEM) that vouch for the server's and the service's
+                        certificates; the system's without it
   --seed S              what it does is made of this number (1)
   --index I, --count N  its place among the guests of the room, counted from 0 (0), and how many
                         they are (1)

@@ -10,15 +10,11 @@
 #include <string_view>
 #include <variant>
 
+#include "engine/common/CommandLine.h"
 #include "engine/webrtc/PictureShape.h"
 #include "guest/GuestScript.h"
 
 namespace Corvanta::Guest {
-
-// What is wrong with the arguments, as the one line that the person reads.
-struct BadArguments {
-    std::string line;
-};
 
 struct GuestOptions {
     enum class Action { Run, ShowHelp, ShowVersion };
@@ -42,14 +38,10 @@ struct GuestOptions {
     std::optional<std::chrono::milliseconds> runFor = {};
 };
 
-// Bytes of a name at most.
-inline constexpr std::size_t kLongestName = 256;
-inline constexpr std::size_t kMostGuests = 16;
-
 // Reads the arguments after the program's name. An option's value is the next argument or stands behind '='.
-// The first bad one is what is returned.
-[[nodiscard]] std::variant<GuestOptions, BadArguments> ParseGuestOptions(
-    std::span<const std::string_view> arguments);
+// The room may be named by the environment instead. The first bad one is what is returned.
+[[nodiscard]] std::variant<GuestOptions, Engine::Failure> ParseGuestOptions(
+    std::span<const std::string_view> arguments, std::string_view roomOfEnvironment = {});
 
 // The text of --help, lines of at most 100 columns.
 [[nodiscard]] std::string_view GuestHelpText();

@@ -10,10 +10,12 @@
 
 #include "engine/Engine.h"
 #include "engine/EngineSettings.h"
+#include "engine/common/CommandLine.h"
 #include "engine/common/EngineLoop.h"
 #include "engine/common/NetworkTypes.h"
 #include "engine/connections/TransportChoice.h"
 #include "engine/logger/Logger.h"
+#include "engine/roomservice/ServiceAddress.h"
 #include "engine/webrtc/GstSupport.h"
 #include "engine/webrtc/SourceCheck.h"
 #include "guest/EndSignal.h"
@@ -27,7 +29,6 @@ namespace {
 
 constexpr int kExitFailure = 1;
 constexpr int kExitUsage = 2;
-constexpr const char* kTokenVariable = "CORVANTA_TOKEN";
 
 int Report(const std::string& line, int exitCode = kExitFailure) {
     std::fprintf(stderr, "corvanta-guest: %s\n", line.c_str());
@@ -42,7 +43,7 @@ Engine::EngineOptions EngineOptionsFrom(const GuestOptions& options) {
     engine.server = options.server;
     engine.service = options.service;
     engine.certificateAuthority = options.certificateAuthority;
-    if (const char* const token = std::getenv(kTokenVariable)) engine.serverToken = token;
+    if (const char* const token = std::getenv(Engine::kTokenVariable)) engine.serverToken = token;
     engine.camera.clear();
     engine.drawAfter.reset();
     return engine;
@@ -56,6 +57,7 @@ std::optional<std::string> Prepare(const GuestOptions& options) {
     if (auto problem = Engine::CheckInstallation()) return problem;
     Engine::SetCurrentOptions(EngineOptionsFrom(options));
     if (auto problem = Engine::CheckTransport(EngineOptionsFrom(options))) return problem;
+    if (auto problem = Engine::CheckService(EngineOptionsFrom(options))) return problem;
     return Engine::CheckSource({options.name, options.source});
 }
 
@@ -80,8 +82,9 @@ std::optional<std::string> TakePart(const GuestOptions& options, Engine::EngineL
 
 int Run(int argc, char** argv) {
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
-    auto parsed = ParseGuestOptions(arguments);
-    if (const auto* const problem = std::get_if<BadArguments>(&parsed)) {
+    const char* const room = std::getenv(Engine::kRoomVariable);
+    auto parsed = ParseGuestOptions(arguments, room != nullptr ? room : "");
+    if (const auto* const problem = std::get_if<Engine::Failure>(&parsed)) {
         return Report(problem->line, kExitUsage);
     }
     const GuestOptions options = std::get<GuestOptions>(std::move(parsed));

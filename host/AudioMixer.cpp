@@ -10,6 +10,7 @@
 #include <set>
 #include <utility>
 
+#include "host/ShownName.h"
 #include "host/VolumeRow.h"
 #include "interface/SDLinterface.h"
 
@@ -60,7 +61,7 @@ void AudioMixer::OpenAt(const std::string& streamId, const std::string& name, do
     Open();
     auto found = entries_.find(streamId);
     if (found == entries_.end()) {
-        VolumeRow* const row = AddRow(streamId, QString::fromStdString(name), volume);
+        VolumeRow* const row = AddRow(streamId, ShownName(name), volume);
         found = entries_.emplace(streamId, Entry{row, true}).first;
     }
     found->second.row->FocusSlider();
@@ -107,7 +108,7 @@ void AudioMixer::Look() {
     std::set<std::string> there;
     for (const Engine::ParticipantInfo& participant : Engine::ListParticipants()) {
         there.insert(participant.streamId);
-        const QString name = QString::fromStdString(participant.name);
+        const QString name = ShownName(participant.name);
         Entry& entry = entries_[participant.streamId];
         if (entry.row == nullptr) entry.row = AddRow(participant.streamId, name, participant.volume);
         entry.isExtra = false;

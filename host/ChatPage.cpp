@@ -11,6 +11,8 @@
 
 #include <utility>
 
+#include "host/ShownName.h"
+
 namespace Corvanta::Host {
 namespace {
 
@@ -23,6 +25,7 @@ constexpr int kMostLines = 1000;
 ChatPage::ChatPage(QWidget* parent, std::function<void()> onLine)
     : QWidget(parent), onLine_(std::move(onLine)) {
     auto* const rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
     lines_ = new QListWidget(this);
     lines_->setWordWrap(true);
     lines_->setSelectionMode(QAbstractItemView::NoSelection);
@@ -57,18 +60,18 @@ ChatPage::~ChatPage() {
 }
 
 void ChatPage::Add(const Engine::ChatLine& line) {
-    const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(line.time.time_since_epoch());
-    const QString clock = QDateTime::fromMSecsSinceEpoch(time.count()).toString(QStringLiteral("HH:mm"));
-    AddRow(QStringLiteral("%1 (%2): ").arg(QString::fromStdString(line.name), clock) +
-           QString::fromStdString(line.text));
+    AddRow(ShownName(line.name), line.time, QString::fromStdString(line.text));
     onLine_();
 }
 
-void ChatPage::AddRow(const QString& text) {
+void ChatPage::AddRow(const QString& name, std::chrono::system_clock::time_point time, const QString& text) {
+    const auto sinceEpoch = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
+    const QString clock =
+        QDateTime::fromMSecsSinceEpoch(sinceEpoch.count()).toString(QStringLiteral("HH:mm"));
     // Who reads what was written before is left there.
     const auto* const bar = lines_->verticalScrollBar();
     const bool isAtEnd = bar->value() == bar->maximum();
-    lines_->addItem(text);
+    lines_->addItem(QStringLiteral("%1 (%2): ").arg(name, clock) + text);
     while (lines_->count() > kMostLines) delete lines_->takeItem(0);
     if (isAtEnd) lines_->scrollToBottom();
 }
@@ -83,7 +86,7 @@ void ChatPage::Send() {
                           : QStringLiteral("This was not sent. Try again in a moment"));
     problem_->setVisible(!isSent);
     if (!isSent) return;
-    AddRow(QStringLiteral("You: ") + text);
+    AddRow(QStringLiteral("You"), std::chrono::system_clock::now(), text);
     lines_->scrollToBottom();
     field_->clear();
 }

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+#include <chrono>
 #include <functional>
 
 #include "engine/Engine.h"
@@ -24,7 +25,7 @@ public:
 
 private:
     void Send();
-    void AddRow(const QString& text);
+    void AddRow(const QString& name, std::chrono::system_clock::time_point time, const QString& text);
 
     const std::function<void()> onLine_;
     // Children of this page.

@@ -1,12 +1,10 @@
 // Why something could not be done, as the one line that the person reads. A plain value.
 #pragma once
 
-#include <string>
+#include "engine/common/CommandLine.h"
 
 namespace Corvanta::Host {
 
-struct Failure {
-    std::string line;  // no line break, no program name
-};
+using Engine::Failure;
 
 }  // namespace Corvanta::Host

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -19,7 +20,6 @@ namespace Corvanta::Host {
 // What they take part in.
 struct GuestPlan {
     int count = 0;
-    std::string room = {};
     // Of the person in whose program they are; none of them has it.
     std::string ownName = {};
     // Empty: the room is one of this user's on this machine.
@@ -30,7 +30,7 @@ struct GuestPlan {
     bool drawings = true;
 };
 
-// The arguments of each of them. The same plan gives the same guests.
+// The arguments of each of them, without their room. The same plan gives the same guests.
 [[nodiscard]] std::vector<std::vector<std::string>> GuestArguments(const GuestPlan& plan);
 
 class Guests final {
@@ -38,10 +38,15 @@ public:
     // How long one may take to say goodbye before it is ended by force.
     static constexpr std::chrono::milliseconds kLongestGoodbye{3000};
 
-    // Starts the program once with each list of arguments. Where it cannot be started there are no guests.
-    // The thread that calls this must live as long as they are to.
+    // A variable of the environment and its value.
+    using Variable = std::pair<std::string, std::string>;
+
+    // Starts the program once with each list of arguments, in the environment of this one with those
+    // variables: what stands there no list of processes shows to others. Where it cannot be started there are
+    // no guests. The thread that calls this must live as long as they are to.
     [[nodiscard]] static std::variant<std::unique_ptr<Guests>, Failure> Start(
-        const std::filesystem::path& program, const std::vector<std::vector<std::string>>& arguments);
+        const std::filesystem::path& program, const std::vector<std::vector<std::string>>& arguments,
+        const std::vector<Variable>& variables = {});
 
     // On return none of them is left. Asks those who were not asked yet.
     ~Guests();

@@ -63,7 +63,10 @@ NotesPage::NotesPage(QWidget* parent) : QWidget(parent) {
     keepTimer_.setSingleShot(true);
     keepTimer_.callOnTimeout([this] { Keep(); });
     lookTimer_.callOnTimeout([this] { Look(); });
-    QObject::connect(text_, &QPlainTextEdit::textChanged, this, [this] { keepTimer_.start(kKeepAfter); });
+    QObject::connect(text_, &QPlainTextEdit::textChanged, this, [this] {
+        // Who writes on and on without a pause is read by the others meanwhile.
+        if (!keepTimer_.isActive()) keepTimer_.start(kKeepAfter);
+    });
     // The room is closed before the window goes.
     QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] { Keep(); });
     // Called on a thread of the engine. What is still on its way when the page goes is dropped with it.

@@ -1,6 +1,7 @@
-// The room's notes, which everybody in the room writes together. What the person types goes to the room after
-// a pause; what others write meanwhile is merged into the text, and what is being typed is never lost by it:
-// where both have changed the same lines, the others' come first and the person's below. Main thread only.
+// The room's notes, which everybody in the room writes together. What the person types goes to the room a
+// second later; what others write meanwhile is merged into the text, and what is being typed is never lost by
+// it: where both have changed the same lines, the others' come first and the person's below. Main thread
+// only.
 #pragma once
 
 #include <QTimer>

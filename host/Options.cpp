@@ -2,19 +2,22 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <system_error>
 
 #include <unistd.h>
 
 #include "engine/Engine.h"
-#include "host/Names.h"
+#include "engine/common/CommandLine.h"
 
 namespace Corvanta::Host {
 namespace {
 
 namespace fs = std::filesystem;
+using Engine::CheckName;
+using Engine::ParseNumber;
+using Engine::Quoted;
+using Engine::Wants;
 
 constexpr int kMinSide = 160;
 constexpr int kMaxSide = 8192;
@@ -26,31 +29,11 @@ constexpr double kMaxSeconds = 86400.0;
 constexpr std::array<std::string_view, 2> kGeneratedSources{"test", "clip"};
 constexpr std::string_view kNoCamera = "none";
 constexpr int kGuestsOfOwnRoom = 3;
-constexpr std::array<std::string_view, 2> kServerSchemes{"ws://", "wss://"};
-constexpr std::array<std::string_view, 2> kServiceSchemes{"http://", "https://"};
-
-std::string Quoted(std::string_view text) {
-    std::string quoted(1, '\'');
-    quoted += text;
-    quoted += '\'';
-    return quoted;
-}
-
-template <typename Number>
-std::optional<Number> ParseNumber(std::string_view text) {
-    Number number{};
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || stop != end) {
-        return std::nullopt;
-    }
-    return number;
-}
 
 std::optional<Failure> ReadParticipant(Options& options, std::string_view value) {
     const std::size_t equals = value.find('=');
     if (equals == std::string_view::npos || equals == 0 || equals + 1 == value.size()) {
-        return Failure{"--participant wants NAME=SOURCE, not " + Quoted(value)};
+        return Wants("--participant", "NAME=SOURCE", value);
     }
     ParticipantOption participant{std::string(value.substr(0, equals)),
                                   std::string(value.substr(equals + 1))};
@@ -63,18 +46,15 @@ std::optional<Failure> ReadParticipant(Options& options, std::string_view value)
 }
 
 std::optional<Failure> ReadParticipants(Options& options, std::string_view value) {
-    const std::optional<int> count = ParseNumber<int>(value);
-    if (!count || *count < 0 || *count > kMaxGeneratedParticipants) {
-        return Failure{"--participants wants a number from 0 to 100, not " + Quoted(value)};
-    }
-    options.generatedParticipants = count;
+    options.generatedParticipants = ParseNumber(value, 0, kMaxGeneratedParticipants);
+    if (!options.generatedParticipants) return Wants("--participants", "a number from 0 to 100", value);
     return std::nullopt;
 }
 
 std::optional<Failure> ReadHeadless(Options& options, std::string_view value) {
-    const std::optional<double> seconds = ParseNumber<double>(value);
-    if (!seconds || !(*seconds > 0.0) || *seconds > kMaxSeconds) {
-        return Failure{"--headless wants a number of seconds above 0 and up to 86400, not " + Quoted(value)};
+    const std::optional<double> seconds = ParseNumber(value, 0.0, kMaxSeconds);
+    if (!seconds || *seconds == 0.0) {
+        return Wants("--headless", "a number of seconds above 0 and up to 86400", value);
     }
     options.headlessFor = std::chrono::milliseconds(std::llround(std::ceil(*seconds * 1000.0)));
     return std::nullopt;
@@ -83,7 +63,7 @@ std::optional<Failure> ReadHeadless(Options& options, std::string_view value) {
 std::optional<Failure> ReadSnapshot(Options& options, std::string_view value) {
     fs::path path(value);
     if (path.extension() != ".png") {
-        return Failure{"--snapshot wants a file name that ends in .png, not " + Quoted(value)};
+        return Wants("--snapshot", "a file name that ends in .png", value);
     }
     options.snapshotPath = std::move(path);
     return std::nullopt;
@@ -92,41 +72,21 @@ std::optional<Failure> ReadSnapshot(Options& options, std::string_view value) {
 std::optional<Failure> ReadSize(Options& options, std::string_view value) {
     const std::size_t cross = value.find('x');
     if (cross != std::string_view::npos) {
-        const std::optional<int> width = ParseNumber<int>(value.substr(0, cross));
-        const std::optional<int> height = ParseNumber<int>(value.substr(cross + 1));
-        const auto fits = [](std::optional<int> side) {
-            return side && *side >= kMinSide && *side <= kMaxSide;
-        };
-        if (fits(width) && fits(height)) {
+        const std::optional<int> width = ParseNumber(value.substr(0, cross), kMinSide, kMaxSide);
+        const std::optional<int> height = ParseNumber(value.substr(cross + 1), kMinSide, kMaxSide);
+        if (width && height) {
             options.size = {*width, *height};
             return std::nullopt;
         }
     }
-    return Failure{"--size wants WIDTHxHEIGHT, each from 160 to 8192, not " + Quoted(value)};
+    return Wants("--size", "WIDTHxHEIGHT, each from 160 to 8192", value);
 }
 
 std::optional<Failure> ReadScale(Options& options, std::string_view value) {
-    const std::optional<double> scale = ParseNumber<double>(value);
-    if (!scale || !(*scale >= kMinScale) || *scale > kMaxScale) {
-        return Failure{"--scale wants a factor from 0.5 to 4, not " + Quoted(value)};
-    }
+    const std::optional<double> scale = ParseNumber(value, kMinScale, kMaxScale);
+    if (!scale) return Wants("--scale", "a factor from 0.5 to 4", value);
     options.scale = *scale;
     return std::nullopt;
-}
-
-// A name that can be shown, in a title too. It is not repeated, since it may be anything.
-std::optional<Failure> CheckName(std::string_view option, std::string_view value, std::size_t longest) {
-    std::string line(option);
-    line += " wants a name";
-    if (value.size() > longest) {
-        line += " of at most ";
-        line += std::to_string(longest);
-        line += " bytes";
-        return Failure{std::move(line)};
-    }
-    if (!value.empty() && IsOneLine(value)) return std::nullopt;
-    if (!value.empty()) line += " in UTF-8 on one line";
-    return Failure{std::move(line)};
 }
 
 std::optional<Failure> ReadRoomName(Options& options, std::string_view value) {
@@ -137,43 +97,30 @@ std::optional<Failure> ReadRoomName(Options& options, std::string_view value) {
 
 std::optional<Failure> ReadName(Options& options, std::string_view value) {
     options.name = value;
-    return CheckName("--name", value, kLongestName);
-}
-
-bool IsAddress(std::string_view value, std::span<const std::string_view> schemes) {
-    const auto isOf = [&](std::string_view scheme) {
-        return value.starts_with(scheme) && value.size() > scheme.size();
-    };
-    return std::ranges::any_of(schemes, isOf) && IsOneLine(value) && value.find(' ') == value.npos;
+    return CheckName("--name", value, Engine::kLongestPersonName);
 }
 
 std::optional<Failure> ReadServer(Options& options, std::string_view value) {
-    if (!IsAddress(value, kServerSchemes)) {
-        return Failure{"--server wants ws://HOST:PORT or wss://HOST:PORT, not " + Quoted(value)};
-    }
     options.server = value;
-    return std::nullopt;
+    return Engine::CheckServer("--server", value);
 }
 
 std::optional<Failure> ReadService(Options& options, std::string_view value) {
-    if (!IsAddress(value, kServiceSchemes)) {
-        return Failure{"--service wants http://HOST:PORT or https://HOST:PORT, not " + Quoted(value)};
-    }
     options.service = value;
-    return std::nullopt;
+    return Engine::CheckService("--service", value);
 }
 
 std::optional<Failure> ReadDetached(Options& options, std::string_view value) {
     options.detached = WallLayoutOf(value);
     if (!options.detached) {
-        return Failure{"--detached wants strip, column or grid, not " + Quoted(value)};
+        return Wants("--detached", "strip, column or grid", value);
     }
     return std::nullopt;
 }
 
 std::optional<Failure> ReadCamera(Options& options, std::string_view value) {
     if (value.empty()) {
-        return Failure{"--camera wants test, clip, none, a video file or a URI"};
+        return Wants("--camera", "test, clip, none, a video file or a URI");
     }
     options.camera = value == kNoCamera ? std::string_view() : value;
     return std::nullopt;
@@ -188,24 +135,19 @@ std::optional<Failure> ReadShare(Options& options, std::string_view value) {
 
 std::optional<Failure> ReadAuthority(Options& options, std::string_view value) {
     if (value.empty()) {
-        return Failure{"--ca wants a file"};
+        return Wants("--ca", "a file");
     }
     options.certificateAuthority = value;
     return std::nullopt;
 }
 
 std::optional<Failure> ReadGuests(Options& options, std::string_view value) {
-    options.guests = ParseNumber<int>(value);
-    if (!options.guests || *options.guests < 0 || *options.guests > kMostGuests) {
-        return Failure{"--guests wants a number from 0 to 16, not " + Quoted(value)};
-    }
+    options.guests = ParseNumber(value, 0, Engine::kMostGuests);
+    if (!options.guests) return Wants("--guests", "a number from 0 to 16", value);
     return std::nullopt;
 }
 
-struct ValueOption {
-    std::string_view name;
-    std::optional<Failure> (*read)(Options&, std::string_view);
-};
+using ValueOption = Engine::ValueOption<Options>;
 
 constexpr std::array kValueOptions{
     ValueOption{"--participant", ReadParticipant},
@@ -309,21 +251,7 @@ std::variant<Options, Failure> ParseOptions(std::span<const std::string_view> ar
             options.drawings = false;
             continue;
         }
-        const std::size_t equals = argument.find('=');
-        const std::string_view name = argument.substr(0, equals);
-        const auto* const option = std::ranges::find(kValueOptions, name, &ValueOption::name);
-        if (option == kValueOptions.end()) {
-            return Failure{"unknown argument " + Quoted(argument) + ", --help lists what there is"};
-        }
-        std::string_view value;
-        if (equals != std::string_view::npos) {
-            value = argument.substr(equals + 1);
-        } else if (i + 1 < arguments.size()) {
-            value = arguments[++i];
-        } else {
-            return Failure{std::string(name) + " wants a value"};
-        }
-        if (std::optional<Failure> failure = option->read(options, value)) {
+        if (auto failure = Engine::ReadValueOption<Options>(kValueOptions, arguments, i, options)) {
             return *std::move(failure);
         }
     }
@@ -381,12 +309,14 @@ std::string_view HelpText() {
   --room NAME                enters the room of that name, where whoever else names it is met;
                              without it the room is this person's own, with three guests
   --name NAME                what the others see of this person
-  --guests N                 programs without a window that take part: N of them, 0 to 16
+  --guests N                 programs without a window that take part: N of them, 0 to 16 (none in
+                             a named room)
   --server URL               ws://HOST:PORT or wss://HOST:PORT of the server that carries the room;
                              without it the room is one of this user's on this machine
-  --service URL              http://HOST:PORT or https://HOST:PORT of what keeps the room's notes;
-                             without it this machine does
-  --ca FILE                  certificates (PEM) of those whom theirs may come from
+  --service URL              http://HOST:PORT or https://HOST:PORT of what keeps a named room's
+                             notes and its connections' figures; without it this machine does
+  --ca FILE                  authorities (PEM) that vouch for the server's and the service's
+                             certificates; the system's without it
   --participant NAME=SOURCE  instead of all these a participant that this program plays itself;
                              SOURCE is test (a moving test picture), clip (a generated person), a
                              video file or a URI; may be given several times

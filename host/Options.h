@@ -56,7 +56,7 @@ struct Options {
     std::string roomName = "Room";  // as it is shown; a named room is found by it
     std::string name;               // under which the others see this person; empty: the profile's
     std::string server;             // that carries the room; empty: one of this user's on this machine
-    std::string service;            // that keeps the room's notes; empty: this machine's
+    std::string service;            // that keeps a named room's notes; empty: this machine's
     std::filesystem::path certificateAuthority;
     std::optional<WallLayout> detached;  // the wall starts in a window of its own
     std::string camera = "test";         // as a participant's source; empty: none
@@ -64,10 +64,6 @@ struct Options {
     bool preview = false;                // the own camera's window is open from the start
     bool drawings = true;                // guests draw now and then
 };
-
-// Bytes of a name at most.
-inline constexpr std::size_t kLongestName = 256;
-inline constexpr int kMostGuests = 16;
 
 // Reads the arguments after the program's name. An option's value is the next argument or stands behind '='.
 // The first bad argument is the failure.

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <utility>
 
+#include "host/ShownName.h"
+
 namespace Corvanta::Host {
 namespace {
 
@@ -43,7 +45,7 @@ PeopleList::Row PeopleList::AddRow(const Engine::ParticipantInfo& person) {
     name->setTextFormat(Qt::PlainText);
     name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* const remove = new QPushButton(QStringLiteral("Remove"), whole);
-    remove->setAccessibleName(QStringLiteral("Remove ") + QString::fromStdString(person.name));
+    remove->setAccessibleName(QStringLiteral("Remove ") + ShownName(person.name));
     QObject::connect(remove, &QPushButton::clicked, this,
                      [this, id = person.streamId, called = person.name] { onRemove_(id, called); });
     auto* const loudness = new QProgressBar(whole);
@@ -65,7 +67,7 @@ void PeopleList::SetPeople(std::span<const Engine::ParticipantInfo> people) {
         auto found = shown_.find(person.streamId);
         if (found == shown_.end()) found = shown_.emplace(person.streamId, AddRow(person)).first;
         const Row& row = found->second;
-        QString name = QString::fromStdString(person.name);
+        QString name = ShownName(person.name);
         if (person.isSpeaking) name += QStringLiteral(" (speaking)");
         if (row.name->text() != name) {
             row.name->setText(name);

@@ -11,6 +11,7 @@
 #include "engine/Engine.h"
 #include "host/HostWindow.h"
 #include "host/SettingsDialog.h"
+#include "host/ShownName.h"
 #include "interface/SDLinterface.h"
 
 namespace Corvanta::Host {
@@ -174,10 +175,9 @@ void RoomControls::OpenSettings() {
 
 void RoomControls::AskToRemove(const std::string& streamId, const std::string& name) {
     delete question_;  // of somebody else
-    auto* const question =
-        new QMessageBox(QMessageBox::Question, QStringLiteral("Remove from the room"),
-                        QStringLiteral("Remove %1 from the room?").arg(QString::fromStdString(name)),
-                        QMessageBox::Cancel, &window_);
+    auto* const question = new QMessageBox(QMessageBox::Question, QStringLiteral("Remove from the room"),
+                                           QStringLiteral("Remove %1 from the room?").arg(ShownName(name)),
+                                           QMessageBox::Cancel, &window_);
     question->setTextFormat(Qt::PlainText);
     question->addButton(QStringLiteral("&Remove"), QMessageBox::AcceptRole);
     question->setDefaultButton(QMessageBox::Cancel);

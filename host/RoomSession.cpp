@@ -2,6 +2,9 @@
 
 #include <QGuiApplication>
 
+#include <string>
+
+#include "engine/Engine.h"
 #include "host/HostWindow.h"
 #include "host/RoomControls.h"
 #include "host/WallControls.h"
@@ -29,7 +32,9 @@ std::variant<std::unique_ptr<RoomSession>, Failure> RoomSession::Enter(const Roo
                                session->told_.physicalHeight);
     if (EnterRoom(nullptr, nullptr, parts.sessionName.c_str(), parts.roomName.c_str(), false, true, false,
                   nullptr, false) == -1) {
-        return Failure{"the room cannot be entered, the log says why"};
+        const std::string problem = Engine::EntryProblem();
+        return Failure{problem.empty() ? "the room cannot be entered, the log says why"
+                                       : "the room cannot be entered: " + problem};
     }
     parts.controls.TellEntered();
     return session;

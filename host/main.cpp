@@ -16,6 +16,7 @@
 #include <QTimer>
 
 #include "engine/Engine.h"
+#include "engine/common/CommandLine.h"
 #include "host/DarkLook.h"
 #include "host/GeneratedParticipants.h"
 #include "host/Guests.h"
@@ -41,7 +42,6 @@ namespace fs = std::filesystem;
 
 constexpr int kExitFailure = 1;
 constexpr int kExitUsage = 2;
-constexpr const char* kTokenVariable = "CORVANTA_TOKEN";
 constexpr const char* kGuestProgram = "corvanta-guest";
 constexpr int kSnapshotTries = 100;
 constexpr std::chrono::milliseconds kSnapshotRetryAfter{20};
@@ -61,7 +61,7 @@ void SetMeetingPlace(const Options& options, Engine::EngineOptions& engine) {
     engine.server = options.server;
     engine.service = options.service;
     engine.certificateAuthority = options.certificateAuthority;
-    engine.serverToken = qgetenv(kTokenVariable).toStdString();
+    engine.serverToken = qgetenv(Engine::kTokenVariable).toStdString();
 }
 
 Engine::EngineOptions EngineOptionsFrom(const Options& options) {
@@ -170,14 +170,16 @@ std::optional<Failure> StartSharing(const Options& options) {
 
 // Into the room, which must be entered already: so whoever comes later finds this program there.
 std::variant<std::unique_ptr<Guests>, Failure> InviteGuests(const Options& options, const std::string& room) {
+    const bool isNamed = options.company == Company::OfNamedRoom;
     return Guests::Start(fs::current_path() / kGuestProgram,
                          GuestArguments({.count = options.guests.value_or(0),
-                                         .room = room,
                                          .ownName = options.name,
                                          .server = options.server,
-                                         .service = options.service,
+                                         // The person's own room is this machine's service's.
+                                         .service = isNamed ? options.service : std::string(),
                                          .certificateAuthority = options.certificateAuthority,
-                                         .drawings = options.drawings}));
+                                         .drawings = options.drawings}),
+                         {{Engine::kRoomVariable, room}});
 }
 
 // `room`: under which the others find it.

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <utility>
 
+#include "engine/EngineSettings.h"
 #include "engine/common/CallTracker.h"
 #include "engine/common/NetworkTypes.h"
 #include "engine/configuration/ConfigurationStore.h"
@@ -15,6 +16,7 @@
 #include "engine/connections/TransportChoice.h"
 #include "engine/embedded/EmbeddedTransport.h"
 #include "engine/mediamanager/MediaCallbacks.h"
+#include "engine/roomservice/ServiceAddress.h"
 #include "engine/transport/StreamNames.h"
 #include "engine/webrtc/CameraChoice.h"
 #include "engine/webrtc/DeviceCapture.h"
@@ -81,12 +83,13 @@ bool Room::Open(const EngineOptions& options, std::string localDisplayName, std:
     if (!EnsureGStreamer()) return false;
     EnsureNetworkTypes();
     CloseCurrent();
+    SetEntryProblem({});
     Registry& registry = Registry::Get();
     const std::lock_guard life(registry.lifeMutex);
     const auto room =
         std::make_shared<Room>(options, std::move(localDisplayName), std::move(sessionName), makeTransport);
     // Before anybody learns of the room: the first report must find the service.
-    if (options.service.empty()) room->service.Start();
+    if (HasOwnService(options)) room->service.Start();
     room->serviceLink.Start();
     {
         const std::lock_guard lock(registry.roomMutex);
@@ -154,6 +157,7 @@ bool Room::WaitForEntry() {
     auto told = entry.get_future();
     if (told.wait_for(kEntryPatience) == std::future_status::ready) return told.get();
     LOG(kLogError, "The room does not answer");
+    SetEntryProblem("The room does not answer");
     return false;
 }
 
@@ -189,6 +193,7 @@ TransportEvents Room::EventsOfTransport() {
             .failed =
                 [this](const std::string& problem) {
                     LOG(kLogError, "The room cannot be entered: %s", problem.c_str());
+                    SetEntryProblem(problem);
                     if (!std::exchange(entryIsTold, true)) entry.set_value(false);
                 },
             .joined = [this](ParticipantDescription description) { Add(std::move(description)); },
@@ -382,11 +387,12 @@ std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {
     if (resolved.kind == ResolvedSource::Kind::TestPicture) {
         source.makeScene = [shownName] { return MakeTestScene(shownName); };
     } else if (resolved.kind == ResolvedSource::Kind::Person) {
-        // It looks like none of the participants.
+        // It looks like none of the participants, nor like somebody else in a room where others have clips too.
         const std::size_t others = CountPersons(settings.participants);
         // A second turn where there is but one never comes: nobody hears the camera, so it does not speak.
         source.makeScene = [shownName, others] {
-            return MakePersonScene(shownName, others, {.index = 1, .count = 1}, ClipFormatFor(others + 1));
+            return MakePersonScene(shownName, LookOf(shownName), {.index = 1, .count = 1},
+                                   ClipFormatFor(others + 1));
         };
     }
     return source;

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <memory>
 
+#include "engine/common/NetworkAddress.h"
 #include "engine/embedded/EmbeddedTransport.h"
 #include "engine/janus/JanusTransport.h"
 #include "engine/mesh/MeshTransport.h"
@@ -14,8 +15,9 @@ std::optional<std::string> CheckTransport(const EngineOptions& options) {
         return "The room's name is longer than " + std::to_string(kLongestRoomName) + " bytes";
     if (options.server.empty()) return std::nullopt;
     if (options.room.empty()) return "A server carries rooms with a name, and none is given";
-    if (!options.server.starts_with("ws://") && !options.server.starts_with("wss://"))
-        return "The server's address begins with neither ws:// nor wss://";
+    // It is not repeated: what is too much in it may be a secret.
+    if (!ReadNetworkAddress(options.server, kServerSchemes))
+        return "The server's address is none like ws://HOST:PORT or wss://HOST:PORT";
     if (!options.certificateAuthority.empty() && !std::ifstream(options.certificateAuthority))
         return "The certificates cannot be read: " + options.certificateAuthority.string();
     return std::nullopt;

@@ -67,7 +67,7 @@ ParticipantDescription EmbeddedTransport::Describe(std::size_t index) {
     } else if (resolved.kind == ResolvedSource::Kind::Person) {
         const SpeakingTurn turn = TurnOf(all, index);
         source.makeScene = [name, turn] {
-            return MakePersonScene(name, turn.index, turn, ClipFormatFor(turn.count));
+            return MakePersonScene(name, turn.index % kPlainLooks, turn, ClipFormatFor(turn.count));
         };
     }
     const auto played = std::make_shared<PlaybackMedia>(loop, std::move(source), mixer);

@@ -14,6 +14,7 @@
 #include "engine/EngineSettings.h"
 #include "engine/configuration/ConfigurationStore.h"
 #include "engine/connections/Room.h"
+#include "engine/roomservice/ServiceAddress.h"
 
 namespace {
 
@@ -77,7 +78,7 @@ std::string Now() {
 // A room of this machine asks for no credential.
 std::string GraphQLClient_GetStoredToken() {
     const Corvanta::Engine::EngineOptions options = Corvanta::Engine::CurrentOptions();
-    return options.service.empty() ? std::string() : options.serverToken;
+    return HasOwnService(options) ? std::string() : options.serverToken;
 }
 
 Corvanta::GraphQLClientString* GraphQLClient_GetProfileId() {

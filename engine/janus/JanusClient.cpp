@@ -90,6 +90,7 @@ void JanusClient::Connect() {
         context->Run([&] {
             session.reset(
                 soup_session_new_with_options("proxy-resolver", nullptr, "user-agent", "corvanta", nullptr));
+            soup_session_remove_feature_by_type(session.get(), SOUP_TYPE_AUTH_MANAGER);
         });
         if (!server.certificateAuthority.empty()) {
             GError* error = nullptr;
@@ -111,6 +112,8 @@ void JanusClient::Connect() {
         return;
     }
     const Owned<SoupMessage> request(soup_message_new("GET", server.address.c_str()));
+    // What is said there, the token with it, is for nobody to whom that server points.
+    soup_message_add_flags(request.get(), SOUP_MESSAGE_NO_REDIRECT);
     connecting.reset(g_cancellable_new());
     timer = StartTimer(context->Context(), kPatience, [this] {
         if (connecting) g_cancellable_cancel(connecting.get());

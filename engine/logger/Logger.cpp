@@ -105,6 +105,19 @@ private:
     std::shared_ptr<spdlog::logger> logger;
 };
 
+// What is logged may hold texts of anybody's. A line break or a terminal's command in them would look as if
+// others had said it: control characters become question marks, the two bytes of those beyond ASCII too.
+void MakeOneLine(char* line, std::size_t length) {
+    const auto byteAt = [&](std::size_t at) { return static_cast<unsigned char>(line[at]); };
+    for (std::size_t at = 0; at < length; ++at) {
+        const bool isLong =
+            byteAt(at) == 0xC2 && at + 1 < length && byteAt(at + 1) >= 0x80 && byteAt(at + 1) < 0xA0;
+        if (!isLong && byteAt(at) >= 0x20 && byteAt(at) != 0x7F) continue;
+        line[at] = '?';
+        if (isLong) line[++at] = '?';
+    }
+}
+
 void Write(int level, const char* format, std::va_list arguments) {
     const auto logger = LogBackend::Get().Logger();
     const auto spdlogLevel = LogBackend::ToLevel(level);
@@ -115,11 +128,13 @@ void Write(int level, const char* format, std::va_list arguments) {
     std::array<char, kShortLine> shortLine;
     const int length = std::vsnprintf(shortLine.data(), shortLine.size(), format, arguments);
     if (length >= 0 && static_cast<std::size_t>(length) < shortLine.size()) {
+        MakeOneLine(shortLine.data(), static_cast<std::size_t>(length));
         logger->log(spdlogLevel, spdlog::string_view_t(shortLine.data(), static_cast<std::size_t>(length)));
     } else if (length > 0) {
         std::string line(static_cast<std::size_t>(length) + 1, '\0');
         std::vsnprintf(line.data(), line.size(), format, again);
         line.pop_back();
+        MakeOneLine(line.data(), line.size());
         logger->log(spdlogLevel, spdlog::string_view_t(line));
     }
     va_end(again);

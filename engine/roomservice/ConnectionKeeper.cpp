@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "engine/common/GuardedCall.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -14,6 +15,15 @@ constexpr std::chrono::milliseconds kAcceptPause{500};
 constexpr std::chrono::milliseconds kLongestSweep{2000};
 
 }  // namespace
+
+std::string ClientOf(GSocketAddress* address) {
+    if (!G_IS_INET_SOCKET_ADDRESS(address)) return {};
+    gchar* const text =
+        g_inet_address_to_string(g_inet_socket_address_get_address(G_INET_SOCKET_ADDRESS(address)));
+    std::string client(text);
+    g_free(text);
+    return client;
+}
 
 ConnectionKeeper::ConnectionKeeper(GSocket* listening, GTlsCertificate* certificate,
                                    const Limits& connectionLimits, OnConnection onConnection)
@@ -49,7 +59,7 @@ void ConnectionKeeper::StartAccepting() {
 }
 
 gboolean ConnectionKeeper::OnReadable(GSocket*, GIOCondition, gpointer self) {
-    static_cast<ConnectionKeeper*>(self)->Accept();
+    CallGuarded("A connection of the room service", [&] { static_cast<ConnectionKeeper*>(self)->Accept(); });
     return G_SOURCE_CONTINUE;
 }
 
@@ -66,7 +76,7 @@ void ConnectionKeeper::Accept() {
     }
     GSocketAddress* local = g_socket_get_local_address(socket, nullptr);
     GSocketAddress* remote = g_socket_get_remote_address(socket, nullptr);
-    if (local != nullptr && remote != nullptr && connections.size() < limits.connections) {
+    if (local != nullptr && remote != nullptr && HasPlaceFor(ClientOf(remote))) {
         Keep(socket, local, remote);
     } else {
         g_socket_close(socket, nullptr);
@@ -74,6 +84,13 @@ void ConnectionKeeper::Accept() {
     g_clear_object(&local);
     g_clear_object(&remote);
     g_object_unref(socket);
+}
+
+bool ConnectionKeeper::HasPlaceFor(const std::string& client) const {
+    if (connections.size() >= limits.connections) return false;
+    const auto isOfClient = [&](const auto& entry) { return entry.second.client == client; };
+    return client.empty() || static_cast<std::size_t>(std::ranges::count_if(connections, isOfClient)) <
+                                 limits.connectionsOfAddress;
 }
 
 void ConnectionKeeper::Keep(GSocket* socket, GSocketAddress* local, GSocketAddress* remote) {
@@ -89,7 +106,8 @@ void ConnectionKeeper::Keep(GSocket* socket, GSocketAddress* local, GSocketAddre
                   .socket = G_SOCKET(g_object_ref(socket)),
                   .remote = G_SOCKET_ADDRESS(g_object_ref(remote)),
                   .stream = stream,
-                  .deadline = Clock::now() + limits.request};
+                  .client = ClientOf(remote),
+                  .deadline = Clock::now() + std::min(limits.head, limits.request)};
     g_object_weak_ref(G_OBJECT(stream), OnStreamGone, &connection);
     onNew(stream, local, remote);
     g_object_unref(stream);
@@ -100,6 +118,10 @@ void ConnectionKeeper::OnStreamGone(gpointer data, GObject*) {
     gone.keeper->connections.erase(gone.remote);
     g_object_unref(gone.socket);
     g_object_unref(gone.remote);
+}
+
+void ConnectionKeeper::OnHead(GSocketAddress* remote) {
+    Extend(remote, limits.request);
 }
 
 void ConnectionKeeper::OnRequest(GSocketAddress* remote) {
@@ -126,7 +148,7 @@ void ConnectionKeeper::Sweep() {
         // Whoever reads from it or writes to it hears of this and lets go of it.
         if (connection.deadline <= now) g_socket_shutdown(connection.socket, TRUE, TRUE, nullptr);
     }
-    const auto interval = std::min({kLongestSweep, limits.request / 4, limits.answer / 4});
+    const auto interval = std::min({kLongestSweep, limits.head / 4, limits.request / 4, limits.answer / 4});
     sweeping = StartTimer(context, interval, [this] { Sweep(); });
 }
 

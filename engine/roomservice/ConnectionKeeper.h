@@ -8,10 +8,15 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <string>
 
 #include "engine/signalling/OwnedSource.h"
 
 namespace Corvanta::Engine {
+
+// The number address by which a client is known; empty over a Unix socket, where all processes of the user's
+// are one client.
+[[nodiscard]] std::string ClientOf(GSocketAddress* address);
 
 class ConnectionKeeper final {
 public:
@@ -20,7 +25,12 @@ public:
     struct Limits {
         // Those beyond are closed at once.
         std::size_t connections = 256;
-        // How long a connection may take until its next request is there as a whole, and how long for an
+        // Of one address, behind which several people may sit; the processes of this machine are one when
+        // they come over a Unix socket, and have all.
+        std::size_t connectionsOfAddress = 64;
+        // How long a new connection may take until the head of its first request is there.
+        std::chrono::milliseconds head{10'000};
+        // How long a connection may take then until its next request is there as a whole, and how long for an
         // answer to be made and taken.
         std::chrono::milliseconds request{60'000};
         std::chrono::milliseconds answer{90'000};
@@ -37,6 +47,8 @@ public:
     ConnectionKeeper(const ConnectionKeeper&) = delete;
     ConnectionKeeper& operator=(const ConnectionKeeper&) = delete;
 
+    // The head of a request has come over the connection. Others are ignored.
+    void OnHead(GSocketAddress* remote);
     // A whole request has come over the connection, or its answer has gone. Others are ignored.
     void OnRequest(GSocketAddress* remote);
     void OnAnswered(GSocketAddress* remote);
@@ -51,12 +63,15 @@ private:
         GSocket* socket;
         GSocketAddress* remote;
         GIOStream* stream;
+        // Of the client; empty over a Unix socket.
+        std::string client;
         Clock::time_point deadline;
     };
 
     static gboolean OnReadable(GSocket* socket, GIOCondition condition, gpointer self);
     static void OnStreamGone(gpointer connection, GObject* stream);
 
+    [[nodiscard]] bool HasPlaceFor(const std::string& client) const;
     void StartAccepting();
     void Accept();
     void Keep(GSocket* socket, GSocketAddress* local, GSocketAddress* remote);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "engine/common/Utf8.h"
 #include "engine/roomservice/FlatJson.h"
 
 namespace Corvanta::Engine {
@@ -42,10 +43,7 @@ constexpr RateMember kRates[] = {{"download", &Figures::download}, {"upload", &F
 constexpr TimeMember kTimes[] = {{"roundTrip", &Figures::roundTrip}, {"jitter", &Figures::jitter}};
 
 std::string Bounded(const std::string& text) {
-    if (text.size() <= kLongestReportText) return text;
-    std::size_t end = kLongestReportText;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-    return text.substr(0, end);
+    return std::string(CutUtf8(text, kLongestReportText));
 }
 
 bool ReadText(const Json& object, const char* name, std::string& text) {

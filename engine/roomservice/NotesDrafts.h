@@ -24,8 +24,8 @@ public:
     // The room of that service; an empty service is the user's own.
     NotesDrafts(std::string serviceUrl, std::string roomName);
 
-    // What is left of the room's notes, and the notes of a former version, which the user's own room without
-    // a name takes over.
+    // What is left of the room's notes, and the notes of the setting "Room.Notes", which the user's own room
+    // without a name takes over.
     [[nodiscard]] std::optional<NotesDraft> Load() const;
     void Store(const NotesDraft& draft) const;
     // The service has them.

@@ -30,13 +30,6 @@ constexpr unsigned kFull = 507;
 constexpr std::chrono::seconds kTryInterval{1};
 constexpr const char* kNotesPath = "/notes";
 
-// The room's name, or nothing for a request without a proper one. The empty name is that of a room of this
-// process's own.
-const std::string* FindRoom(const std::map<std::string, std::string>& parameters) {
-    const auto found = parameters.find("room");
-    return found != parameters.end() && found->second.size() <= kLongestRoomName ? &found->second : nullptr;
-}
-
 const std::string* FindText(const std::map<std::string, std::string>& parameters, const char* name) {
     const auto found = parameters.find(name);
     return found != parameters.end() && found->second.size() <= kLongestServiceText ? &found->second
@@ -69,12 +62,19 @@ const RoomRequests::Route RoomRequests::kRoutes[] = {
     {"/sessions", "DELETE", &RoomRequests::DeleteSession},
 };
 
-RoomRequests::RoomRequests(std::filesystem::path databaseFile) : file(std::move(databaseFile)) {
+RoomRequests::RoomRequests(std::filesystem::path databaseFile, Rooms servedRooms)
+    : file(std::move(databaseFile)), rooms(servedRooms) {
     if (Database() == nullptr) LOG(kLogWarning, "The room service keeps nothing until its database is there");
 }
 
 std::size_t RoomRequests::LargestBody(const std::string& path) {
     return path == kNotesPath ? kLargestNotesMessage : kLargestReport;
+}
+
+const std::string* RoomRequests::FindRoom(const Parameters& parameters) const {
+    const auto found = parameters.find("room");
+    if (found == parameters.end() || found->second.size() > kLongestRoomName) return nullptr;
+    return found->second.empty() && rooms == Rooms::Named ? nullptr : &found->second;
 }
 
 ServiceDatabase* RoomRequests::Database() {

@@ -44,9 +44,16 @@ class RoomRequests final {
 public:
     using Clock = std::chrono::steady_clock;
 
+    // Which rooms can be asked for.
+    enum class Rooms {
+        All,
+        // A room without a name is one of somebody's machine.
+        Named,
+    };
+
     // The database's file is made where it is missing. One that cannot be opened is tried again now and then;
     // until then there are no answers but 500.
-    explicit RoomRequests(std::filesystem::path databaseFile);
+    explicit RoomRequests(std::filesystem::path databaseFile, Rooms servedRooms = Rooms::All);
 
     [[nodiscard]] ServiceAnswer Answer(const ServiceRequest& request);
     // What the notes are now, or a wait that goes on.
@@ -65,6 +72,8 @@ private:
     };
     static const Route kRoutes[];
 
+    // The room's name, or null for a request without one that can be asked for.
+    [[nodiscard]] const std::string* FindRoom(const Parameters& parameters) const;
     // Null while it cannot be opened.
     [[nodiscard]] ServiceDatabase* Database();
 
@@ -80,6 +89,7 @@ private:
     ServiceAnswer DeleteSession(const Parameters& parameters, const std::string& body);
 
     const std::filesystem::path file;
+    const Rooms rooms;
     std::unique_ptr<ServiceDatabase> database;
     std::optional<Clock::time_point> lastTry;
 };

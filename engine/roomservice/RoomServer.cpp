@@ -12,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "engine/common/GuardedCall.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -26,6 +27,7 @@ constexpr gsize kMostBytesBeyond = 1U << 20U;
 constexpr mode_t kOwnerOnly = 0600;
 constexpr unsigned kTooManyRequests = 429;
 constexpr std::string_view kScheme = "Bearer ";
+constexpr const char* kRequest = "A request of the room service";
 
 gsize Count(SoupServerMessage* message, const char* name) {
     return GPOINTER_TO_SIZE(g_object_get_data(G_OBJECT(message), name));
@@ -73,17 +75,6 @@ std::string_view TokenOf(SoupServerMessage* message) {
     const bool isBearer =
         text.size() > kScheme.size() && g_ascii_strncasecmp(text.data(), kScheme.data(), kScheme.size()) == 0;
     return isBearer ? text.substr(kScheme.size()) : std::string_view();
-}
-
-// All processes of the user's are one client.
-std::string ClientOf(SoupServerMessage* message) {
-    GSocketAddress* const address = soup_server_message_get_remote_address(message);
-    if (!G_IS_INET_SOCKET_ADDRESS(address)) return {};
-    gchar* const text =
-        g_inet_address_to_string(g_inet_socket_address_get_address(G_INET_SOCKET_ADDRESS(address)));
-    std::string client(text);
-    g_free(text);
-    return client;
 }
 
 GSocketAddress* AddressOf(const RoomServer::Options& options, GError** error) {
@@ -141,7 +132,10 @@ std::uint16_t PortOf(GSocket* socket) {
 RoomServer::RoomServer(const Options& serverOptions)
     : options(serverOptions),
       expectedDigest(serverOptions.token.empty() ? std::string() : Digest(serverOptions.token)),
-      requests(serverOptions.database),
+      // Over TCP come people of several machines, whose rooms without a name have nothing to do with each
+      // other.
+      requests(serverOptions.database,
+               serverOptions.socket.empty() ? RoomRequests::Rooms::Named : RoomRequests::Rooms::All),
       rates(serverOptions.rates),
       server(soup_server_new(nullptr, nullptr)) {
     soup_server_add_early_handler(server, nullptr, OnHeaders, this, nullptr);
@@ -195,10 +189,15 @@ void RoomServer::Accept(GIOStream* stream, GSocketAddress* local, GSocketAddress
 void RoomServer::OnHeaders(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*,
                            gpointer data) {
     auto* const self = static_cast<RoomServer*>(data);
-    SetCount(message, kBytesAllowed, RoomRequests::LargestBody(path));
-    g_signal_connect(message, "got-chunk", G_CALLBACK(OnChunk), self);
-    const unsigned refusal = self->Refusal(message);
-    if (refusal != 0) Send(message, {refusal});
+    const bool isJudged = CallGuarded(kRequest, [&] {
+        SetCount(message, kBytesAllowed, RoomRequests::LargestBody(path));
+        g_signal_connect(message, "got-chunk", G_CALLBACK(OnChunk), self);
+        self->keeper->OnHead(soup_server_message_get_remote_address(message));
+        const unsigned refusal = self->Refusal(message);
+        if (refusal != 0) Send(message, {refusal});
+    });
+    // Nobody comes in unjudged.
+    if (!isJudged) Send(message, {SOUP_STATUS_INTERNAL_SERVER_ERROR});
 }
 
 void RoomServer::OnChunk(SoupServerMessage* message, GBytes* chunk, gpointer data) {
@@ -214,7 +213,7 @@ void RoomServer::OnChunk(SoupServerMessage* message, GBytes* chunk, gpointer dat
 
 unsigned RoomServer::Refusal(SoupServerMessage* message) {
     const auto now = RateLimit::Clock::now();
-    const std::string client = ClientOf(message);
+    const std::string client = ClientOf(soup_server_message_get_remote_address(message));
     if (!rates.Allow(client, now)) return kTooManyRequests;
     if (options.token.empty() || AreEqual(Digest(TokenOf(message)), expectedDigest)) return 0;
     rates.Punish(client, now);
@@ -223,7 +222,8 @@ unsigned RoomServer::Refusal(SoupServerMessage* message) {
 
 void RoomServer::OnRequest(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*,
                            gpointer data) {
-    static_cast<RoomServer*>(data)->Respond(message, path);
+    if (!CallGuarded(kRequest, [&] { static_cast<RoomServer*>(data)->Respond(message, path); }))
+        Send(message, {SOUP_STATUS_INTERNAL_SERVER_ERROR});
 }
 
 void RoomServer::OnRequestRead(SoupServer*, SoupServerMessage* message, gpointer data) {

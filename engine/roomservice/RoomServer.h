@@ -16,9 +16,10 @@
 //   PUT    /sessions?id=...  or  ?room=...       says when it, or the room's last open one, ended: 204 or 404
 //   DELETE /sessions?id=...                      forgets it: 204 or 404
 //
-// Further answers: 400 to what makes no sense, 404 and 405 to what there is not, 413 to what is too large,
-// 429 to a client that asks too often, 500 for trouble with the database, 507 when there is no place for
-// more. Over TCP 401, and no more, to whoever does not bear the token.
+// Further answers: 400 to what makes no sense, and over TCP to a room without a name, 404 and 405 to what
+// there is not, 413 to what is too large, 429 to a client that asks too often, 500 for trouble with the
+// database, 507 when there is no place for more. Over TCP 401, and no more, to whoever does not bear the
+// token.
 #pragma once
 
 #include <libsoup/soup.h>

@@ -1,9 +1,5 @@
 #include "engine/roomservice/RoomService.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <future>
 #include <string>
@@ -20,42 +16,24 @@ namespace {
 // How often a process that is not first looks whether the first one has gone.
 constexpr std::chrono::milliseconds kTakeOverInterval{1000};
 
-// Has the database where it belongs, with all that it held in its former place.
-void TakeOverDatabase(const RoomServicePlace& place) {
+// Has the database where it belongs, with all that it held in its former place. Where it is to be used: the
+// former place when it cannot be taken over, so that it is tried again by the next one who serves.
+std::filesystem::path TakeOverDatabase(const RoomServicePlace& place) {
     std::error_code error;
     std::filesystem::create_directories(place.database.parent_path(), error);
     if (place.formerDatabase.empty() || std::filesystem::exists(place.database, error) ||
         !std::filesystem::exists(place.formerDatabase, error))
-        return;
-    if (!ServiceDatabase::Copy(place.formerDatabase, place.database)) return;
+        return place.database;
+    if (!ServiceDatabase::Copy(place.formerDatabase, place.database)) return place.formerDatabase;
     for (const char* const suffix : {"", "-wal", "-shm"}) {
         std::filesystem::path old = place.formerDatabase;
         old += suffix;
         std::filesystem::remove(old, error);
     }
+    return place.database;
 }
 
 }  // namespace
-
-// The system lets go of it when the process ends, by whatever death.
-class RoomService::Lock final {
-public:
-    explicit Lock(const std::filesystem::path& path)
-        : file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)) {
-        isHeld = file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) == 0;
-    }
-    ~Lock() {
-        if (file >= 0) ::close(file);
-    }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
-
-    [[nodiscard]] bool IsHeld() const { return isHeld; }
-
-private:
-    int file;
-    bool isHeld;
-};
 
 RoomService::RoomService(RoomServicePlace servicePlace) : place(std::move(servicePlace)) {}
 
@@ -91,17 +69,18 @@ void RoomService::Stop() {
 }
 
 void RoomService::TryToServe() {
-    auto wanted = std::make_unique<Lock>(place.lock);
+    auto wanted = std::make_unique<HubLock>(place.lock);
     if (!wanted->IsHeld()) {
         loop.PostAfter(kTakeOverInterval, [this] { TryToServe(); });
         return;
     }
-    TakeOverDatabase(place);
     std::string problem;
-    server = RoomServer::Listen({.socket = place.socket, .database = place.database}, problem);
+    server = RoomServer::Listen({.socket = place.socket, .database = TakeOverDatabase(place)}, problem);
     if (!server) {
-        LOG(kLogWarning, "No room service: %s cannot be listened to (%s)", place.socket.c_str(),
-            problem.c_str());
+        if (!std::exchange(isTroubleTold, true))
+            LOG(kLogWarning, "No room service: %s cannot be listened to (%s); it is tried again",
+                place.socket.c_str(), problem.c_str());
+        loop.PostAfter(kTakeOverInterval, [this] { TryToServe(); });
         return;
     }
     lock = std::move(wanted);

@@ -9,6 +9,7 @@
 #include "engine/common/EngineLoop.h"
 #include "engine/roomservice/RoomServer.h"
 #include "engine/roomservice/RoomServicePlace.h"
+#include "engine/signalling/RoomFolder.h"
 
 namespace Corvanta::Engine {
 
@@ -20,7 +21,8 @@ public:
     RoomService(const RoomService&) = delete;
     RoomService& operator=(const RoomService&) = delete;
 
-    // On return the service can be reached if at all possible: here, or in the process that was first. Once.
+    // On return the service can be reached if at all possible: here, or in the process that was first; else
+    // it is tried again. Once.
     void Start();
     // Ends the thread; another process may serve from then on.
     void Stop();
@@ -29,8 +31,6 @@ public:
     [[nodiscard]] bool IsServing() const { return isServing; }
 
 private:
-    class Lock;
-
     void Run();
     void TryToServe();
 
@@ -40,7 +40,8 @@ private:
     std::atomic<bool> isServing = false;
 
     // The service's thread alone.
-    std::unique_ptr<Lock> lock;
+    bool isTroubleTold = false;
+    std::unique_ptr<HubLock> lock;
     std::unique_ptr<RoomServer> server;
 };
 

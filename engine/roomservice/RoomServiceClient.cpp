@@ -1,10 +1,10 @@
 #include "engine/roomservice/RoomServiceClient.h"
 
 #include <algorithm>
-#include <exception>
 #include <string>
 #include <utility>
 
+#include "engine/common/GuardedCall.h"
 #include "engine/roomservice/ServiceSession.h"
 #include "engine/signalling/OwnedSource.h"
 #include "platform/Logger.h"
@@ -125,10 +125,12 @@ void RoomServiceClient::OnRead(GObject* source, GAsyncResult* result, gpointer d
     gsize size = 0;
     if (bytes != nullptr) {
         const auto* const content = static_cast<const char*>(g_bytes_get_data(bytes, &size));
-        if (content != nullptr) call.body.append(content, size);
+        const bool isTaken = content == nullptr || CallGuarded("To read from the room service",
+                                                               [&] { call.body.append(content, size); });
         g_bytes_unref(bytes);
+        if (!isTaken) g_set_error(&error, G_IO_ERROR, G_IO_ERROR_FAILED, "there is no memory for it");
     }
-    if (call.body.size() > call.largest)
+    if (error == nullptr && call.body.size() > call.largest)
         g_set_error(&error, G_IO_ERROR, G_IO_ERROR_MESSAGE_TOO_LARGE, "there is too much of the answer");
     if (error == nullptr && size > 0) {
         Read(call);
@@ -147,12 +149,7 @@ void RoomServiceClient::End(Call& call, const GError* error) {
     std::optional<HttpAnswer> answer;
     if (error == nullptr)
         answer = HttpAnswer{soup_message_get_status(ended->message), std::move(ended->body)};
-    try {
-        ended->onAnswer(answer);
-    } catch (const std::exception& failure) {
-        // GLib's frames cannot be unwound.
-        LOG(kLogError, "An answer of the room service was not taken: %s", failure.what());
-    }
+    CallGuarded("To take an answer of the room service", [&] { ended->onAnswer(answer); });
 }
 
 }  // namespace Corvanta::Engine

@@ -13,7 +13,7 @@ struct RoomServicePlace {
     std::filesystem::path lock;
     // What is kept.
     std::filesystem::path database;
-    // Where it lay in a former version, to be taken over while there is no database; empty for nowhere.
+    // Another place where it may lie, to be taken over while there is no database; empty for nowhere.
     std::filesystem::path formerDatabase = {};
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "engine/common/NetworkAddress.h"
 #include "engine/roomservice/RoomServicePlace.h"
 
 namespace Corvanta::Engine {
@@ -12,24 +13,11 @@ namespace Corvanta::Engine {
 namespace {
 
 constexpr std::size_t kLongestToken = 1024;
-constexpr const char* kEncryptedScheme = "https";
 
-// Nothing but a scheme, a host and a port.
-bool IsUrl(const std::string& text) {
-    gchar* scheme = nullptr;
-    gchar* userInfo = nullptr;
-    gchar* host = nullptr;
-    gchar* path = nullptr;
-    gchar* query = nullptr;
-    gchar* fragment = nullptr;
-    bool isUrl = g_uri_split(text.c_str(), G_URI_FLAGS_NONE, &scheme, &userInfo, &host, nullptr, &path,
-                             &query, &fragment, nullptr) != FALSE;
-    const auto isEmpty = [](const gchar* part) { return part == nullptr || part[0] == '\0'; };
-    isUrl = isUrl && scheme != nullptr &&
-            (g_ascii_strcasecmp(scheme, "http") == 0 || g_ascii_strcasecmp(scheme, kEncryptedScheme) == 0) &&
-            !isEmpty(host) && isEmpty(path) && userInfo == nullptr && query == nullptr && fragment == nullptr;
-    for (gchar* const part : {scheme, userInfo, host, path, query, fragment}) g_free(part);
-    return isUrl;
+std::string UrlOf(const EngineOptions& options) {
+    std::string url = options.service;
+    while (url.ends_with('/')) url.pop_back();
+    return url;
 }
 
 std::optional<std::string> CheckAuthority(const std::filesystem::path& file) {
@@ -52,33 +40,47 @@ bool IsToken(const std::string& text) {
            std::ranges::all_of(text, [](char letter) { return g_ascii_isgraph(letter) != FALSE; });
 }
 
+bool HasOwnService(const EngineOptions& options) {
+    return options.service.empty() || options.isPrivate || options.room.empty();
+}
+
 ServiceAddress ServiceOf(const EngineOptions& options) {
-    if (options.service.empty())
-        return {.socket = UserRoomService().socket, .url = {}, .token = {}, .certificateAuthority = {}};
-    std::string url = options.service;
-    while (url.ends_with('/')) url.pop_back();
-    return {.socket = {},
-            .url = std::move(url),
-            .token = options.serverToken,
-            .certificateAuthority = options.certificateAuthority};
+    return HasOwnService(options) ? ServiceAddress{.socket = UserRoomService().socket}
+                                  : ServiceAddress{.socket = {},
+                                                   .url = UrlOf(options),
+                                                   .token = options.serverToken,
+                                                   .certificateAuthority = options.certificateAuthority};
 }
 
 std::optional<std::string> CheckService(const EngineOptions& options) {
     if (options.service.empty()) return std::nullopt;
-    const ServiceAddress address = ServiceOf(options);
-    if (!IsUrl(address.url)) {
-        std::string problem = "the room service '";
-        problem += options.service;
-        problem += "' is no address like http://HOST:PORT or https://HOST:PORT";
-        return problem;
+    // It is not repeated: what is too much in it may be a secret.
+    const auto address = ReadNetworkAddress(options.service, kServiceSchemes);
+    if (!address) return "the room service's address is none like http://HOST:PORT or https://HOST:PORT";
+    if (!IsToken(options.serverToken)) {
+        return options.serverToken.empty() ? "the room service wants a token, and there is none"
+                                           : "the token has blanks, or what is no ASCII, or is too long";
     }
-    if (!IsToken(address.token)) {
-        return address.token.empty() ? "the room service wants a token, and there is none"
-                                     : "the token has blanks, or what is no ASCII, or is too long";
-    }
-    if (address.url.starts_with(kEncryptedScheme) && !address.certificateAuthority.empty())
-        return CheckAuthority(address.certificateAuthority);
+    if (address->IsEncrypted() && !options.certificateAuthority.empty())
+        return CheckAuthority(options.certificateAuthority);
     return std::nullopt;
+}
+
+std::optional<std::string> WarnOfBareToken(const EngineOptions& options) {
+    if (options.serverToken.empty()) return std::nullopt;
+    const std::string service = HasOwnService(options) ? std::string() : options.service;
+    std::string bare;
+    for (const auto& address :
+         {ReadNetworkAddress(options.server, kServerSchemes), ReadNetworkAddress(service, kServiceSchemes)}) {
+        if (!address || address->IsEncrypted() || address->IsLoopback()) continue;
+        if (!bare.empty()) bare += " and ";
+        bare += address->ToString();
+    }
+    if (bare.empty()) return std::nullopt;
+    std::string warning = "The token goes to ";
+    warning += bare;
+    warning += " in the clear: whoever is on the way can read it";
+    return warning;
 }
 
 }  // namespace Corvanta::Engine

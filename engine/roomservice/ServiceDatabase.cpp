@@ -3,6 +3,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
+#include <cstdio>
 #include <system_error>
 #include <utility>
 
@@ -12,7 +15,8 @@ namespace Corvanta::Engine {
 
 namespace {
 
-constexpr int kBusyTimeoutMs = 500;
+// All other requests wait meanwhile, so whoever keeps the file locked has them answered with 500 before long.
+constexpr int kBusyTimeoutMs = 50;
 // In the file's header, beside the version of its tables: whose it is.
 constexpr int kApplicationId = 0x43525653;
 static_assert(kApplicationId == 1129469523 && ServiceDatabase::kTableVersion == 2, "as in kTables");
@@ -38,18 +42,34 @@ constexpr const char* kTables =
     "PRAGMA user_version=2;"
     "COMMIT;";
 
+constexpr int kMostKeptAside = 100;
+// What SQLite has beside a database's file: without them the last that was written is lost.
+constexpr std::array kCompanions{"-wal", "-shm"};
+
+std::filesystem::path With(std::filesystem::path path, const std::string& suffix) {
+    path += suffix;
+    return path;
+}
+
+// Over nothing that is kept already.
 bool KeepAside(const std::filesystem::path& file) {
-    std::error_code error;
-    std::filesystem::path kept = file;
-    kept += ".unreadable";
-    std::filesystem::rename(file, kept, error);
-    if (error) return false;
-    for (const char* const suffix : {"-wal", "-shm"}) {
-        std::filesystem::path companion = file;
-        companion += suffix;
-        std::filesystem::remove(companion, error);
+    for (int number = 1; number <= kMostKeptAside; ++number) {
+        std::string suffix = ".unreadable";
+        if (number > 1) {
+            suffix += '-';
+            suffix += std::to_string(number);
+        }
+        const std::filesystem::path kept = With(file, suffix);
+        if (::renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, kept.c_str(), RENAME_NOREPLACE) != 0) {
+            if (errno == EEXIST) continue;
+            return false;
+        }
+        std::error_code error;
+        for (const char* const companion : kCompanions)
+            std::filesystem::rename(With(file, companion), With(kept, companion), error);
+        return true;
     }
-    return true;
+    return false;
 }
 
 // Its companions get the rights that it has.
@@ -196,15 +216,22 @@ bool ServiceDatabase::Write(const std::function<bool()>& work) {
         LOG(kLogWarning, "The room service's database takes nothing: %s", sqlite3_errmsg(handle.get()));
         return false;
     }
+    // Also when the work throws, nothing of it stays, and the next one finds no transaction open.
+    struct Rollback {
+        ~Rollback() {
+            // Some errors have ended the transaction already.
+            if (sqlite3_get_autocommit(handle) == 0 &&
+                sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr) != SQLITE_OK)
+                LOG(kLogWarning, "The room service's database is in trouble: %s", sqlite3_errmsg(handle));
+        }
+        sqlite3* const handle;
+    } const rollback{handle.get()};
     const bool isDone = work();
     if (isDone && Execute("COMMIT")) return true;
     const int result = sqlite3_errcode(handle.get());
     if (isDone || (result != SQLITE_OK && result != SQLITE_ROW && result != SQLITE_DONE))
         LOG(kLogWarning, "The room service's database has not taken a request: %s",
             sqlite3_errmsg(handle.get()));
-    // Some errors have ended the transaction already.
-    if (sqlite3_get_autocommit(handle.get()) == 0 && !Execute("ROLLBACK"))
-        LOG(kLogWarning, "The room service's database is in trouble: %s", sqlite3_errmsg(handle.get()));
     return false;
 }
 

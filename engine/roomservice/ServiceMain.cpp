@@ -30,17 +30,17 @@ int Report(std::string_view line, int exitCode = kExitFailure) {
 }
 
 // Makes its folder where it is missing.
-std::variant<std::filesystem::path, OptionProblem> DatabaseOf(const ServiceOptions& options) {
+std::variant<std::filesystem::path, Failure> DatabaseOf(const ServiceOptions& options) {
     std::filesystem::path file = options.database;
     if (file.empty()) {
         const std::filesystem::path folder = UserConfigurationFolder();
-        if (folder.empty()) return OptionProblem{"there is no configuration folder: give --database"};
+        if (folder.empty()) return Failure{"there is no configuration folder: give --database"};
         file = folder / "shared-rooms.sqlite";
     }
     std::error_code error;
     if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), error);
     // What it is cannot be told before it is tried.
-    if (ServiceDatabase::Open(file) == nullptr) return OptionProblem{"the database cannot be used"};
+    if (ServiceDatabase::Open(file) == nullptr) return Failure{"the database cannot be used"};
     return file;
 }
 
@@ -62,26 +62,24 @@ void Tell(const ServiceOptions& options, std::uint16_t port) {
     const bool isIpv6 = options.address.find(':') != std::string::npos;
     const char* const scheme = options.certificate.empty() ? "http" : "https";
     std::printf(
-        "corvanta-room-service: listens on %s://%s%s%s:%d; type CORVANTA_TOKEN=... ./run --service "
-        "%s://HOST:%d --room NAME\n",
+        "corvanta-room-service: listens on %s://%s%s%s:%d; on the other machines (with the token in "
+        "CORVANTA_TOKEN): ./run --service %s://HOST:%d --room NAME\n",
         scheme, isIpv6 ? "[" : "", options.address.c_str(), isIpv6 ? "]" : "", port, scheme, port);
     std::fflush(stdout);
 }
 
 int Run(const std::vector<std::string_view>& arguments) {
     const auto parsed = ParseServiceOptions(arguments);
-    if (const auto* const problem = std::get_if<OptionProblem>(&parsed))
-        return Report(problem->line, kExitUsage);
+    if (const auto* const problem = std::get_if<Failure>(&parsed)) return Report(problem->line, kExitUsage);
     const auto& options = std::get<ServiceOptions>(parsed);
     if (options.showHelp) {
         std::fputs(std::string(ServiceHelp()).c_str(), stdout);
         return 0;
     }
     const auto token = ReadToken(options.tokenFile);
-    if (const auto* const problem = std::get_if<OptionProblem>(&token))
-        return Report(problem->line, kExitUsage);
+    if (const auto* const problem = std::get_if<Failure>(&token)) return Report(problem->line, kExitUsage);
     const auto database = DatabaseOf(options);
-    if (const auto* const problem = std::get_if<OptionProblem>(&database)) return Report(problem->line);
+    if (const auto* const problem = std::get_if<Failure>(&database)) return Report(problem->line);
     std::string problem;
     const auto server = RoomServer::Listen({.address = options.address,
                                             .port = options.port,

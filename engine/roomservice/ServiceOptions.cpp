@@ -2,7 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <charconv>
 #include <cstdlib>
 #include <fstream>
 #include <optional>
@@ -14,21 +13,11 @@ namespace Corvanta::Engine {
 
 namespace {
 
-constexpr const char* kTokenVariable = "CORVANTA_TOKEN";
-
-OptionProblem ProblemOf(std::string_view before, std::string_view name, std::string_view after) {
+Failure ProblemOf(std::string_view before, std::string_view name, std::string_view after) {
     std::string line(before);
     line += name;
     line += after;
     return {std::move(line)};
-}
-
-std::optional<std::uint16_t> ReadPort(std::string_view text) {
-    std::uint16_t port = 0;
-    const char* const end = text.data() + text.size();
-    const auto [last, error] = std::from_chars(text.data(), end, port);
-    if (error != std::errc() || last != end) return std::nullopt;
-    return port;
 }
 
 // Where the option's value goes; null for an option that there is not.
@@ -43,7 +32,7 @@ std::filesystem::path* PathOf(ServiceOptions& options, std::string_view name) {
 }  // namespace
 
 std::string_view ServiceHelp() {
-    return "usage: corvanta-room-service [OPTION]...\n"
+    return "Usage: corvanta-room-service [OPTION]...\n"
            "Keeps the notes, profiles and connectivity of rooms for several machines. Whoever comes has to "
            "bear\n"
            "the token, which is taken from the variable CORVANTA_TOKEN or from a file.\n"
@@ -58,8 +47,7 @@ std::string_view ServiceHelp() {
            "  --help              show this\n";
 }
 
-std::variant<ServiceOptions, OptionProblem> ParseServiceOptions(
-    const std::vector<std::string_view>& arguments) {
+std::variant<ServiceOptions, Failure> ParseServiceOptions(const std::vector<std::string_view>& arguments) {
     ServiceOptions options;
     for (std::size_t at = 0; at < arguments.size(); ++at) {
         const std::string_view name = arguments[at];
@@ -77,23 +65,22 @@ std::variant<ServiceOptions, OptionProblem> ParseServiceOptions(
             *path = value;
         } else if (name == "--address") {
             options.address = value;
-        } else if (const auto port = ReadPort(value)) {
+        } else if (const auto port = ParseNumber<std::uint16_t>(value, 0, UINT16_MAX)) {
             options.port = *port;
         } else {
             return ProblemOf("'", value, "' is no port, which is a number up to 65535");
         }
     }
     if (options.certificate.empty() != options.key.empty())
-        return OptionProblem{"--certificate and --key go together"};
+        return Failure{"--certificate and --key go together"};
     return options;
 }
 
-std::variant<std::string, OptionProblem> ReadToken(const std::filesystem::path& file) {
+std::variant<std::string, Failure> ReadToken(const std::filesystem::path& file) {
     std::string token;
     if (file.empty()) {
         const char* const variable = std::getenv(kTokenVariable);
-        if (variable == nullptr)
-            return OptionProblem{"there is no token: set CORVANTA_TOKEN or give --token-file"};
+        if (variable == nullptr) return Failure{"there is no token: set CORVANTA_TOKEN or give --token-file"};
         token = variable;
     } else {
         struct stat found {};
@@ -106,7 +93,7 @@ std::variant<std::string, OptionProblem> ReadToken(const std::filesystem::path& 
         while (!token.empty() && (token.back() == '\r' || token.back() == ' ')) token.pop_back();
     }
     if (!IsToken(token))
-        return OptionProblem{"the token has to be 1 to 1024 printable ASCII letters without blanks"};
+        return Failure{"the token has to be 1 to 1024 printable ASCII letters without blanks"};
     return token;
 }
 

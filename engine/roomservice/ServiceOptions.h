@@ -8,6 +8,8 @@
 #include <variant>
 #include <vector>
 
+#include "engine/common/CommandLine.h"
+
 namespace Corvanta::Engine {
 
 struct ServiceOptions {
@@ -25,17 +27,12 @@ struct ServiceOptions {
     std::filesystem::path key;
 };
 
-// One line for the user.
-struct OptionProblem {
-    std::string line;
-};
-
-[[nodiscard]] std::variant<ServiceOptions, OptionProblem> ParseServiceOptions(
+[[nodiscard]] std::variant<ServiceOptions, Failure> ParseServiceOptions(
     const std::vector<std::string_view>& arguments);
 [[nodiscard]] std::string_view ServiceHelp();
 
 // The token of that file, or of the variable CORVANTA_TOKEN when there is no file. A file that others can
 // read is refused. The problem never tells the token.
-[[nodiscard]] std::variant<std::string, OptionProblem> ReadToken(const std::filesystem::path& file);
+[[nodiscard]] std::variant<std::string, Failure> ReadToken(const std::filesystem::path& file);
 
 }  // namespace Corvanta::Engine

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <map>
 #include <mutex>
@@ -102,7 +103,7 @@ struct Look {
     bool hasGlasses;
 };
 
-constexpr std::array kLooks{
+constexpr std::array<Look, kPlainLooks> kLooks{
     Look{FromHex(0x16243F), FromHex(0x2E6F95), FromHex(0x7FC8DE), FromHex(0xE9A15B), FromHex(0xF0C5A3),
          FromHex(0x5A3825), FromHex(0xFFD166), 220.0, true, false},
     Look{FromHex(0x3A1C3F), FromHex(0xB24A63), FromHex(0xFFB48F), FromHex(0x2B3A55), FromHex(0xC98E66),
@@ -112,6 +113,23 @@ constexpr std::array kLooks{
     Look{FromHex(0x241747), FromHex(0x6A4BB0), FromHex(0xBBA8FF), FromHex(0x37B5A4), FromHex(0xF4D3BC),
          FromHex(0xB98A4E), FromHex(0xCFC2FF), 165.0, false, false},
 };
+
+// Ground, face, shirt and glasses may each be of another of them.
+constexpr std::size_t kAllLooks = kPlainLooks * kPlainLooks * kPlainLooks * kPlainLooks;
+
+Look LookAt(std::size_t index) {
+    const auto part = [&](std::size_t place) -> const Look& {
+        return kLooks[(index + index / place) % kPlainLooks];
+    };
+    const Look& face = part(kPlainLooks);
+    Look look = kLooks[index % kPlainLooks];
+    look.skin = face.skin;
+    look.hair = face.hair;
+    look.hasLongHair = face.hasLongHair;
+    look.shirt = part(kPlainLooks * kPlainLooks).shirt;
+    look.hasGlasses = part(kPlainLooks * kPlainLooks * kPlainLooks).hasGlasses;
+    return look;
+}
 
 Canvas PaintGround(const Look& look) {
     Canvas canvas(kClipWidth, kClipHeight);
@@ -204,14 +222,14 @@ struct PersonArt {
 };
 
 // Shared while anybody of that look is there. Any thread.
-std::shared_ptr<const PersonArt> ArtOf(const Look& look, int divisor) {
+std::shared_ptr<const PersonArt> ArtOf(std::size_t lookIndex, int divisor) {
     static std::mutex mutex;
-    static std::map<std::pair<const Look*, int>, std::weak_ptr<const PersonArt>> known;
+    static std::map<std::pair<std::size_t, int>, std::weak_ptr<const PersonArt>> known;
     const std::lock_guard lock(mutex);
-    std::weak_ptr<const PersonArt>& entry = known[{&look, divisor}];
+    std::weak_ptr<const PersonArt>& entry = known[{lookIndex, divisor}];
     auto art = entry.lock();
     if (!art) {
-        art = std::make_shared<const PersonArt>(look, divisor);
+        art = std::make_shared<const PersonArt>(LookAt(lookIndex), divisor);
         entry = art;
     }
     return art;
@@ -222,12 +240,12 @@ public:
     PersonScene(const std::string& name, std::size_t lookIndex, const SpeakingTurn& speakingTurn,
                 const ClipFormat& clipFormat)
         : ClipScene(clipFormat),
-          look(kLooks[lookIndex % kLooks.size()]),
+          look(LookAt(lookIndex % kAllLooks)),
           phase(static_cast<double>(lookIndex) * 0.27),
           turn(speakingTurn),
           divisor(kClipWidth / clipFormat.width),
           label(name, divisor),
-          art(ArtOf(look, divisor)),
+          art(ArtOf(lookIndex % kAllLooks, divisor)),
           accent(ToYuv(look.accent)) {}
 
     void Draw(std::chrono::nanoseconds time, const Planes& target) const override {
@@ -287,7 +305,7 @@ private:
         }
     }
 
-    const Look& look;
+    const Look look;
     const double phase;
     const SpeakingTurn turn;
     const int divisor;
@@ -350,6 +368,14 @@ private:
 ClipFormat ClipFormatFor(std::size_t clips) {
     if (clips <= kFewClips) return {};
     return {kClipWidth / 2, kClipHeight / 2, clips <= kManyClips ? kClipFrameRate : kClipFrameRate / 2};
+}
+
+std::size_t LookOf(const std::string& name) {
+    constexpr std::size_t kSmallNumbers = kPlainLooks * kPlainLooks + 1;
+    // FNV-1a, which is the same everywhere.
+    std::uint32_t hash = 2166136261U;
+    for (const char letter : name) hash = (hash ^ static_cast<unsigned char>(letter)) * 16777619U;
+    return kSmallNumbers + hash % (kAllLooks - kSmallNumbers);
 }
 
 std::unique_ptr<ClipScene> MakePersonScene(const std::string& name, std::size_t look,

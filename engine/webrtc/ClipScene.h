@@ -59,7 +59,14 @@ private:
     const ClipFormat format;
 };
 
-// A person in front of a soft ground. `look` chooses one of the looks, which repeat.
+// How many looks have nothing in common. Persons of one look share most of what they cost.
+constexpr std::size_t kPlainLooks = 4;
+
+// A look for that name, the same everywhere and none of the first that go by numbers, up to 16.
+[[nodiscard]] std::size_t LookOf(const std::string& name);
+
+// A person in front of a soft ground. `look` chooses one of some hundred looks: the first kPlainLooks
+// have nothing in common, the others are made of their parts.
 [[nodiscard]] std::unique_ptr<ClipScene> MakePersonScene(const std::string& name, std::size_t look,
                                                          const SpeakingTurn& turn,
                                                          const ClipFormat& format = {});

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "engine/webrtc/GstSupport.h"
@@ -81,6 +83,21 @@ TEST_F(ClipSceneTest, LooksDifferForEachPerson) {
     const auto one = MakePersonScene("name", 0, {0, 1});
     const auto two = MakePersonScene("name", 1, {0, 1});
     EXPECT_NE(Draw(*one, milliseconds(0)).samples, Draw(*two, milliseconds(0)).samples);
+}
+
+TEST_F(ClipSceneTest, LooksDifferForEachName) {
+    // Under one name, so that the label is the same.
+    const auto draw = [](const std::string& name) {
+        return Draw(*MakePersonScene("name", LookOf(name), {0, 1}), milliseconds(0)).samples;
+    };
+    EXPECT_EQ(LookOf("one"), LookOf("one"));
+    EXPECT_NE(draw("one"), draw("two"));
+    std::set<std::size_t> looks;
+    for (const char* const name : {"one", "two", "Ada", "Bo", "Alva", "Bruno", "red", "blue", ""})
+        looks.insert(LookOf(name));
+    EXPECT_EQ(looks.size(), 9U);
+    // Guests go by their numbers.
+    EXPECT_GT(*looks.begin(), 16U);
 }
 
 TEST_F(ClipSceneTest, ExactlyOnePersonSpeaksAtATimeAndEachHasATurn) {

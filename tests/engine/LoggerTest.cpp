@@ -53,6 +53,16 @@ TEST_F(Logger, WritesLongLinesWholeAndPercentSignsAsTheyAre) {
     EXPECT_NE(folder.Read("log").find(text + " end\n"), std::string::npos);
 }
 
+TEST_F(Logger, KeepsTextsOfOthersOnTheirLine) {
+    ConfigureLog(kLogInformation, folder.File("log"));
+    LOG(kLogInformation, "%s has come", "a\nb\r\x1b[31m\x7f\xC2\x9B\xC3\xA9");
+    const std::string text(5000, 'x');
+    LOG(kLogInformation, "%s\nend", text.c_str());
+    EXPECT_TRUE(Has("x?end\n"));
+    EXPECT_NE(folder.Read("log").find("a?b??[31m???\xC3\xA9 has come\n"), std::string::npos)
+        << folder.Read("log");
+}
+
 TEST_F(Logger, GoesOnWithoutAFileThatCannotBeOpened) {
     ConfigureLog(kLogInformation, folder.path);
     LOG(kLogInformation, "still here");

@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-std::variant<GuestOptions, BadArguments> Parse(std::initializer_list<std::string_view> further) {
+std::variant<GuestOptions, Engine::Failure> Parse(std::initializer_list<std::string_view> further) {
     std::vector<std::string_view> arguments{"--room", "review", "--name", "one"};
     arguments.insert(arguments.end(), further);
     return ParseGuestOptions(arguments);
@@ -20,15 +20,15 @@ std::variant<GuestOptions, BadArguments> Parse(std::initializer_list<std::string
 
 GuestOptions Parsed(std::initializer_list<std::string_view> further) {
     const auto parsed = Parse(further);
-    if (const auto* const problem = std::get_if<BadArguments>(&parsed)) {
+    if (const auto* const problem = std::get_if<Engine::Failure>(&parsed)) {
         ADD_FAILURE() << problem->line;
         return {};
     }
     return std::get<GuestOptions>(parsed);
 }
 
-std::string ProblemOf(std::variant<GuestOptions, BadArguments> parsed) {
-    const auto* const problem = std::get_if<BadArguments>(&parsed);
+std::string ProblemOf(std::variant<GuestOptions, Engine::Failure> parsed) {
+    const auto* const problem = std::get_if<Engine::Failure>(&parsed);
     return problem != nullptr ? problem->line : "";
 }
 
@@ -51,6 +51,14 @@ TEST(GuestOptions, NameWhatIsMissing) {
     EXPECT_NE(ProblemOf(ParseGuestOptions({})).find("--room"), std::string::npos);
     const std::vector<std::string_view> nameless{"--room", "review"};
     EXPECT_NE(ProblemOf(ParseGuestOptions(nameless)).find("--name"), std::string::npos);
+}
+
+TEST(GuestOptions, TakeTheRoomOfTheEnvironmentWhereNoneIsNamed) {
+    const std::vector<std::string_view> named{"--room", "review", "--name", "one"};
+    const std::vector<std::string_view> nameless{"--name", "one"};
+    EXPECT_EQ(std::get<GuestOptions>(ParseGuestOptions(nameless, "hidden")).room, "hidden");
+    EXPECT_EQ(std::get<GuestOptions>(ParseGuestOptions(named, "hidden")).room, "review");
+    EXPECT_NE(ProblemOf(ParseGuestOptions(nameless, "two\nlines")).find("--room"), std::string::npos);
 }
 
 TEST(GuestOptions, ReadEverythingThatThereIs) {
@@ -91,8 +99,8 @@ TEST(GuestOptions, RefuseInOneLineThatNamesTheOption) {
         std::vector<std::string_view> values;
     };
     for (const Bad& bad : std::vector<Bad>{
-             {"--server", {"", "ws://", "http://host", "host:8188", "ws://a b"}},
-             {"--service", {"", "http://", "ws://host", "host:8189", "http://a b"}},
+             {"--server", {"", "ws://", "http://host", "host:8188", "ws://a b", "ws://me:secret@host"}},
+             {"--service", {"", "http://", "ws://host", "host:8189", "http://a b", "http://host?token=a"}},
              {"--ca", {""}},
              {"--seed", {"", "-1", "4294967296", "one"}},
              {"--index", {"", "-1", "16", "one"}},

@@ -155,6 +155,21 @@ TEST(Guest, TellsItsMarksAgainWheneverAChannelOpens) {
     EXPECT_EQ(drawings[1].at("message").at("shapes"), first.at("message").at("shapes"));
 }
 
+TEST(Guest, TellsItsMarksNoOftenerThanOnceASecond) {
+    FakeRoom room;
+    GuestOptions options = Options();
+    options.role.drawAfter = std::chrono::milliseconds(0);
+    const Visit visit(room, options);
+    ASSERT_TRUE(Eventually([&] { return DrawnIn(room).size() == 1; }));
+    const auto media = Join(room, "two-camera");
+    room.Do([&](const Engine::TransportEvents&) {
+        for (int time = 0; time < 500; ++time) media->events.channel(true);
+    });
+    EXPECT_LE(DrawnIn(room).size(), 10U);
+    // Whoever came after the first hears of them all the same.
+    EXPECT_TRUE(Eventually([&] { return DrawnIn(room).size() >= 3; }));
+}
+
 TEST(Guest, ForgetsTheMarksOnAStreamThatHasGone) {
     FakeRoom room;
     GuestOptions options = Options();

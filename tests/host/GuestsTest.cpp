@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -57,9 +58,9 @@ private:
     TemporaryFolder folder_;
 };
 
-std::unique_ptr<Guests> Started(const Script& script,
-                                const std::vector<std::vector<std::string>>& arguments) {
-    auto started = Guests::Start(script.Path(), arguments);
+std::unique_ptr<Guests> Started(const Script& script, const std::vector<std::vector<std::string>>& arguments,
+                                const std::vector<Guests::Variable>& variables = {}) {
+    auto started = Guests::Start(script.Path(), arguments, variables);
     if (const auto* const failure = std::get_if<Failure>(&started)) {
         ADD_FAILURE() << failure->line;
         return nullptr;
@@ -111,46 +112,44 @@ const std::string kWaitsForTheEnd = R"(trap 'touch "$1/goodbye-$2"; exit 0' TERM
 touch "$1/here-$2"
 while :; do sleep 0.05; done)";
 
-TEST(GuestArguments, NameTheRoomAndEachOnesPlaceInIt) {
-    const auto all = GuestArguments({.count = 3, .room = "review"});
+TEST(GuestArguments, NameEachOnesPlaceInTheRoom) {
+    const auto all = GuestArguments({.count = 3});
     ASSERT_EQ(all.size(), 3U);
     std::set<std::string> names;
     for (std::size_t i = 0; i < all.size(); ++i) {
-        EXPECT_EQ(all[i][0], "--room=review");
-        names.insert(all[i][1]);
-        EXPECT_EQ(all[i][2], "--index=" + std::to_string(i));
-        EXPECT_EQ(all[i][3], "--count=3");
-        EXPECT_EQ(all[i].size(), 5U);
+        names.insert(all[i][0]);
+        EXPECT_EQ(all[i][1], "--index=" + std::to_string(i));
+        EXPECT_EQ(all[i][2], "--count=3");
+        EXPECT_EQ(all[i].size(), 4U);
     }
     EXPECT_EQ(names.size(), 3U);
     EXPECT_EQ(names.count("--name=Alva"), 1U);
 }
 
 TEST(GuestArguments, GiveNobodyThePersonsOwnName) {
-    for (const auto& arguments : GuestArguments({.count = 16, .room = "review", .ownName = "Alva"})) {
-        EXPECT_NE(arguments[1], "--name=Alva");
+    for (const auto& arguments : GuestArguments({.count = 16, .ownName = "Alva"})) {
+        EXPECT_NE(arguments[0], "--name=Alva");
     }
 }
 
 TEST(GuestArguments, PassTheServerOn) {
     const auto all = GuestArguments({.count = 1,
-                                     .room = "review",
                                      .server = "wss://host",
                                      .service = "https://host",
                                      .certificateAuthority = "/ca.pem",
                                      .drawings = false});
-    const std::vector<std::string> further(all[0].begin() + 5, all[0].end());
+    const std::vector<std::string> further(all[0].begin() + 4, all[0].end());
     EXPECT_EQ(further, (std::vector<std::string>{"--server=wss://host", "--service=https://host",
                                                  "--ca=/ca.pem", "--draw=never"}));
 }
 
 TEST(GuestArguments, HaveNoCertificatesForARoomOfThisMachine) {
-    const auto all = GuestArguments({.count = 1, .room = "review", .certificateAuthority = "/ca.pem"});
-    EXPECT_EQ(all[0].size(), 5U);
+    const auto all = GuestArguments({.count = 1, .certificateAuthority = "/ca.pem"});
+    EXPECT_EQ(all[0].size(), 4U);
 }
 
 TEST(GuestArguments, AreNoneWithoutGuests) {
-    EXPECT_TRUE(GuestArguments({.count = 0, .room = "review"}).empty());
+    EXPECT_TRUE(GuestArguments({.count = 0}).empty());
 }
 
 TEST(Guests, GetTheirArgumentsAsTheyAre) {
@@ -159,6 +158,18 @@ TEST(Guests, GetTheirArgumentsAsTheyAre) {
     const auto guests = Started(script, {{script.Folder(), "--name=two words", "--room=$HOME '\""}});
     ASSERT_TRUE(Eventually([&] { return script.Has("words"); }));
     EXPECT_EQ(script.Read("words"), script.Folder() + "\n--name=two words\n--room=$HOME '\"\n");
+}
+
+// No list of processes shows it.
+TEST(Guests, HaveTheirRoomInTheirEnvironmentAlone) {
+    ::setenv("CORVANTA_ROOM_NAME", "another", 1);
+    const Script script(
+        R"(printf '%s\n' "$CORVANTA_ROOM_NAME" "$HOME" >"$1/part" && mv "$1/part" "$1/words")");
+    const auto guests = Started(script, {{script.Folder()}}, {{Engine::kRoomVariable, "own-7 $HOME '\""}});
+    ::unsetenv("CORVANTA_ROOM_NAME");
+    ASSERT_TRUE(Eventually([&] { return script.Has("words"); }));
+    const char* const home = std::getenv("HOME");
+    EXPECT_EQ(script.Read("words"), std::string("own-7 $HOME '\"\n") + (home != nullptr ? home : "") + "\n");
 }
 
 TEST(Guests, SayGoodbyeAtTheEnd) {

@@ -5,8 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/common/Utf8.h"
+
 namespace Corvanta::Host {
 namespace {
+
+using Engine::IsOneLine;
 
 TEST(Names, MayBeAnyTextOnOneLine) {
     for (const char* const text :

@@ -93,8 +93,11 @@ TEST(Options, TakeTheServerThatCarriesTheRoom) {
     EXPECT_EQ(options.server, "wss://host:8188");
     EXPECT_EQ(options.certificateAuthority, "ca.pem");
     EXPECT_EQ(Parsed({"--server=ws://10.0.0.1:8188"}).guests, 3);
-    for (const std::string_view value : {"", "ws://", "http://host", "host:8188", "ws://a b", "ws://a\n"}) {
+    for (const std::string_view value :
+         {"", "ws://", "http://host", "host:8188", "ws://a b", "ws://a\n", "ws://me:secret@host",
+          "ws://host/?token=secret", "ws://host/path"}) {
         EXPECT_NE(FailureOf({"--server", value}).find("--server"), std::string::npos) << value;
+        EXPECT_EQ(FailureOf({"--server", value}).find("secret"), std::string::npos);
     }
     EXPECT_EQ(FailureOf({"--ca", "ca.pem"}), "--ca is for --server and --service");
     EXPECT_FALSE(FailureOf({"--ca", "", "--server", "ws://host"}).empty());

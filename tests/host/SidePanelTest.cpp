@@ -76,7 +76,8 @@ TEST_F(SidePanelTest, KeepsTheOwnLinesOfTheChat) {
     panel_->show();
     const auto* const lines = panel_->findChild<QListWidget*>();
     ASSERT_EQ(lines->count(), 1);
-    EXPECT_EQ(lines->item(0)->text(), "You: Hello");
+    EXPECT_THAT(lines->item(0)->text().toStdString(),
+                ::testing::MatchesRegex("You \\([0-9][0-9]:[0-9][0-9]\\): Hello"));
     EXPECT_THAT(TakeEngineCalls(), ElementsAre("chat Hello"));
 }
 
@@ -105,6 +106,17 @@ TEST_F(SidePanelTest, ShowsWhatTheOthersWriteAsPlainText) {
     EXPECT_TRUE(shown.startsWith("Ada (")) << shown.toStdString();
     EXPECT_TRUE(shown.endsWith("): <b>Grüße</b>\nan alle")) << shown.toStdString();
     EXPECT_EQ(news_, 0) << "it is seen at once";
+}
+
+// Nobody writes in another one's name.
+TEST_F(SidePanelTest, ShowsNamesOnOneLineAndTheRightWayRound) {
+    Open(0);
+    FireChatLine(
+        {"Ada\n\x1b[1mBo\xE2\x80\xAE\xE2\x80\xA8 (12:00): Yes", "Hello", std::chrono::system_clock::now()});
+    const auto* const lines = panel_->findChild<QListWidget*>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return lines->count() == 1; }));
+    EXPECT_TRUE(lines->item(0)->text().startsWith("Ada [1mBo (12:00): Yes ("))
+        << lines->item(0)->text().toStdString();
 }
 
 TEST_F(SidePanelTest, TellsOfLinesThatNobodySees) {

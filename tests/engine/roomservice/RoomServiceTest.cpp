@@ -215,6 +215,17 @@ TEST_F(RoomServiceTest, IsReplacedByAnotherWhenItStops) {
     EXPECT_FALSE(std::filesystem::exists(place.socket));
 }
 
+TEST_F(RoomServiceTest, ServesAsSoonAsItCanBeListenedTo) {
+    // In the way of its socket.
+    std::filesystem::create_directories(place.socket / "a");
+    RoomService service(place);
+    service.Start();
+    EXPECT_FALSE(service.IsServing());
+    std::filesystem::remove_all(place.socket);
+    EXPECT_TRUE(Eventually([&] { return service.IsServing(); }));
+    EXPECT_EQ(Post(ReportOf("you")), 204U);
+}
+
 // What a process that serves has stored is there for the next one, although the first was killed.
 TEST_F(RoomServiceTest, KeepsItsDatabaseWhenItsProcessIsKilled) {
     std::string program = CORVANTA_ROOM_SERVICE_PROCESS;

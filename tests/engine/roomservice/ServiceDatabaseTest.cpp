@@ -8,6 +8,7 @@
 
 #include <array>
 #include <atomic>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -92,6 +93,71 @@ TEST_F(ServiceDatabaseTest, TakesOverTheFileOfTheFormerPlace) {
     struct stat found {};
     ASSERT_EQ(::stat(place.database.c_str(), &found), 0);
     EXPECT_EQ(found.st_mode & 0777U, 0600U);
+}
+
+TEST_F(ServiceDatabaseTest, ServesFromTheFormerPlaceUntilThatCanBeTakenOver) {
+    place.formerDatabase = folder.File("former.sqlite");
+    place.database = folder.path / "lasting" / "room-service.sqlite";
+    RunSql(place.formerDatabase, kFirstVersion);
+    // In the way of the copy.
+    std::filesystem::create_directories(folder.path / "lasting" / "room-service.sqlite.new" / "a");
+    {
+        RoomService service(place);
+        service.Start();
+        EXPECT_EQ(Status("GET", "/connectivity?session=session&stream=you"), 200U);
+        EXPECT_EQ(Notes("review").Put(0, "meanwhile"), 200U);
+    }
+    EXPECT_FALSE(std::filesystem::exists(place.database));
+    std::filesystem::remove_all(folder.path / "lasting" / "room-service.sqlite.new");
+    RoomService service(place);
+    service.Start();
+    EXPECT_EQ(Notes("review").Get()->text, "meanwhile");
+    EXPECT_EQ(Status("GET", "/connectivity?session=session&stream=you"), 200U);
+    EXPECT_TRUE(std::filesystem::exists(place.database));
+    EXPECT_FALSE(std::filesystem::exists(place.formerDatabase));
+}
+
+TEST_F(ServiceDatabaseTest, KeepsEveryFileAsideThatItCannotRead) {
+    for (const std::string& content :
+         {std::string(5000, 'a'), std::string(5000, 'b'), std::string(5000, 'c')}) {
+        folder.Write("room-service.sqlite", content);
+        EXPECT_NE(ServiceDatabase::Open(place.database), nullptr);
+    }
+    for (const auto& [suffix, letter] : {std::pair{"", 'a'}, std::pair{"-2", 'b'}, std::pair{"-3", 'c'}}) {
+        const std::string name = std::string("room-service.sqlite.unreadable") + suffix;
+        EXPECT_EQ(folder.Read(name), std::string(5000, letter));
+    }
+}
+
+TEST_F(ServiceDatabaseTest, TakesTheNextRequestAfterOneThatFailedHalfway) {
+    const auto database = ServiceDatabase::Open(place.database);
+    ASSERT_NE(database, nullptr);
+    const auto add = [&](const char* room) {
+        Statement statement(*database, "INSERT INTO notes(room, revision, text) VALUES(?1, 1, '')");
+        return statement.BindBytes(1, room).Step() == SQLITE_DONE;
+    };
+    EXPECT_THROW(static_cast<void>(database->Write([&]() -> bool {
+                     EXPECT_TRUE(add("lost"));
+                     throw std::runtime_error("no memory");
+                 })),
+                 std::runtime_error);
+    EXPECT_TRUE(database->Write([&] { return add("kept"); }));
+    Statement count(*database, "SELECT COUNT(*) FROM notes");
+    ASSERT_EQ(count.Step(), SQLITE_ROW);
+    EXPECT_EQ(count.Number(0), 1);
+}
+
+TEST_F(ServiceDatabaseTest, AnswersWith500WhileAnotherProgramHasTheFileLocked) {
+    RoomService service(place);
+    service.Start();
+    EXPECT_EQ(Notes("review").Put(0, "before"), 200U);
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(place.database.c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_EQ(Notes("review").Put(1, "locked"), 500U);
+    EXPECT_EQ(Notes("review").Get()->text, "before") << "it can be read";
+    EXPECT_EQ(sqlite3_close(other), SQLITE_OK);
+    EXPECT_EQ(Notes("review").Put(1, "after"), 200U);
 }
 
 TEST_F(ServiceDatabaseTest, LeavesTheFileOfANewerVersionAlone) {

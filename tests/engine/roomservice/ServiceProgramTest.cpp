@@ -28,7 +28,7 @@ constexpr const char* kToken = "open-sesame-4711";
 
 std::string ProblemOf(const std::vector<std::string_view>& arguments) {
     const auto parsed = ParseServiceOptions(arguments);
-    const auto* const problem = std::get_if<OptionProblem>(&parsed);
+    const auto* const problem = std::get_if<Failure>(&parsed);
     return problem != nullptr ? problem->line : std::string();
 }
 
@@ -60,7 +60,7 @@ TEST(ServiceOptionsTest, TakesTheTokenFromAFileOfItsOwnersAlone) {
     const TemporaryFolder folder;
     const auto problem = [&](const std::string& name) {
         const auto token = ReadToken(folder.File(name));
-        const auto* const found = std::get_if<OptionProblem>(&token);
+        const auto* const found = std::get_if<Failure>(&token);
         return found != nullptr ? found->line : std::string();
     };
     folder.Write("token", "open-sesame-4711\r\nmore\n");

@@ -28,11 +28,13 @@ using ::testing::StartsWith;
 
 constexpr const char* kToken = "open-sesame-4711";
 
-// A connection to this machine's own port, without any protocol.
-int Connect(std::uint16_t port) {
+// A connection to this machine's own port, without any protocol. From one of its addresses.
+int Connect(std::uint16_t port, const char* from = "127.0.0.1") {
     const int file = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
+    address.sin_addr.s_addr = ::inet_addr(from);
+    EXPECT_EQ(::bind(file, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     EXPECT_EQ(::connect(file, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
@@ -88,6 +90,51 @@ TEST_F(TcpService, SaysNothingButNoToWhoeverDoesNot) {
     EXPECT_EQ(NotesClient(AddressOf(serving), "a").Get(), NotesText{}) << "nothing was taken";
     EXPECT_EQ(log.Count(kToken), 0);
     EXPECT_EQ(log.Count("wrong"), 0);
+}
+
+// Which is a room of somebody's own machine.
+TEST_F(TcpService, KeepsNothingForARoomWithoutAName) {
+    const ServingThread serving(OptionsHere());
+    const NotesClient nameless(AddressOf(serving), "");
+    EXPECT_EQ(nameless.Put(0, "whose?"), 400U);
+    EXPECT_EQ(nameless.Get(), std::nullopt);
+    const auto status = [&](const std::string& method, const std::string& body) {
+        return StatusOf(SendRequest(AddressOf(serving), {method, "/sessions?room=", body}));
+    };
+    EXPECT_EQ(status("GET", {}), 400U);
+    EXPECT_EQ(
+        status("POST", WriteSession({.id = "1", .name = "a", .begun = "2024-03-01T12:34:56Z", .ended = {}})),
+        400U);
+    EXPECT_EQ(NotesClient(AddressOf(serving), "review").Put(0, "ours"), 200U);
+}
+
+TEST_F(TcpService, EndsConnectionsOnWhichNothingIsAskedSoonerThanThoseThatAreInUse) {
+    RoomServer::Options options = OptionsHere();
+    options.connections.head = milliseconds(200);
+    ServingThread serving(options);
+    const RawConnection asking(Connect(serving.port));
+    asking.Send("GET /notes?room=a HTTP/1.1\r\nHost: a\r\nAuthorization: Bearer open-sesame-4711\r\n\r\n");
+    EXPECT_THAT(asking.Receive(), StartsWith("HTTP/1.1 200 "));
+    const RawConnection silent(Connect(serving.port));
+    const RawConnection slow(Connect(serving.port));
+    slow.Send("GET /notes?room=a HTTP/1.1\r\nHo");
+    EXPECT_TRUE(Eventually([&] { return serving.Connections() == 1; }));
+    EXPECT_EQ(silent.Receive(), "");
+    EXPECT_EQ(slow.Receive(), "");
+}
+
+TEST_F(TcpService, LeavesPlaceForOtherAddressesThanTheOneThatTakesAll) {
+    RoomServer::Options options = OptionsHere();
+    options.connections.connectionsOfAddress = 2;
+    ServingThread serving(options);
+    const RawConnection one(Connect(serving.port));
+    const RawConnection two(Connect(serving.port));
+    EXPECT_TRUE(Eventually([&] { return serving.Connections() == 2; }));
+    const RawConnection beyond(Connect(serving.port));
+    EXPECT_EQ(beyond.Receive(), "") << "it is closed";
+    const RawConnection other(Connect(serving.port, "127.0.0.2"));
+    other.Send("GET /notes?room=a HTTP/1.1\r\nHost: a\r\nAuthorization: Bearer open-sesame-4711\r\n\r\n");
+    EXPECT_THAT(other.Receive(), StartsWith("HTTP/1.1 200 "));
 }
 
 TEST_F(TcpService, LetsNobodyTryTokensForLong) {

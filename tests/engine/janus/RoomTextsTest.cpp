@@ -1,134 +1,15 @@
 // Texts over a server that forwards what is said to whoever hears it at the moment, and may lose some of it.
-// The server is a few lines here, and the clock is told.
 #include "engine/janus/RoomTexts.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <chrono>
-#include <functional>
-#include <map>
 #include <memory>
-#include <set>
 #include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
-#include "tests/engine/signalling/LogLines.h"
+#include "tests/engine/janus/TextForwarder.h"
 
 namespace Corvanta::Engine {
 namespace {
-
-using std::chrono::seconds;
-using Texts = std::vector<std::string>;
-
-std::string Join(std::string_view first, std::string_view second) {
-    std::string joined(first);
-    joined += second;
-    return joined;
-}
-
-class Forwarder final {
-public:
-    struct Member {
-        std::string id;
-        std::unique_ptr<RoomTexts> texts;
-        bool speaks = true;
-        std::size_t takes = 1'000'000;
-        std::set<std::string> hears;
-        std::map<std::string, Texts> heard;
-        // "+a" and "-a" for a channel.
-        Texts channels, mutes, begunAnew;
-        std::map<std::string, LocalTracks> tracks;
-        std::vector<std::string> said;
-        std::vector<std::pair<std::string, std::string>> coming;
-    };
-
-    Member& Add(const std::string& id) {
-        Member& member = members[id];
-        member.id = id;
-        member.texts = std::make_unique<RoomTexts>(
-            id, RoomTextsEvents{
-                    .send =
-                        [&member](const std::string& message) {
-                            if (member.said.size() >= member.takes) return false;
-                            EXPECT_LE(message.size(), kLongestPiece);
-                            member.said.push_back(message);
-                            return true;
-                        },
-                    .text = [&member](const std::string& from,
-                                      std::string text) { member.heard[from].push_back(std::move(text)); },
-                    .channel =
-                        [&member](const std::string& from, bool isOpen) {
-                            member.channels.push_back(Join(isOpen ? "+" : "-", from));
-                        },
-                    .tracks = [&member](const std::string& from,
-                                        const LocalTracks& tracks) { member.tracks[from] = tracks; },
-                    .mute = [&member](const std::string& id_) { member.mutes.push_back(id_); },
-                    .begunAnew = [&member](const std::string& from) { member.begunAnew.push_back(from); }});
-        member.texts->OnOwnChannel(true);
-        return member;
-    }
-
-    // `who` hears the other one from this moment on.
-    void Hear(const std::string& who, const std::string& other) {
-        members[who].hears.insert(other);
-        members[who].texts->OnEar(other, other, true);
-        Settle();
-    }
-    void Deafen(const std::string& who, const std::string& other) {
-        members[who].hears.erase(other);
-        members[who].texts->OnEar(other, other, false);
-    }
-    void Meet(const std::string& one, const std::string& other) {
-        Hear(one, other);
-        Hear(other, one);
-    }
-    // Carries what was said, until nobody says anything more.
-    void Settle() {
-        for (bool isQuiet = false; !isQuiet;) {
-            isQuiet = true;
-            for (auto& [id, speaker] : members) {
-                for (const std::string& message : std::exchange(speaker.said, {})) {
-                    isQuiet = false;
-                    if (onMessage) onMessage(id, message);
-                    for (auto& [other, listener] : members) {
-                        const bool isLost = loses && loses(message);
-                        if (!listener.hears.contains(id) || isLost) continue;
-                        listener.coming.emplace_back(id, message);
-                    }
-                }
-                for (auto& [other, listener] : members) {
-                    if (other == holdsBack) continue;
-                    for (const auto& [from, message] : std::exchange(listener.coming, {})) {
-                        isQuiet = false;
-                        listener.texts->Take(from, message, now);
-                    }
-                }
-                speaker.texts->Pump();
-            }
-        }
-    }
-    void Pass(int secondsPassed) {
-        for (int second = 0; second < secondsPassed; ++second) {
-            now += seconds(1);
-            for (auto& [id, member] : members) member.texts->Tick(now);
-            Settle();
-        }
-    }
-
-    std::map<std::string, Member> members;
-    std::function<bool(const std::string& message)> loses;
-    std::function<void(const std::string& from, const std::string& message)> onMessage;
-    // To whom nothing gets at the moment.
-    std::string holdsBack;
-    RoomTexts::Clock::time_point now{seconds(1000)};
-};
-
-constexpr const char* kA = "a";
-constexpr const char* kB = "b";
-constexpr const char* kC = "c";
 
 TEST(RoomTexts, ArriveInOrderWhateverTheirLength) {
     Forwarder room;
@@ -317,109 +198,6 @@ TEST(RoomTexts, SurviveAnythingThatAMemberSays) {
     EXPECT_EQ(b.heard[kA], (Texts{"still here"}));
 }
 
-TEST(RoomTexts, OfAHeapAllArriveInOrder) {
-    LogLines log;
-    Forwarder room;
-    auto& a = room.Add(kA);
-    auto& b = room.Add(kB);
-    auto& c = room.Add(kC);
-    room.Meet(kA, kB);
-    room.Meet(kA, kC);
-    room.Meet(kB, kC);
-    Texts all;
-    for (int number = 0; number < 5000; ++number) {
-        all.push_back(std::to_string(number));
-        a.texts->Say(all.back());
-    }
-    room.Settle();
-    // Not more than everybody can read.
-    EXPECT_LE(b.heard[kA].size(), static_cast<std::size_t>(kMessagesPerSecond));
-    room.Pass(6);
-    EXPECT_EQ(b.heard[kA], all);
-    EXPECT_EQ(c.heard[kA], all);
-    EXPECT_EQ(log.Count("says more than can be read"), 0);
-}
-
-// What was on its way for a while, to one who stood still meanwhile.
-TEST(RoomTexts, ThatComeInAHeapAllArriveInOrder) {
-    Forwarder room;
-    auto& a = room.Add(kA);
-    auto& b = room.Add(kB);
-    room.Meet(kA, kB);
-    room.holdsBack = kB;
-    Texts all;
-    for (int second = 0; second < 10; ++second) {
-        for (int number = 0; number < 800; ++number) {
-            all.push_back(std::to_string(800 * second + number));
-            a.texts->Say(all.back());
-        }
-        room.Pass(1);
-    }
-    EXPECT_TRUE(b.heard[kA].empty());
-    room.holdsBack.clear();
-    room.Pass(20);
-    EXPECT_EQ(b.heard[kA], all);
-}
-
-TEST(RoomTexts, OfOneWhoSaysTooMuchAreReadNoFurther) {
-    LogLines log;
-    Forwarder room;
-    auto& b = room.Add(kB);
-    room.Add(kA);
-    room.Meet(kA, kB);
-    // Says what it likes, as fast as it likes.
-    const auto flood = [&] {
-        for (int number = 1; number <= 5000; ++number) {
-            std::string piece = "t1 ";
-            piece += std::to_string(number);
-            piece += " 0 2\nTx";
-            b.texts->Take(kA, piece, room.now);
-        }
-    };
-    flood();
-    EXPECT_EQ(b.heard[kA].size(), static_cast<std::size_t>(2 * kMessagesPerSecond));
-    EXPECT_EQ(log.Count("says more than can be read"), 1);
-    // It says it again.
-    room.Pass(1);
-    flood();
-    EXPECT_EQ(b.heard[kA].size(), static_cast<std::size_t>(3 * kMessagesPerSecond));
-}
-
-TEST(RoomTexts, AreSaidAgainWithinABudgetAndAfterWhatIsNew) {
-    Forwarder room;
-    auto& a = room.Add(kA);
-    auto& b = room.Add(kB);
-    room.Add(kC);
-    room.Meet(kA, kB);
-    room.Meet(kA, kC);
-    const std::string longText(4 * kLongestPiece, 'x');
-    for (int number = 0; number < 100; ++number) a.texts->Say(longText);
-    room.Settle();
-    // One of them says in every way that it has heard nothing, over and over.
-    std::size_t bytes = 0;
-    room.onMessage = [&](const std::string& from, const std::string& message) {
-        if (from == kA) bytes += message.size();
-    };
-    std::uint32_t ear = 1000;
-    const int turns = 100;
-    for (int second = 0; second < turns; ++second) {
-        for (int count = 0; count < 50; ++count) {
-            std::string state = R"(s1 {"hears":{"a":[)";
-            state += std::to_string(++ear);
-            state += ",1]}}";
-            a.texts->Take(kC, state, room.now);
-            room.Settle();
-        }
-        a.texts->Say("new");
-        room.Pass(1);
-        EXPECT_EQ(b.heard[kA].size(), static_cast<std::size_t>(101 + second));
-    }
-    EXPECT_LT(static_cast<double>(bytes), RoomTexts::kMostBytesAgainAtOnce +
-                                              turns * RoomTexts::kBytesAgainPerSecond + turns * 1000.0 +
-                                              500'000.0);
-    EXPECT_LT(std::count(a.channels.begin(), a.channels.end(), "+c"), turns + 10);
-}
-
 TEST(RoomTexts, SaidToAMemberThatWasMetAndDoesNotHearYetReachIt) {
     Forwarder room;
     auto& a = room.Add(kA);
@@ -465,38 +243,6 @@ TEST(RoomTexts, TellOfAMemberThatHasGivenUsUp) {
     room.Pass(2);
     EXPECT_EQ(b.heard[kA], (Texts{"1", "2"}));
     EXPECT_EQ(a.heard[kB], (Texts{"one", "two"}));
-}
-
-TEST(RoomTexts, KeepNoMoreThanTheirBound) {
-    LogLines log;
-    Forwarder room;
-    auto& a = room.Add(kA);
-    auto& b = room.Add(kB);
-    room.Meet(kA, kB);
-    a.texts->OnOwnChannel(false);
-    const std::size_t size = 1024 * 1024;
-    for (char letter = 'a'; letter <= 'p'; ++letter) a.texts->Say(std::string(size, letter));
-    a.texts->OnOwnChannel(true);
-    room.Pass(2);
-    // Seven and not eight, since each counts for more than its bytes.
-    ASSERT_EQ(b.heard[kA].size(), 7U);
-    EXPECT_EQ(b.heard[kA].front().front(), 'j');
-    EXPECT_EQ(b.heard[kA].back().front(), 'p');
-    EXPECT_EQ(log.Count("the oldest texts go"), 1);
-    EXPECT_EQ(log.Count("which said more than it could keep"), 1);
-}
-
-TEST(RoomTexts, LeaveOutATextThatNobodyWouldTake) {
-    LogLines log;
-    Forwarder room;
-    auto& a = room.Add(kA);
-    auto& b = room.Add(kB);
-    room.Meet(kA, kB);
-    a.texts->Say(std::string(kLongestText, 'x'));
-    a.texts->Say("short");
-    room.Settle();
-    EXPECT_EQ(b.heard[kA], (Texts{"short"}));
-    EXPECT_EQ(log.Count("is too long to be sent"), 1);
 }
 
 TEST(RoomTexts, CarryWhatIsOffAndWhoIsMuted) {

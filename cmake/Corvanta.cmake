@@ -28,3 +28,11 @@ function(corvanta_floor name)
     add_library(corvanta-floor-${name} OBJECT ${ARGN})
     target_link_libraries(corvanta-floor-${name} PUBLIC corvanta-options)
 endfunction()
+
+# A program that works with GLib and GStreamer, whose ways the sanitizers have to be told of.
+function(corvanta_engine_program name)
+    add_executable(${name} ${ARGN})
+    if(CORVANTA_SANITIZE)
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/engine/SanitizerOptions.cpp)
+    endif()
+endfunction()

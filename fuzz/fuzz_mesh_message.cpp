@@ -9,7 +9,7 @@
 #include "engine/common/EngineLoop.h"
 #include "engine/mesh/MeshMessage.h"
 #include "engine/transport/TextLine.h"
-#include "engine/webrtc/MainStreamRule.h"
+#include "engine/webrtc/MainStreamMessage.h"
 
 namespace {
 

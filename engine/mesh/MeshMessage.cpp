@@ -1,10 +1,8 @@
 #include "engine/mesh/MeshMessage.h"
 
-#include <array>
 #include <exception>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <utility>
 
 #include "engine/signalling/RoomMessage.h"
 #include "engine/transport/StreamNames.h"

@@ -9,7 +9,6 @@
 #include <string_view>
 #include <variant>
 
-#include "engine/transport/ParticipantMedia.h"
 #include "engine/transport/Transport.h"
 
 namespace Corvanta::Engine {

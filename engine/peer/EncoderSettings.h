@@ -1,5 +1,5 @@
 // How a feed's pictures are encoded, and how its bit rate follows what the receivers report. Plain functions
-// and values.
+// and values; a BitrateRule is used by one thread at a time.
 #pragma once
 
 #include <chrono>

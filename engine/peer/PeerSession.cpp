@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "engine/peer/PeerCertificate.h"
 #include "platform/Logger.h"

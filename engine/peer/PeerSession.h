@@ -6,7 +6,6 @@
 #include <gst/gst.h>
 #include <gst/webrtc/webrtc.h>
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -61,8 +60,12 @@ public:
     // On return no event is in progress and none follows.
     void Close();
 
+    // What the peer has handed out, of which the description has been looked at. TakeOffer once, where this
+    // side answers, and TakeAnswer once, where it offers; a description that webrtcbin refuses ends the
+    // session.
     void TakeOffer(const std::string& sdp);
     void TakeAnswer(const std::string& sdp);
+    // Any number of them, also before the description.
     void AddCandidate(std::uint32_t mediaLine, const std::string& text);
 
     // Lives as long as this; open from channelOpen on.

@@ -33,7 +33,6 @@ void AddCodec(const GstStructure* structure, PeerReport& report) {
     const char* text = gst_structure_get_string(structure, "mime-type");
     const std::string_view type = text != nullptr ? text : "";
     if (type.starts_with("video/")) report.videoCodec = type.substr(6);
-    if (type.starts_with("audio/")) report.audioCodec = type.substr(6);
 }
 
 void AddRemoteInbound(const GstStructure* structure, PeerReport& report) {
@@ -60,10 +59,7 @@ gboolean AddEntry(GQuark, const GValue* value, gpointer data) {
             report.packetsLost += static_cast<std::int64_t>(Number(structure, "packets-lost"));
             report.jitterMs = std::max(report.jitterMs, Number(structure, "jitter") * kMsPerSecond);
             break;
-        case GST_WEBRTC_STATS_OUTBOUND_RTP:
-            report.bytesSent += Count(structure, "bytes-sent");
-            report.packetsSent += Count(structure, "packets-sent");
-            break;
+        case GST_WEBRTC_STATS_OUTBOUND_RTP: report.bytesSent += Count(structure, "bytes-sent"); break;
         case GST_WEBRTC_STATS_REMOTE_INBOUND_RTP: AddRemoteInbound(structure, report); break;
         case GST_WEBRTC_STATS_CODEC: AddCodec(structure, report); break;
         default: break;
@@ -88,7 +84,6 @@ PeerStatistics StatisticsRates::Add(const PeerReport& report, Clock::time_point 
     statistics.width = report.width;
     statistics.height = report.height;
     statistics.videoCodec = report.videoCodec;
-    statistics.audioCodec = report.audioCodec;
     const double seconds = std::chrono::duration<double>(now - lastTime).count();
     const bool isContinued = last && report.bytesSent >= last->bytesSent &&
                              report.bytesReceived >= last->bytesReceived && report.pictures >= last->pictures;

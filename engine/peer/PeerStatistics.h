@@ -13,7 +13,7 @@ namespace Corvanta::Engine {
 // Counters since the connection was made, and figures of the last moment, as they are read.
 struct PeerReport {
     std::uint64_t bytesSent = 0, bytesReceived = 0;
-    std::uint64_t packetsSent = 0, packetsReceived = 0;
+    std::uint64_t packetsReceived = 0;
     // May fall: what came late is taken back.
     std::int64_t packetsLost = 0;
     // Milliseconds.
@@ -21,7 +21,8 @@ struct PeerReport {
     std::optional<double> roundTripMs;
     // What the peer says of this side's packets: the share lost since its last report, 0 to 1.
     std::optional<double> remoteLossShare;
-    std::string videoCodec, audioCodec;
+    // Empty where none is known.
+    std::string videoCodec;
     // Of the pictures that the peer's decoder gave.
     std::uint64_t pictures = 0;
     int width = 0, height = 0;
@@ -42,7 +43,8 @@ struct PeerStatistics {
     // Pictures a second that were decoded, and their size.
     double frameRate = 0;
     int width = 0, height = 0;
-    std::string videoCodec, audioCodec;
+    // Empty where none is known.
+    std::string videoCodec;
 };
 
 // Makes rates of successive reports.

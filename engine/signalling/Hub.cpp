@@ -203,7 +203,7 @@ void Hub::OnHello(ClientMap::iterator client, const Hello& hello) {
     // The same client, whose end the hub has not noticed, or which was given up.
     if (const auto former = Find(id); former != clients.end()) Drop(former);
     const bool wasExpected = std::erase(expected, id) > 0;
-    if (Members() >= kMostMembers) {
+    if (Members() >= kMostAtHub) {
         Refuse(client, "The room is full");
         return;
     }

@@ -5,7 +5,6 @@
 #include <sys/types.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <exception>
 #include <fstream>
@@ -336,7 +335,7 @@ bool HubClient::Stay::Knows(const std::string& memberId) const {
 }
 
 void HubClient::Stay::Add(const RoomMember& member, Initiator initiator) {
-    if (hasEnded || members.size() >= kMostMembers) return;
+    if (hasEnded || members.size() >= kMostAtHub) return;
     members.push_back(member);
     Tell(&HubClientEvents::onMemberJoined, member, initiator);
 }

@@ -7,7 +7,6 @@
 #include <chrono>
 #include <deque>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>

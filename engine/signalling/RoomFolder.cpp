@@ -7,9 +7,9 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 
 #include "engine/roomservice/RoomServicePlace.h"
 

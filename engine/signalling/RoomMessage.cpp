@@ -48,7 +48,7 @@ const json& ListOf(const json& object, const char* name, std::size_t most) {
 std::vector<std::string> IdsOf(const json& object, const char* name) {
     std::vector<std::string> ids;
     if (!object.contains(name)) return ids;
-    for (const json& id : ListOf(object, name, kMostMembers)) ids.push_back(IdOf(id));
+    for (const json& id : ListOf(object, name, kMostAtHub)) ids.push_back(IdOf(id));
     return ids;
 }
 
@@ -77,7 +77,7 @@ Hello ReadHello(const json& object) {
 
 Welcome ReadWelcome(const json& object) {
     Welcome welcome{IdOf(object.at("id")), FlagOf(object, "returned"), {}};
-    for (const json& member : ListOf(object, "members", kMostMembers))
+    for (const json& member : ListOf(object, "members", kMostAtHub))
         welcome.members.push_back(MemberOf(member));
     welcome.known = IdsOf(object, "known");
     return welcome;
@@ -85,7 +85,7 @@ Welcome ReadWelcome(const json& object) {
 
 Settled ReadSettled(const json& object) {
     Settled settled;
-    for (const json& id : ListOf(object, "ids", kMostMembers)) settled.ids.push_back(IdOf(id));
+    for (const json& id : ListOf(object, "ids", kMostAtHub)) settled.ids.push_back(IdOf(id));
     return settled;
 }
 

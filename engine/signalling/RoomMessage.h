@@ -20,7 +20,7 @@ constexpr int kRoomVersion = 1;
 constexpr std::size_t kLongestLine = std::size_t{512} * 1024;
 constexpr std::size_t kLongestName = 256;
 constexpr std::size_t kLongestId = 64;
-constexpr std::size_t kMostMembers = 64;
+constexpr std::size_t kMostAtHub = 64;
 
 struct RoomMember {
     std::string id;

@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <mutex>
-#include <utility>
 
 #include "engine/webrtc/MappedPicture.h"
 

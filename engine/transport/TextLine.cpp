@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <system_error>
 #include <utility>
 
 #include "platform/Logger.h"

@@ -20,7 +20,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "engine/common/EngineLoop.h"
 #include "engine/signalling/RateLimit.h"

@@ -6,7 +6,6 @@
 #include <functional>
 #include <map>
 #include <mutex>
-#include <optional>
 #include <string>
 
 #include "platform/VideoFrameAdaptation.h"
@@ -39,10 +38,5 @@ private:
     // By their stream ids: whether they show the camera.
     std::map<std::string, bool> others;
 };
-
-// {"type":"mainStream","message":{"streamId":ID}}
-[[nodiscard]] std::string WriteMainStream(const std::string& streamId);
-// The id; nothing for every other message.
-[[nodiscard]] std::optional<std::string> ReadMainStream(const std::string& text);
 
 }  // namespace Corvanta::Engine

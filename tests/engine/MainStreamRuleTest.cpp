@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/webrtc/MainStreamMessage.h"
+
 namespace Corvanta::Engine {
 namespace {
 

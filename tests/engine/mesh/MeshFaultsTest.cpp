@@ -90,7 +90,7 @@ TEST_F(MeshFaultsTest, KilledPeerShowsALostConnectionAndGoes) {
     ASSERT_TRUE(one.SeesColor("two", kBlue));
     ASSERT_TRUE(three.SeesColor("two", kBlue));
     ASSERT_TRUE(two.Tells("channel one"));
-    two.process.Kill();
+    two.Kill();
     EXPECT_TRUE(Eventually([&] { return one.Sees("two")->losses == 1; }));
     EXPECT_TRUE(Eventually([&] { return one.Present() == 1 && three.Present() == 1; }));
     EXPECT_EQ(one.Sees("two")->reason, "its connection is lost");
@@ -110,13 +110,13 @@ TEST_F(MeshFaultsTest, PeerThatStandsStillForTenSecondsIsLostAndFound) {
     ASSERT_TRUE(two.Tells("channel three"));
     Say(one, "before");
     ASSERT_TRUE(two.Tells("text one before"));
-    two.process.Stop();
+    two.Stop();
     const auto until = std::chrono::steady_clock::now() + seconds(10);
     for (int index = 0; index < 20; ++index) Say(one, "while it stands " + std::to_string(index));
     EXPECT_TRUE(Eventually([&] { return one.Sees("two")->losses == 1; }));
     Say(one, "lost");
     EXPECT_TRUE(Eventually([&] { return std::chrono::steady_clock::now() >= until; }, seconds(15)));
-    two.process.Continue();
+    two.Continue();
     EXPECT_TRUE(Eventually([&] { return one.Sees("two")->returns == 1; }, seconds(40)));
     Say(one, "found");
     two.Say("back");
@@ -141,7 +141,7 @@ TEST_F(MeshFaultsTest, RoomGoesOnWhenTheOneWithTheHubIsKilled) {
     ASSERT_TRUE(two.SeesColor("one", kRed));
     ASSERT_TRUE(two.SeesColor("three", kGreen));
     ASSERT_TRUE(three.SeesColor("two", kBlue));
-    one.process.Kill();
+    one.Kill();
     Say(two, "at once");
     EXPECT_TRUE(three.Hears("two", said));
     EXPECT_TRUE(Eventually([&] { return two.Present() == 1 && three.Present() == 1; }));
@@ -165,9 +165,9 @@ TEST_F(MeshFaultsTest, RemovesAParticipantThoughTheWordIsLostWithTheHub) {
     ASSERT_TRUE(two.SeesColor("three", kGreen));
     ASSERT_TRUE(three.SeesColor("two", kBlue));
     // Takes what it is sent and does nothing with it.
-    hub.process.Stop();
+    hub.Stop();
     two.Do([&](Transport& transport) { transport.Remove(three.Id() + "-camera"); });
-    hub.process.Kill();
+    hub.Kill();
     EXPECT_TRUE(Eventually([&] { return three.Drops().ends_with('0'); }));
     EXPECT_TRUE(Eventually([&] { return two.Present() == 0 && three.Present() == 0; }));
 }
@@ -181,7 +181,7 @@ TEST_F(MeshFaultsTest, EnteringAndLeavingAtTheDeathOfTheHubLosesNobody) {
         // The offers are on their way.
         RoomPerson three(Maker("three"), kGreen);
         ASSERT_TRUE(three.Enters());
-        one.process.Kill();
+        one.Kill();
         EXPECT_TRUE(two.SeesColor("three", kGreen)) << round;
         EXPECT_TRUE(three.SeesColor("two", kBlue)) << round;
         two.Say("hello");
@@ -211,11 +211,11 @@ TEST_F(MeshFaultsTest, TextsSaidWhileOneStandsStillAndDiesAreTheSameForAllWhoSta
         }
     };
     draw(50);
-    two.process.Stop();
+    two.Stop();
     draw(150);
     EXPECT_TRUE(Eventually([&] { return one.Sees("two")->losses == 1; }));
     draw(50);
-    two.process.Kill();
+    two.Kill();
     draw(150);
     EXPECT_TRUE(Eventually([&] { return one.Present() == 2 && three.Present() == 2; }));
     draw(50);
@@ -296,7 +296,7 @@ TEST_F(MeshFaultsTest, AThousandTextsASecondAreHeard) {
     OtherPerson two(temporary.path, "two", kBlue);
     ASSERT_TRUE(two.Tells("channel one"));
     for (int index = 0; index < 3000; ++index) said.push_back("flood " + std::to_string(index));
-    two.process.Say("flood 3000");
+    two.Command("flood 3000");
     EXPECT_TRUE(one.Hears("two", said));
     EXPECT_EQ(one.Sees("two")->losses, 0);
     const int pictures = one.Sees("two")->pictures;

@@ -38,7 +38,7 @@ protected:
         two = std::make_unique<OtherPerson>(temporary.path, "two", kBlue,
                                             std::vector<std::string>{"rooms1", "10.98.0.2"});
         ASSERT_TRUE(two->Tells("network"));
-        ASSERT_TRUE(HandOver("rooms1", two->process.Id()));
+        ASSERT_TRUE(HandOver("rooms1", two->Id()));
         ASSERT_TRUE(one.SeesColor("two", kBlue));
         ASSERT_TRUE(two->Tells("channel one"));
         // Not by any other way.

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <mutex>
 #include <string>
@@ -42,7 +41,16 @@ public:
         }
         return texts;
     }
-    void Say(const std::string& text) const { process.Say("say " + text); }
+    void Say(const std::string& text) const { Command("say " + text); }
+    // See MeshProcess.cpp.
+    void Command(const std::string& line) const { process.Say(line); }
+
+    // On return it has gone.
+    void Kill() { process.Kill(); }
+    // On return it does nothing.
+    void Stop() const { process.Stop(); }
+    void Continue() const { process.Continue(); }
+    [[nodiscard]] pid_t Id() const { return process.Id(); }
 
 private:
     [[nodiscard]] static std::vector<std::string> Arguments(const std::filesystem::path& folder,
@@ -58,7 +66,6 @@ private:
     mutable std::mutex mutex;  // guards: lines
     std::vector<std::string> lines;
 
-public:
     LineProcess process;
 };
 

@@ -14,7 +14,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
 #include <cstring>
 #include <fstream>
 #include <random>

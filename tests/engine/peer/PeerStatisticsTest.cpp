@@ -13,14 +13,12 @@ protected:
     const StatisticsRates::Clock::time_point start = StatisticsRates::Clock::now();
     const PeerReport first{.bytesSent = 1000,
                            .bytesReceived = 2000,
-                           .packetsSent = 10,
                            .packetsReceived = 100,
                            .packetsLost = 5,
                            .jitterMs = 0,
                            .roundTripMs = {},
                            .remoteLossShare = {},
                            .videoCodec = {},
-                           .audioCodec = {},
                            .pictures = 30};
 };
 

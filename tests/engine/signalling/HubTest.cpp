@@ -266,7 +266,7 @@ TEST_F(HubTest, HasMembersOfOneName) {
 TEST_F(HubTest, TakesNoMoreMembersThanItCanName) {
     Open();
     std::vector<std::unique_ptr<RawClient>> clients;
-    for (std::size_t count = 0; count < kMostMembers; ++count) {
+    for (std::size_t count = 0; count < kMostAtHub; ++count) {
         clients.push_back(std::make_unique<RawClient>(folder.socket));
         EXPECT_NE(clients.back()->Enter(std::to_string(count)), "") << count;
     }
@@ -274,7 +274,7 @@ TEST_F(HubTest, TakesNoMoreMembersThanItCanName) {
     late.Say(Hello{kRoomVersion, "late", "", "abc"});
     EXPECT_THAT(late.Next<Refused>().reason, HasSubstr("full"));
     clients.pop_back();
-    EXPECT_TRUE(Eventually([this] { return Members() == kMostMembers - 1; }));
+    EXPECT_TRUE(Eventually([this] { return Members() == kMostAtHub - 1; }));
     EXPECT_NE(RawClient(folder.socket).Enter("abc"), "");
 }
 

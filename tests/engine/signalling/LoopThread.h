@@ -3,8 +3,6 @@
 
 #include <functional>
 #include <future>
-#include <memory>
-#include <utility>
 
 #include "engine/common/EngineLoop.h"
 

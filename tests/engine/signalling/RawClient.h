@@ -5,8 +5,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 
 #include "engine/signalling/LineBuffer.h"
 #include "engine/signalling/RoomMessage.h"

@@ -110,7 +110,7 @@ TEST(RoomMessage, ThatIsMalformedIsNone) {
 TEST(RoomMessage, NamesNoMoreMembersThanThereMayBe) {
     Welcome welcome{"a", false, {}};
     Settled settled;
-    for (std::size_t count = 0; count < kMostMembers; ++count) {
+    for (std::size_t count = 0; count < kMostAtHub; ++count) {
         welcome.members.push_back({std::to_string(count), "name"});
         settled.ids.push_back(std::to_string(count));
     }

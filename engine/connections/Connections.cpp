@@ -176,7 +176,7 @@ bool Connections_IsOwnExternalSourceStream(const std::string& cameraStreamId, co
 }
 
 int32_t Connections_InitRecording(void*, const char*, void*, const Corvanta::RecordingPlaybackCallbacks&) {
-    LOG(kLogWarning, "No recording can be opened: the embedded room keeps none");
+    LOG(kLogWarning, "No recording can be opened: the rooms of this program keep none");
     return -1;
 }
 

@@ -59,13 +59,6 @@ struct Registry {
     }
 };
 
-// The one that was asked for last; 0 for none.
-uint32_t OutboundBitrate() {
-    const TrackSettings& tracks = TrackSettings::Get();
-    const uint32_t asked = tracks.outboundBitrate;
-    return asked > 0 ? asked : tracks.defaultOutboundBitrate.load();
-}
-
 }  // namespace
 
 std::shared_ptr<Room> Room::Current() {
@@ -227,7 +220,8 @@ void Room::Enter() {
     const auto feed = transport->PublishCamera(toldTracks);
     camera->outlet.Set(feed);
     sound.Outlet().Set(feed);
-    if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) transport->SetOutboundBitrate(bitrate);
+    if (const uint32_t bitrate = TrackSettings::Get().WantedBitrate(); bitrate > 0)
+        transport->SetOutboundBitrate(bitrate);
     reports.Start();
     // Before anything of the library is called, which may wait for the thread that opens the room.
     entry.set_value(true);
@@ -450,95 +444,6 @@ std::vector<ParticipantInfo> Room::Participants() const {
     return infos;
 }
 
-bool Room::SendChat(const std::string& text) {
-    auto message = chat.Write(text);
-    return message && SendText(std::move(*message));
-}
-
-bool Room::SendText(std::string text) {
-    if (isClosing || hasEnded) return false;
-    loop.Post([this, sent = std::move(text)]() mutable { transport->SendText(std::move(sent)); });
-    return true;
-}
-
-void Room::Remove(const std::shared_ptr<RoomParticipant>& participant) {
-    loop.Post([this, participant] {
-        if (participant->hasLeft) return;
-        transport->Remove(participant->id);
-        Leave(participant, "removed by the local user");
-    });
-}
-
-void Room::Mute(const std::string& streamId) {
-    if (TypeOfStream(OwnId(), streamId) == StreamType::Camera) loop.Post(TellMutedRemotely);
-    const auto participant = Find(streamId);
-    if (!participant) return;
-    participant->muted = true;
-    ApplyVolume(participant);
-    loop.Post([this, participant] {
-        if (!participant->hasLeft) transport->Mute(participant->id);
-    });
-}
-
-void Room::ConfigureStream(const std::string& streamId, const TrackSwitches& switches) {
-    const auto participant = Find(streamId);
-    if (!participant) {
-        loop.Post([this, streamId, switches] { transport->Configure(streamId, switches); });
-        return;
-    }
-    if (switches.video) participant->videoPublished = *switches.video;
-    if (switches.audio) participant->audioPublished = *switches.audio;
-    if (switches.data) participant->dataPublished = *switches.data;
-    ApplyVolume(participant);
-}
-
-void Room::Restart(const std::string& streamId, Pace pace) {
-    const auto participant = Find(streamId);
-    loop.Post([this, participant, streamId, pace] {
-        if (!participant) {
-            transport->RequestRestart(streamId, {.tracks = toldTracks, .immediately = pace == Pace::AtOnce});
-        } else if (!participant->hasLeft) {
-            participant->media->Restart(pace == Pace::AtOnce);
-        }
-    });
-}
-
-void Room::RestartLostCamera() {
-    loop.Post([this] {
-        if (cameraIsLost) Restart(StreamIdOf(OwnId(), StreamType::Camera), Pace::AtOnce);
-    });
-}
-
-void Room::ApplyVolume(const std::shared_ptr<RoomParticipant>& participant) {
-    loop.Post([participant] {
-        if (participant->hasLeft) return;
-        const auto group =
-            participant->soundsAsStream ? RemoteAudioGroup::Streams : RemoteAudioGroup::Participants;
-        participant->media->SetGain(participant->Volume() *
-                                    TrackSettings::Get().groupFactors[static_cast<std::size_t>(group)]);
-    });
-    ApplyTracks(participant);
-}
-
-void Room::ApplyTracks(const std::shared_ptr<RoomParticipant>& participant) {
-    loop.Post([participant] {
-        if (!participant->hasLeft) participant->media->SetTracks(participant->WantedTracks());
-    });
-}
-
-void Room::ApplyVolumes() {
-    const ParticipantList::Snapshot all = participants.Get();
-    for (const auto& participant : *all) ApplyVolume(participant);
-    streams.ApplyVolume();
-}
-
-void Room::ApplyLocalTracks() {
-    loop.Post([this] {
-        sound.FollowMicrophone();
-        ApplyCameraTracks();
-    });
-}
-
 LocalTracks Room::OwnTracks() const {
     const TrackSettings& tracks = TrackSettings::Get();
     return {.audio = tracks.SendsAudio(), .video = tracks.SendsVideo() && camera->HasDevice()};
@@ -558,16 +463,6 @@ void Room::FollowAdaptation() {
         transport->SetCameraAdaptation(*wanted);
     }
     loop.PostAfter(kAdaptationInterval, [this] { FollowAdaptation(); });
-}
-
-void Room::ApplyOutboundBitrate() {
-    loop.Post([this] {
-        if (const uint32_t bitrate = OutboundBitrate(); bitrate > 0) transport->SetOutboundBitrate(bitrate);
-    });
-}
-
-void Room::OpenSoundDevices() {
-    loop.Post([this] { sound.Open(); });
 }
 
 }  // namespace Corvanta::Engine

@@ -71,7 +71,7 @@ public:
 
     // Those below are carried out some moments later.
 
-    // To all others; false for a room that is closing.
+    // To all others; false for a room that is closing, or that does not take the local user's texts.
     bool SendText(std::string text);
     // The participant leaves for good.
     void Remove(const std::shared_ptr<RoomParticipant>& participant);
@@ -130,6 +130,8 @@ private:
     RoomServiceLink serviceLink;
     ParticipantReports reports;
     std::atomic<bool> isClosing = false;
+    // The local user's texts are wanted; see ConfigureStream.
+    std::atomic<bool> sendsTexts = true;
     // The way to the others is open; and whether it has ended for good.
     std::atomic<bool> isConnected = true, hasEnded = false;
     // Whether the local user is in; told once.

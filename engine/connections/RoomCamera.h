@@ -1,4 +1,4 @@
-// The local user's camera in the embedded room: one of the machine's cameras, the test picture, or what the
+// The local user's camera in the open room: one of the machine's cameras, the test picture, or what the
 // host lets stand for the camera (a file, a URI or a generated clip). Its sound is never heard.
 //
 // The library stops the device and has it, or another one, brought back whenever the user changes a device,

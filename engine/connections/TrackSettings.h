@@ -23,6 +23,11 @@ struct TrackSettings {
     std::atomic<uint32_t> defaultOutboundBitrate = 0;
     std::atomic<uint32_t> outboundBitrate = 0;
 
+    // Bits a second of outbound video, as they were asked for last; 0 for none.
+    [[nodiscard]] uint32_t WantedBitrate() const {
+        const uint32_t asked = outboundBitrate;
+        return asked > 0 ? asked : defaultOutboundBitrate.load();
+    }
     // Whether the local user is heard, and seen where there is a camera.
     [[nodiscard]] bool SendsAudio() const { return localAudioEnabled && carriesLocalAudio; }
     [[nodiscard]] bool SendsVideo() const { return localVideoEnabled && carriesLocalVideo; }

@@ -128,6 +128,16 @@ TEST_F(LocalUserTest, IsNotSaidToSendPicturesWithoutACamera) {
     EXPECT_FALSE(fake.record.Has("camera sound picture"));
 }
 
+TEST_F(LocalUserTest, SendsNoTextsWhileTheDataIsSwitchedOff) {
+    Enter();
+    Connections_ConfigureStream(kOwnCamera, {{ConfigureStreamType::Data, false}});
+    EXPECT_FALSE(MediaManager_SendDatachannelMessage("1"));
+    Connections_ConfigureStream(kOwnCamera, {{ConfigureStreamType::Data, true}});
+    EXPECT_TRUE(MediaManager_SendDatachannelMessage("2"));
+    EXPECT_TRUE(fake.record.Gets("send 2"));
+    EXPECT_FALSE(fake.record.Has("send 1"));
+}
+
 TEST_F(LocalUserTest, SendsAtTheDefaultRateUntilAnotherOneIsAskedFor) {
     Enter();
     Connections_SetDefaultOutboundBitrate(400000);

@@ -375,7 +375,8 @@ std::size_t LookOf(const std::string& name) {
     // FNV-1a, which is the same everywhere.
     std::uint32_t hash = 2166136261U;
     for (const char letter : name) hash = (hash ^ static_cast<unsigned char>(letter)) * 16777619U;
-    return kSmallNumbers + hash % (kAllLooks - kSmallNumbers);
+    // Its upper bits differ more from name to name.
+    return kSmallNumbers + (hash >> 8U) % (kAllLooks - kSmallNumbers);
 }
 
 std::unique_ptr<ClipScene> MakePersonScene(const std::string& name, std::size_t look,

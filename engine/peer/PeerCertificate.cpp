@@ -1,7 +1,6 @@
 #include "engine/peer/PeerCertificate.h"
 
 #include <glib.h>
-#include <gst/sdp/sdp.h>
 
 #include <algorithm>
 #include <array>
@@ -9,6 +8,8 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+
+#include "engine/peer/SdpMessage.h"
 
 namespace Corvanta::Engine {
 
@@ -70,8 +71,9 @@ bool Fits(std::string_view fingerprint, const std::string& certificate) {
 
 std::vector<std::string> FingerprintsOf(const std::string& sdp) {
     std::vector<std::string> found;
-    GstSDPMessage* message = nullptr;
-    if (gst_sdp_message_new_from_text(sdp.c_str(), &message) != GST_SDP_OK) return found;
+    const SdpMessage owned = ReadSdp(sdp);
+    const GstSDPMessage* const message = owned.get();
+    if (message == nullptr) return found;
     const auto add = [&found](const char* value) {
         if (value != nullptr && std::ranges::find(found, value) == found.end()) found.emplace_back(value);
     };
@@ -88,7 +90,6 @@ std::vector<std::string> FingerprintsOf(const std::string& sdp) {
             add(value);
         }
     }
-    gst_sdp_message_free(message);
     return found;
 }
 

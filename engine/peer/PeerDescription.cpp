@@ -1,15 +1,14 @@
 #include "engine/peer/PeerDescription.h"
 
 #include <gio/gio.h>
-#include <gst/sdp/sdp.h>
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string_view>
 
+#include "engine/peer/SdpMessage.h"
 #include "engine/webrtc/GstSupport.h"
 
 namespace Corvanta::Engine {
@@ -36,21 +35,18 @@ bool IsReached(const std::string& address, Reach reach) {
     return isLoopback || reach == Reach::AllAddresses;
 }
 
-using SdpMessage = std::unique_ptr<GstSDPMessage, decltype(&gst_sdp_message_free)>;
-
 // Null for one that cannot be used.
-SdpMessage ReadSdp(const std::string& sdp) {
+SdpMessage ReadUsableSdp(const std::string& sdp) {
     SdpMessage none(nullptr, gst_sdp_message_free);
-    if (sdp.empty() || sdp.size() > kMaxDescriptionBytes || sdp.find('\0') != std::string::npos) return none;
-    GstSDPMessage* parsed = nullptr;
-    if (gst_sdp_message_new_from_text(sdp.c_str(), &parsed) != GST_SDP_OK) return none;
-    SdpMessage message(parsed, gst_sdp_message_free);
-    const guint lines = gst_sdp_message_medias_len(parsed);
+    if (sdp.size() > kMaxDescriptionBytes || sdp.find('\0') != std::string::npos) return none;
+    SdpMessage message = ReadSdp(sdp);
+    if (!message) return none;
+    const guint lines = gst_sdp_message_medias_len(message.get());
     if (lines == 0 || lines > kMaxMediaLines) return none;
     for (guint line = 0; line < lines; ++line) {
-        const GstSDPMedia* media = gst_sdp_message_get_media(parsed, line);
+        const GstSDPMedia* media = gst_sdp_message_get_media(message.get(), line);
         for (const char* name : {"ice-ufrag", "ice-pwd", "fingerprint", "setup"}) {
-            if (!HasAttribute(parsed, media, name)) return none;
+            if (!HasAttribute(message.get(), media, name)) return none;
         }
     }
     return message;
@@ -108,7 +104,7 @@ std::optional<PeerDescription> ReadDescription(const std::string& text, Reach re
     const auto sdp = object.find("sdp");
     if (sdp == object.end() || !sdp->is_string()) return std::nullopt;
     description.sdp = sdp->get<std::string>();
-    const SdpMessage message = ReadSdp(description.sdp);
+    const SdpMessage message = ReadUsableSdp(description.sdp);
     if (!message) return std::nullopt;
     if (SiftCandidates(message.get(), reach, description.candidates))
         description.sdp = TakeText(gst_sdp_message_as_text(message.get()));

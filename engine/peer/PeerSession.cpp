@@ -1,7 +1,6 @@
 #include "engine/peer/PeerSession.h"
 
 #include <gst/app/gstappsrc.h>
-#include <gst/sdp/sdp.h>
 #include <gst/video/video.h>
 
 #include <atomic>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "engine/peer/PeerCertificate.h"
+#include "engine/peer/SdpMessage.h"
 #include "platform/Logger.h"
 
 namespace Corvanta::Engine {
@@ -367,10 +367,10 @@ void PeerSession::TakeAnswer(const std::string& sdp) {
 }
 
 void PeerSession::SetRemote(const std::string& sdp, bool isOffer) {
-    GstSDPMessage* message = nullptr;
-    if (!pipeline || gst_sdp_message_new_from_text(sdp.c_str(), &message) != GST_SDP_OK) return;
+    SdpMessage message = ReadSdp(sdp);
+    if (!pipeline || !message) return;
     GstWebRTCSessionDescription* description = gst_webrtc_session_description_new(
-        isOffer ? GST_WEBRTC_SDP_TYPE_OFFER : GST_WEBRTC_SDP_TYPE_ANSWER, message);
+        isOffer ? GST_WEBRTC_SDP_TYPE_OFFER : GST_WEBRTC_SDP_TYPE_ANSWER, message.release());
     {
         const std::lock_guard lock(heard->fingerprintsMutex);
         heard->fingerprints = FingerprintsOf(sdp);

@@ -381,7 +381,8 @@ std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {
     if (resolved.kind == ResolvedSource::Kind::TestPicture) {
         source.makeScene = [shownName] { return MakeTestScene(shownName); };
     } else if (resolved.kind == ResolvedSource::Kind::Person) {
-        // It looks like none of the participants, nor like somebody else in a room where others have clips too.
+        // It looks like none of the participants, nor like somebody else in a room where others have clips
+        // too.
         const std::size_t others = CountPersons(settings.participants);
         // A second turn where there is but one never comes: nobody hears the camera, so it does not speak.
         source.makeScene = [shownName, others] {

@@ -123,7 +123,7 @@ Engine::TransportEvents BenchPerson::Events() {
                 const std::lock_guard lock(mutex);
                 entered = false;
             },
-        .joined = [this](Engine::ParticipantDescription description) { OnJoined(std::move(description)); },
+        .joined = [this](const Engine::ParticipantDescription& description) { OnJoined(description); },
         .left =
             [this](const std::string& streamId, const std::string&) {
                 std::shared_ptr<ParticipantMedia> media;
@@ -185,7 +185,7 @@ void BenchPerson::Sound() {
     if (taker) taker->PushSound(sound.get(), GST_CLOCK_TIME_NONE);
 }
 
-void BenchPerson::OnJoined(Engine::ParticipantDescription description) {
+void BenchPerson::OnJoined(const Engine::ParticipantDescription& description) {
     const std::string id = description.id;
     const auto media = description.media;
     {

@@ -71,7 +71,7 @@ private:
 
     [[nodiscard]] Engine::TransportEvents Events();
     void OnEntered();
-    void OnJoined(Engine::ParticipantDescription description);
+    void OnJoined(const Engine::ParticipantDescription& description);
     void OnPicture(const std::string& id, const Engine::MappedPicture& picture);
     void OnText(const std::string& text);
     void ApplyWishes();

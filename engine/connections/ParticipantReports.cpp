@@ -54,6 +54,7 @@ void ParticipantReports::Run(const std::stop_token& stop) {
         Measure();
         const std::vector<OwnStreamFigures> sent = own.figures();
         std::vector<ParticipantFigures> ways;
+        ways.reserve(sent.size() + reporters.size());
         for (const OwnStreamFigures& way : sent) ways.push_back(way.figures);
         for (const Reporter& reporter : reporters) ways.push_back(reporter.figures);
         const LocalConnectionFigures connection = FiguresOfAll(ways);

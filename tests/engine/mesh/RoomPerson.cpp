@@ -81,7 +81,7 @@ TransportEvents RoomPerson::Events() {
                     problem = line;
                     entered = false;
                 },
-            .joined = [this](ParticipantDescription description) { OnJoined(std::move(description)); },
+            .joined = [this](const ParticipantDescription& description) { OnJoined(description); },
             .left =
                 [this](const std::string& streamId, const std::string& reason) {
                     std::shared_ptr<ParticipantMedia> media;
@@ -115,7 +115,7 @@ TransportEvents RoomPerson::Events() {
             .speaker = [] { return std::optional<std::string>(); }};
 }
 
-void RoomPerson::OnJoined(ParticipantDescription description) {
+void RoomPerson::OnJoined(const ParticipantDescription& description) {
     const std::string id = description.id;
     const std::string name = description.name;
     const std::string kind = StreamWord(description.type);

@@ -90,7 +90,7 @@ private:
     };
 
     [[nodiscard]] TransportEvents Events();
-    void OnJoined(ParticipantDescription description);
+    void OnJoined(const ParticipantDescription& description);
     void Change(const std::string& id, const std::function<void(Stream&)>& change);
     void Tell(const std::string& line) const;
 

@@ -64,10 +64,6 @@ void PlaybackMedia::Close() {
     playback.reset();
 }
 
-bool PlaybackMedia::SendText(std::string_view) {
-    return false;
-}
-
 ParticipantFigures PlaybackMedia::Figures() {
     const auto now = std::chrono::steady_clock::now();
     const std::chrono::duration<double> span = now - std::exchange(countedAt, now);

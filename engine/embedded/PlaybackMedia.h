@@ -27,8 +27,6 @@ public:
     void SetTracks(const MediaTracks& tracks) override;
     void Restart(bool immediately) override;
     void Close() override;
-    // There is nobody at the other end.
-    [[nodiscard]] bool SendText(std::string_view text) override;
     // Rates as they would be on a wire.
     [[nodiscard]] ParticipantFigures Figures() override;
 

@@ -208,9 +208,7 @@ TransportEvents Room::EventsOfTransport() {
                     MediaCallbacks::Get().connectionStatus.Call(StreamIdOf(OwnId(), StreamType::Camera),
                                                                 static_cast<bool>(lost));
                 },
-            .muted = [] { TellMutedRemotely(); },
-            .inView = [this] { return InView(); },
-            .speaker = [this] { return SpeakerId(); }};
+            .muted = [] { TellMutedRemotely(); }};
 }
 
 void Room::Enter() {
@@ -349,15 +347,6 @@ void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const std:
     participants.Remove(participant);
 }
 
-std::vector<std::string> Room::InView() const {
-    std::vector<std::string> ids;
-    const ParticipantList::Snapshot all = participants.Get();
-    for (const auto& participant : *all) {
-        if (participant->hasEntered && participant->pictures > 0) ids.push_back(participant->id);
-    }
-    return ids;
-}
-
 std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {
     const auto capture = FindCapture(index);
     if (!capture) return std::nullopt;
@@ -381,7 +370,8 @@ std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {
     if (resolved.kind == ResolvedSource::Kind::TestPicture) {
         source.makeScene = [shownName] { return MakeTestScene(shownName); };
     } else if (resolved.kind == ResolvedSource::Kind::Person) {
-        // It looks like none of the participants, nor like somebody else in a room where others have clips too.
+        // It looks like none of the participants, nor like somebody else in a room where others have clips
+        // too.
         const std::size_t others = CountPersons(settings.participants);
         // A second turn where there is but one never comes: nobody hears the camera, so it does not speak.
         source.makeScene = [shownName, others] {

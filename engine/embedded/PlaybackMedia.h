@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
-#include <string>
 
 #include "engine/common/EngineLoop.h"
 #include "engine/transport/ParticipantMedia.h"
@@ -17,9 +16,6 @@ namespace Corvanta::Engine {
 class PlaybackMedia final : public ParticipantMedia {
 public:
     PlaybackMedia(EngineLoop& engineLoop, PlaybackSource playedSource, std::shared_ptr<SoundMixer> roomMixer);
-
-    // As if the participant had sent it. Nothing happens before Play and after Close.
-    void Say(std::string text);
 
     void Open(ParticipantMediaEvents handlers) override;
     void Play() override;

@@ -80,8 +80,8 @@ struct EngineOptions {
 // Takes up to some seconds when files are given, since their beginnings are read.
 [[nodiscard]] CORVANTA_PLATFORM_API std::optional<std::string> Configure(const EngineOptions& options);
 
-// Why the room that was asked for last could not be entered, as one line for the user; empty where it could, or
-// where nothing is known.
+// Why the room that was asked for last could not be entered, as one line for the user; empty where it could,
+// or where nothing is known.
 [[nodiscard]] CORVANTA_PLATFORM_API std::string EntryProblem();
 
 struct RoomStatus {

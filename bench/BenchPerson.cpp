@@ -137,9 +137,7 @@ Engine::TransportEvents BenchPerson::Events() {
                 media->Close();
             },
         .dropped = [](bool) {},
-        .muted = [] {},
-        .inView = [] { return std::vector<std::string>(); },
-        .speaker = [] { return std::optional<std::string>(); }};
+        .muted = [] {}};
 }
 
 void BenchPerson::OnEntered() {

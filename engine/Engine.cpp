@@ -36,22 +36,12 @@ struct Settings {
     std::string entryProblem;
 };
 
-std::vector<Participant> DefaultParticipants() {
-    return {{"Alva", "clip"}, {"Bruno", "clip"}, {"Chiyo", "clip"}, {"Dario", "clip"}};
-}
-
 }  // namespace
 
 EngineOptions CurrentOptions() {
     Settings& settings = Settings::Get();
     const std::lock_guard lock(settings.optionsMutex);
-    EngineOptions options = settings.options;
-    if (options.participants.empty() && options.whenEmpty == EmptyRoom::DefaultParticipants) {
-        options.participants = DefaultParticipants();
-    } else {
-        options.drawAfter.reset();
-    }
-    return options;
+    return settings.options;
 }
 
 std::optional<std::string> Configure(const EngineOptions& options) {

@@ -31,12 +31,6 @@ enum class SoundOutput {
     Silent,
 };
 
-enum class EmptyRoom {
-    // Four participants that play generated clips.
-    DefaultParticipants,
-    Nobody,
-};
-
 inline constexpr const char* kDefaultCamera = "auto";
 // Bytes of a room's name at most, and of a person's.
 inline constexpr std::size_t kLongestRoomName = 256;
@@ -44,8 +38,6 @@ inline constexpr std::size_t kLongestPersonName = 256;
 
 struct EngineOptions {
     std::vector<Participant> participants;
-    // Who is there when the list is empty.
-    EmptyRoom whenEmpty = EmptyRoom::DefaultParticipants;
     // The room in which the local user meets other people, 1 to kLongestRoomName bytes of any kind. Empty:
     // nobody else takes part, and the participants above are of this process.
     std::string room;
@@ -79,9 +71,6 @@ struct EngineOptions {
     // Lowest level that is logged: 1 debug, 2 information, 3 warning, 4 error.
     int logLevel = 2;
     SoundOutput soundOutput = SoundOutput::Device;
-    // When the default participants begin to draw over the pictures, a mark every few seconds. Empty: never.
-    // Participants of the list never do.
-    std::optional<std::chrono::milliseconds> drawAfter = std::chrono::milliseconds(8000);
 };
 
 // Checks the room's name, server and service, and the source of every participant and of the camera (the file

@@ -7,7 +7,6 @@
 
 namespace Corvanta::Engine {
 
-// With the default participants filled in where the host named none.
 [[nodiscard]] EngineOptions CurrentOptions();
 
 // Keeps them as they are, for a program that has checked them and needs nothing else that Configure does.

@@ -71,10 +71,7 @@ Engine::TransportEvents Guest::EventsOfTransport() {
                 [this] {
                     *isMuted = true;
                     transport->SetCameraTracks({.audio = false, .video = true});
-                },
-            // It sees nobody.
-            .inView = [] { return std::vector<std::string>(); },
-            .speaker = [] { return std::optional<std::string>(); }};
+                }};
 }
 
 void Guest::ReportConnection() {

@@ -37,7 +37,6 @@ int Report(const std::string& line, int exitCode = kExitFailure) {
 
 Engine::EngineOptions EngineOptionsFrom(const GuestOptions& options) {
     Engine::EngineOptions engine;
-    engine.whenEmpty = Engine::EmptyRoom::Nobody;
     engine.room = options.room;
     engine.name = options.name;
     engine.server = options.server;
@@ -45,7 +44,6 @@ Engine::EngineOptions EngineOptionsFrom(const GuestOptions& options) {
     engine.certificateAuthority = options.certificateAuthority;
     if (const char* const token = std::getenv(Engine::kTokenVariable)) engine.serverToken = token;
     engine.camera.clear();
-    engine.drawAfter.reset();
     return engine;
 }
 

@@ -55,7 +55,6 @@ int Report(const Failure& failure, int exitCode = kExitFailure) {
 void SetMeetingPlace(const Options& options, Engine::EngineOptions& engine) {
     engine.name = options.name;
     if (options.company == Company::OfThisProgram) return;
-    engine.whenEmpty = Engine::EmptyRoom::Nobody;
     engine.isPrivate = options.company == Company::OfOwnRoom;
     engine.room = engine.isPrivate ? MakeOwnRoomName() : options.roomName;
     engine.server = options.server;
@@ -71,7 +70,6 @@ Engine::EngineOptions EngineOptionsFrom(const Options& options) {
     if (options.generatedParticipants) {
         std::ranges::move(GenerateParticipants(*options.generatedParticipants, options.participants),
                           std::back_inserter(participants));
-        engine.whenEmpty = Engine::EmptyRoom::Nobody;
     }
     for (const ParticipantOption& participant : participants) {
         engine.participants.push_back({participant.name, participant.source});

@@ -208,9 +208,7 @@ TransportEvents Room::EventsOfTransport() {
                     MediaCallbacks::Get().connectionStatus.Call(StreamIdOf(OwnId(), StreamType::Camera),
                                                                 static_cast<bool>(lost));
                 },
-            .muted = [] { TellMutedRemotely(); },
-            .inView = [this] { return InView(); },
-            .speaker = [this] { return SpeakerId(); }};
+            .muted = [] { TellMutedRemotely(); }};
 }
 
 void Room::Enter() {
@@ -347,15 +345,6 @@ void Room::Leave(const std::shared_ptr<RoomParticipant>& participant, const std:
     // The library asks what it was while it is told that it has gone.
     if (participant->hasEntered) MediaCallbacks::Get().removeRemoteVideoSource.Call(participant->id);
     participants.Remove(participant);
-}
-
-std::vector<std::string> Room::InView() const {
-    std::vector<std::string> ids;
-    const ParticipantList::Snapshot all = participants.Get();
-    for (const auto& participant : *all) {
-        if (participant->hasEntered && participant->pictures > 0) ids.push_back(participant->id);
-    }
-    return ids;
 }
 
 std::optional<PlaybackSource> Room::CameraSource(int32_t index) const {

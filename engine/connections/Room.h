@@ -116,7 +116,6 @@ private:
     // else than before.
     [[nodiscard]] LocalTracks OwnTracks() const;
     void ApplyCameraTracks();
-    [[nodiscard]] std::vector<std::string> InView() const;
     [[nodiscard]] std::optional<PlaybackSource> CameraSource(int32_t index) const;
 
     const EngineOptions settings;

@@ -25,9 +25,9 @@ std::optional<std::string> CheckTransport(const EngineOptions& options) {
 
 TransportMaker ChooseTransport(const EngineOptions& options, const std::string& displayName) {
     if (options.room.empty()) {
-        return [participants = options.participants, drawAfter = options.drawAfter](
-                   EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer) {
-            return std::make_unique<EmbeddedTransport>(loop, mixer, participants, drawAfter);
+        return [participants = options.participants](EngineLoop& loop,
+                                                     const std::shared_ptr<SoundMixer>& mixer) {
+            return std::make_unique<EmbeddedTransport>(loop, mixer, participants);
         };
     }
     if (options.server.empty()) {

@@ -1,18 +1,15 @@
 // The transport of a room that needs nobody else: participants of this process, who play files, URIs and
-// generated clips, and who may draw now and then. What the local user sends and publishes goes nowhere.
+// generated clips. What the local user sends and publishes goes nowhere.
 // Threads as Transport says.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "engine/Engine.h"
-#include "engine/embedded/PlaybackMedia.h"
-#include "engine/embedded/ScriptedDrawings.h"
 #include "engine/transport/Transport.h"
 
 namespace Corvanta::Engine {
@@ -23,11 +20,10 @@ namespace Corvanta::Engine {
 class EmbeddedTransport final : public Transport {
 public:
     EmbeddedTransport(EngineLoop& engineLoop, std::shared_ptr<SoundMixer> roomMixer,
-                      std::vector<Participant> participants,
-                      std::optional<std::chrono::milliseconds> drawingBegins);
+                      std::vector<Participant> participants);
 
     void Start(TransportEvents handlers) override;
-    void Stop() override;
+    void Stop() override {}
     [[nodiscard]] std::string OwnId() const override;
     // They keep nothing of what the local user draws and writes.
     void SendText(std::string) override {}
@@ -46,21 +42,12 @@ public:
     void Remove(const std::string&) override {}
 
 private:
-    [[nodiscard]] ParticipantDescription Describe(std::size_t index);
-    void DrawAfter(std::chrono::milliseconds wait);
-    // False while the local user sees nobody.
-    bool Draw();
+    [[nodiscard]] ParticipantDescription Describe(std::size_t index) const;
 
     EngineLoop& loop;
     const std::shared_ptr<SoundMixer> mixer;
     const std::vector<Participant> all;
-    const std::optional<std::chrono::milliseconds> drawAfter;
     const std::chrono::steady_clock::time_point epoch;
-    TransportEvents events;
-    bool isStopped = false;
-    // By stream id; whoever has left is gone.
-    std::map<std::string, std::weak_ptr<PlaybackMedia>> media;
-    ScriptedDrawings drawings;
 };
 
 }  // namespace Corvanta::Engine

@@ -36,13 +36,9 @@ void PlaybackMedia::Open(ParticipantMediaEvents handlers) {
 
 void PlaybackMedia::Play() {
     if (!playback || std::exchange(isPlaying, true)) return;
-    // What the participant says is made in this process, so nothing hinders it.
+    // Texts need no connection within one process.
     events.channel(true);
     playback->Play();
-}
-
-void PlaybackMedia::Say(std::string text) {
-    if (isPlaying) events.text(std::move(text));
 }
 
 void PlaybackMedia::SetGain(double linear) {
@@ -62,10 +58,6 @@ void PlaybackMedia::Close() {
     isPlaying = false;
     if (playback) playback->Close();
     playback.reset();
-}
-
-bool PlaybackMedia::SendText(std::string_view) {
-    return false;
 }
 
 ParticipantFigures PlaybackMedia::Figures() {

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
-#include <string>
 
 #include "engine/common/EngineLoop.h"
 #include "engine/transport/ParticipantMedia.h"
@@ -18,17 +17,12 @@ class PlaybackMedia final : public ParticipantMedia {
 public:
     PlaybackMedia(EngineLoop& engineLoop, PlaybackSource playedSource, std::shared_ptr<SoundMixer> roomMixer);
 
-    // As if the participant had sent it. Nothing happens before Play and after Close.
-    void Say(std::string text);
-
     void Open(ParticipantMediaEvents handlers) override;
     void Play() override;
     void SetGain(double linear) override;
     void SetTracks(const MediaTracks& tracks) override;
     void Restart(bool immediately) override;
     void Close() override;
-    // There is nobody at the other end.
-    [[nodiscard]] bool SendText(std::string_view text) override;
     // Rates as they would be on a wire.
     [[nodiscard]] ParticipantFigures Figures() override;
 

@@ -8,7 +8,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "engine/common/EngineLoop.h"
@@ -65,8 +64,6 @@ public:
     void SetTracks(const MediaTracks& wanted) override;
     void Restart(bool immediately) override;
     void Close() override;
-    // Texts go to all, by the transport.
-    [[nodiscard]] bool SendText(std::string_view) override { return false; }
     [[nodiscard]] ParticipantFigures Figures() override;
 
 private:

@@ -1,12 +1,11 @@
-// What comes from one participant's stream and goes to it, whatever carries it: a file that plays, or a
-// connection to another program. Used on the engine's thread, where nothing else is said.
+// What comes from one participant's stream, whatever carries it: a file that plays, or a connection to
+// another program. Used on the engine's thread, where nothing else is said.
 #pragma once
 
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "engine/webrtc/MappedPicture.h"
 
@@ -78,9 +77,6 @@ public:
     virtual void Restart(bool immediately) = 0;
     // For good: on return no event is in progress on another thread and none follows. Not inside an event.
     virtual void Close() = 0;
-
-    // False when there is no channel, or when it takes nothing more at the moment.
-    [[nodiscard]] virtual bool SendText(std::string_view text) = 0;
 
     // Any thread, but one at a time; from memory.
     [[nodiscard]] virtual ParticipantFigures Figures() = 0;

@@ -154,12 +154,6 @@ void PeerStream::Close() {
     if (line) line->Close();
 }
 
-bool PeerStream::SendText(std::string_view text) {
-    if (!line || isClosed) return false;
-    line->Send(std::string(text));
-    return true;
-}
-
 ParticipantFigures PeerStream::Figures() {
     const std::lock_guard lock(figuresMutex);
     return figures;

@@ -8,7 +8,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "engine/common/EngineLoop.h"
 #include "engine/transport/ParticipantMedia.h"
@@ -55,7 +54,6 @@ public:
     void SetTracks(const MediaTracks& tracks) override;
     void Restart(bool immediately) override { link->Restart(immediately); }
     void Close() override;
-    [[nodiscard]] bool SendText(std::string_view text) override;
     [[nodiscard]] ParticipantFigures Figures() override;
 
 private:

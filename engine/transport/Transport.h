@@ -56,10 +56,6 @@ struct TransportEvents {
     std::function<void(bool lost)> ownConnection = {};
     // Another one has switched the local user's microphone off for all.
     std::function<void()> muted;
-
-    // Questions: whose pictures the local user sees, and who speaks.
-    std::function<std::vector<std::string>()> inView;
-    std::function<std::optional<std::string>()> speaker;
 };
 
 // What the local user's own camera stream carries at the moment.

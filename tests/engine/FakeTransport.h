@@ -34,7 +34,6 @@ public:
     void SetTracks(const MediaTracks& tracks) override;
     void Restart(bool immediately) override { record.Add(immediately ? "restart at once" : "restart"); }
     void Close() override;
-    [[nodiscard]] bool SendText(std::string_view) override { return false; }
     [[nodiscard]] ParticipantFigures Figures() override { return figures; }
 
     [[nodiscard]] MediaTracks Tracks() const;

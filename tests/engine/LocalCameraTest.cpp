@@ -58,7 +58,6 @@ protected:
         EngineOptions options;
         options.camera = camera;
         options.participants = participants;
-        options.whenEmpty = EmptyRoom::Nobody;
         options.configurationFolder = folder.path;
         options.soundOutput = SoundOutput::Silent;
         ASSERT_EQ(Configure(options), std::nullopt);

@@ -93,11 +93,10 @@ TEST(ManyClips, AllShowSmallPictures) {
     }
 }
 
-TEST(EmptyRoom, HasNobodyInItOnRequest) {
+TEST(EmptyRoom, HasNobodyInIt) {
     TemporaryFolder folder;
     RoomVisitor visitor;
     EngineOptions options;
-    options.whenEmpty = EmptyRoom::Nobody;
     options.configurationFolder = folder.path;
     options.soundOutput = SoundOutput::Silent;
     ASSERT_FALSE(Configure(options));

@@ -20,9 +20,9 @@ namespace {
 const std::vector<Participant> kOneClip{{"one", "clip"}};
 const std::vector<Participant> kTwoTests{{"one", "test"}, {"two", "test"}};
 
-TEST(Room, ShowsMovingClipsOfFourParticipantsByDefault) {
+TEST(Room, ShowsMovingClipsOfFourParticipants) {
     RoomVisitor visitor;
-    EXPECT_NE(visitor.Enter({}), -1);
+    EXPECT_NE(visitor.Enter({{"one", "clip"}, {"two", "clip"}, {"three", "clip"}, {"four", "clip"}}), -1);
     for (std::size_t participant = 0; participant < 4; ++participant) {
         EXPECT_TRUE(visitor.WaitForFrames(participant, 5));
     }
@@ -303,6 +303,16 @@ TEST(Room, KnowsNoRecordings) {
     EXPECT_EQ(Connections_InitRecording(nullptr, "", nullptr, {}), -1);
     EXPECT_EQ(Connections_EndRecording(1), -1);
     Connections_ClearRecordings();
+}
+
+TEST(RoomMessages, AreTakenAsLongAsThereIsARoom) {
+    RoomVisitor visitor;
+    EXPECT_FALSE(MediaManager_SendDatachannelMessage("{}"));
+    visitor.Enter({{"one", "test"}});
+    EXPECT_TRUE(MediaManager_SendDatachannelMessage("{}"));
+    EXPECT_FALSE(MediaManager_SendDatachannelMessage(nullptr));
+    RoomVisitor::Leave();
+    EXPECT_FALSE(MediaManager_SendDatachannelMessage("{}"));
 }
 
 }  // namespace

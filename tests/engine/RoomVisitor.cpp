@@ -33,7 +33,6 @@ int RoomVisitor::Enter(const std::vector<Participant>& participants) {
     options.logFile = folder.File(kLogFile);
     options.logLevel = 1;
     options.soundOutput = SoundOutput::Silent;
-    options.drawAfter = drawAfter;
     if (const auto problem = Configure(options)) {
         ADD_FAILURE() << *problem;
         return -1;

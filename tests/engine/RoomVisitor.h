@@ -3,13 +3,11 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,8 +40,6 @@ public:
     // Of the room, and what stands for the default camera, for the engine's options. To be set before
     // entering.
     std::string roomName, camera;
-    // When the default participants begin to draw.
-    std::optional<std::chrono::milliseconds> drawAfter;
     // Called on the decode threads with each frame, before it is remembered. To be set before entering.
     std::function<void(const std::shared_ptr<VideoFrameBuffer>&)> onFrame;
 

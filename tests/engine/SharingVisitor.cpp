@@ -25,7 +25,6 @@ void SharingVisitor::Configure(const std::string& camera, const std::vector<Part
     EngineOptions options;
     options.camera = camera;
     options.participants = participants;
-    options.whenEmpty = EmptyRoom::Nobody;
     options.configurationFolder = folder.path;
     options.soundOutput = SoundOutput::Silent;
     const auto problem = Engine::Configure(options);

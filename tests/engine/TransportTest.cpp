@@ -296,6 +296,25 @@ TEST_F(TransportTest, AreStoppedWhenAllTheirMediaAreClosed) {
     EXPECT_THAT(visitor.Events(), ElementsAre("add a", "track a"));
 }
 
+TEST_F(TransportTest, MaySayWhatHasAHandlerCloseTheRoom) {
+    MediaManager_SetCallbackToGetRemoteDataChannelSDLCallbackList([this] {
+        return std::vector<DataChannelCallback>{[this](const DataChannelMessage& message) {
+            Connections_CloseConnection();
+            heard.Add(message.text);
+        }};
+    });
+    ASSERT_NE(visitor.Enter({}), -1);
+    fake.Join("a", one);
+    ASSERT_TRUE(one->record.Gets("play"));
+    fake.Do([&](const auto&) {
+        one->events.channel(true);
+        one->events.text("the end");
+    });
+    EXPECT_THAT(heard.Lines(), ElementsAre("the end"));
+    EXPECT_FALSE(GetRoomStatus().connected);
+    EXPECT_TRUE(one->record.Gets("close"));
+}
+
 TEST_F(TransportTest, GiveTheLocalUsersConnectionItsFigures) {
     one->figures = {.receivedRate = 1e6, .sentRate = 2e5, .jitterMs = 4, .roundTripMs = 10};
     two->figures = {.receivedRate = 5e5, .sentRate = 1e5, .jitterMs = 2, .roundTripMs = 30};

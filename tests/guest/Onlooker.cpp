@@ -63,9 +63,7 @@ Engine::TransportEvents Onlooker::EventsOfTransport() {
                     impressions[gone.name].reason = reason;
                 },
             .dropped = [](bool) {},
-            .muted = [] {},
-            .inView = [] { return std::vector<std::string>(); },
-            .speaker = [] { return std::optional<std::string>(); }};
+            .muted = [] {}};
 }
 
 void Onlooker::Meet(const Engine::ParticipantDescription& description) {

@@ -103,9 +103,7 @@ void RoomMemberRig::Start() {
                                        {.tracks = {}, .immediately = true});
                                });
                            },
-                       .muted = [this] { isMuted = true; },
-                       .inView = [] { return std::vector<std::string>(); },
-                       .speaker = [] { return std::optional<std::string>(); }});
+                       .muted = [this] { isMuted = true; }});
     });
 }
 

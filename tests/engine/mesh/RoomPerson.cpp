@@ -110,9 +110,7 @@ TransportEvents RoomPerson::Events() {
                 [this] {
                     const std::lock_guard lock(mutex);
                     ++mutes;
-                },
-            .inView = [] { return std::vector<std::string>(); },
-            .speaker = [] { return std::optional<std::string>(); }};
+                }};
 }
 
 void RoomPerson::OnJoined(const ParticipantDescription& description) {

@@ -34,7 +34,6 @@ protected:
         const char* const before = std::getenv("XDG_RUNTIME_DIR");
         if (before != nullptr) former = before;
         ::setenv("XDG_RUNTIME_DIR", folder.path.c_str(), 1);
-        options.whenEmpty = EmptyRoom::Nobody;
         options.configurationFolder = folder.path / "configuration";
         options.logFile = folder.File("engine.log");
         options.logLevel = 1;

@@ -115,29 +115,28 @@ bool BenchPerson::Enter() {
 }
 
 Engine::TransportEvents BenchPerson::Events() {
-    return {
-        .entered = [this] { OnEntered(); },
-        .failed =
-            [this](const std::string& problem) {
-                std::fprintf(stderr, "bench_rooms: %s\n", problem.c_str());
-                const std::lock_guard lock(mutex);
-                entered = false;
-            },
-        .joined = [this](const Engine::ParticipantDescription& description) { OnJoined(description); },
-        .left =
-            [this](const std::string& streamId, const std::string&) {
-                std::shared_ptr<ParticipantMedia> media;
-                {
+    return {.entered = [this] { OnEntered(); },
+            .failed =
+                [this](const std::string& problem) {
+                    std::fprintf(stderr, "bench_rooms: %s\n", problem.c_str());
                     const std::lock_guard lock(mutex);
-                    const auto place = streams.find(streamId);
-                    if (place == streams.end()) return;
-                    media = std::move(place->second.media);
-                    streams.erase(place);
-                }
-                media->Close();
-            },
-        .dropped = [](bool) {},
-        .muted = [] {}};
+                    entered = false;
+                },
+            .joined = [this](const Engine::ParticipantDescription& description) { OnJoined(description); },
+            .left =
+                [this](const std::string& streamId, const std::string&) {
+                    std::shared_ptr<ParticipantMedia> media;
+                    {
+                        const std::lock_guard lock(mutex);
+                        const auto place = streams.find(streamId);
+                        if (place == streams.end()) return;
+                        media = std::move(place->second.media);
+                        streams.erase(place);
+                    }
+                    media->Close();
+                },
+            .dropped = [](bool) {},
+            .muted = [] {}};
 }
 
 void BenchPerson::OnEntered() {

@@ -24,7 +24,6 @@
 namespace Corvanta::Engine {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -93,10 +92,10 @@ TEST_F(NotesInRoom, AreThoseOfTheOpenRoom) {
     EXPECT_EQ(kept->text, "mine");
     EXPECT_EQ(Other().Put(kept->revision, "mine\ntheirs"), 200U);
     EXPECT_TRUE(Eventually([] { return GetNotes() == "mine\ntheirs"; }));
-    {
+    EXPECT_TRUE(Eventually([&] {
         const std::lock_guard lock(mutex);
-        EXPECT_THAT(told, ElementsAre("mine\ntheirs"));
-    }
+        return told == std::vector<std::string>{"mine\ntheirs"};
+    }));
     Leave();
     EXPECT_EQ(GetNotesStatus(), NotesStatus::NoRoom);
     EXPECT_EQ(GetNotes(), "");

@@ -351,7 +351,7 @@ std::shared_ptr<JanusPublisher> JanusTransport::MakePublisher(StreamType type, c
 }
 
 void JanusTransport::SendText(std::string text) {
-    if (!hasEnded) texts.Say(std::move(text));
+    if (!hasEnded) texts.Say(text);
 }
 
 std::shared_ptr<LocalFeed> JanusTransport::PublishCamera(const LocalTracks& tracks) {

@@ -60,7 +60,7 @@ std::optional<RoomTexts::Clock::time_point> RoomTexts::LastHeard(const std::stri
     return place == members.end() ? std::nullopt : place->second.lastHeard;
 }
 
-void RoomTexts::Say(std::string text) {
+void RoomTexts::Say(const std::string& text) {
     Remember(kUserText, text);
 }
 

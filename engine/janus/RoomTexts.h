@@ -78,7 +78,7 @@ public:
     RoomTexts& operator=(const RoomTexts&) = delete;
 
     // To all. One beyond kLongestText is left out, with a log line.
-    void Say(std::string text);
+    void Say(const std::string& text);
     void Mute(const std::string& streamId);
     void SetTracks(const LocalTracks& tracks);
 

@@ -34,7 +34,7 @@ MeshMember::MeshMember(EngineLoop& engineLoop, Facts memberFacts, MeshMemberEven
                          .loopbackOnly = facts.loopbackOnly})) {}
 
 std::shared_ptr<PeerStream> MeshMember::MakeStream(StreamType type, const std::string& link,
-                                                   PeerOptions options) {
+                                                   const PeerOptions& options) {
     // The streams are this member's own, and their events end with it.
     PeerStreamEvents streamEvents{
         .description =
@@ -53,7 +53,7 @@ std::shared_ptr<PeerStream> MeshMember::MakeStream(StreamType type, const std::s
             [this, type](const PeerStatistics& statistics) {
                 if (type == StreamType::Camera) events.measured(type, statistics);
             }};
-    return std::make_shared<PeerStream>(loop, std::move(options), std::move(streamEvents), mixer);
+    return std::make_shared<PeerStream>(loop, options, std::move(streamEvents), mixer);
 }
 
 void MeshMember::Open() {

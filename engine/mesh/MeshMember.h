@@ -94,7 +94,7 @@ private:
     };
 
     [[nodiscard]] std::shared_ptr<PeerStream> MakeStream(StreamType type, const std::string& link,
-                                                         PeerOptions options);
+                                                         const PeerOptions& options);
     void TakeKind(const MeshMessages::Description& message);
     void TakeKind(const MeshMessages::Candidate& message);
     void TakeKind(const MeshMessages::Publish& message);

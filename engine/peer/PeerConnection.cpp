@@ -141,7 +141,7 @@ bool PeerConnection::TakeDescription(const std::string& text) {
     switch (description->kind) {
         case DescriptionKind::Offer:
             if (offers) return Refuse(badDescriptionWasLogged, "an offer");
-            return TakeOffer(std::move(*description));
+            return TakeOffer(*description);
         case DescriptionKind::Answer:
             if (!offers) return Refuse(badDescriptionWasLogged, "an answer");
             // Of an earlier session, which is nobody's fault; a second answer is.
@@ -161,7 +161,7 @@ bool PeerConnection::TakeDescription(const std::string& text) {
     return false;
 }
 
-bool PeerConnection::TakeOffer(PeerDescription description) {
+bool PeerConnection::TakeOffer(const PeerDescription& description) {
     if (description.session != 0 && description.session <= sessionNumber && session) return false;
     sessionNumber = description.session;
     if (!OpenSession()) return false;

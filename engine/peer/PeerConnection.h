@@ -110,7 +110,7 @@ public:
 
 private:
     [[nodiscard]] bool OpenSession();
-    [[nodiscard]] bool TakeOffer(PeerDescription description);
+    [[nodiscard]] bool TakeOffer(const PeerDescription& description);
     bool Refuse(bool& wasLogged, const char* what);
     [[nodiscard]] PeerSessionEvents MakeEvents();
     void OnEnded(const std::string& reason);

@@ -33,18 +33,22 @@ MeshMember::MeshMember(EngineLoop& engineLoop, Facts memberFacts, MeshMemberEven
                          .channelLabel = kTextChannel,
                          .loopbackOnly = facts.loopbackOnly})) {}
 
+std::function<void(const std::string&)> MeshMember::DescriptionSender(const std::string& link) {
+    return [this, link](const std::string& text) { events.send(Description{link, text}); };
+}
+
+std::function<void(std::uint32_t, const std::string&)> MeshMember::CandidateSender(const std::string& link) {
+    return [this, link](std::uint32_t mediaLine, const std::string& text) {
+        events.send(Candidate{link, mediaLine, text});
+    };
+}
+
 std::shared_ptr<PeerStream> MeshMember::MakeStream(StreamType type, const std::string& link,
                                                    const PeerOptions& options) {
     // The streams are this member's own, and their events end with it.
     PeerStreamEvents streamEvents{
-        .description =
-            [this, link](const std::string& text) {
-                events.send(Description{link, text});
-            },
-        .candidate =
-            [this, link](std::uint32_t mediaLine, const std::string& text) {
-                events.send(Candidate{link, mediaLine, text});
-            },
+        .description = DescriptionSender(link),
+        .candidate = CandidateSender(link),
         .wanted =
             [this, type](const MediaTracks& tracks) {
                 events.send(Want{type, {.audio = tracks.audio, .video = tracks.video}});
@@ -118,14 +122,8 @@ void MeshMember::OpenSending(StreamType type, Sending& sending) {
                     .channelLabel = {},
                     .loopbackOnly = facts.loopbackOnly},
         PeerLinkEvents{
-            .description =
-                [this, link](const std::string& text) {
-                    events.send(Description{link, text});
-                },
-            .candidate =
-                [this, link](std::uint32_t mediaLine, const std::string& text) {
-                    events.send(Candidate{link, mediaLine, text});
-                },
+            .description = DescriptionSender(link),
+            .candidate = CandidateSender(link),
             .connection =
                 [this, type](bool isConnected) {
                     if (!isConnected) events.unreached(type);

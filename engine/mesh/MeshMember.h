@@ -2,6 +2,7 @@
 // camera, and the ways of the local user's streams to it. The engine's thread alone.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -93,6 +94,10 @@ private:
         std::vector<MeshMessages::Candidate> candidates;
     };
 
+    // What a connection has to tell the member's end of it, which is named by the link.
+    [[nodiscard]] std::function<void(const std::string&)> DescriptionSender(const std::string& link);
+    [[nodiscard]] std::function<void(std::uint32_t, const std::string&)> CandidateSender(
+        const std::string& link);
     [[nodiscard]] std::shared_ptr<PeerStream> MakeStream(StreamType type, const std::string& link,
                                                          const PeerOptions& options);
     void TakeKind(const MeshMessages::Description& message);

@@ -12,10 +12,10 @@
 #include "engine/signalling/RoomMessage.h"
 #include "engine/signalling/TextPieces.h"
 #include "tests/engine/Eventually.h"
-#include "tests/engine/janus/OtherMember.h"
 #include "tests/engine/janus/RogueMember.h"
 #include "tests/engine/janus/RoomMemberRig.h"
 #include "tests/engine/janus/RoomServerProcess.h"
+#include "tests/engine/mesh/OtherPerson.h"
 #include "tests/engine/signalling/LogLines.h"
 
 namespace Corvanta::Engine {
@@ -88,13 +88,13 @@ TEST_F(JanusFaultsTest, KilledMemberShowsALostConnectionAndGoes) {
     RoomMemberRig one(Options("one")), three(Options("three"));
     ASSERT_TRUE(one.Enters(kRed));
     ASSERT_TRUE(three.Enters(kGreen));
-    OtherMember two(server->Address(), "two", kBlue);
+    OtherPerson two(CORVANTA_JANUS_PROCESS, server->Address(), "two", kBlue);
     const auto seenTwo = Sees(one, "two");
     ASSERT_TRUE(seenTwo && Eventually([&] { return seenTwo->pictures > 0; }));
     ASSERT_TRUE(two.Tells("channel one"));
     Say(one, "before");
     ASSERT_TRUE(two.Tells("text one before"));
-    two.process.Kill();
+    two.Kill();
     EXPECT_TRUE(Eventually([&] { return seenTwo->losses > 0; }));
     Say(one, "after");
     EXPECT_TRUE(Eventually([&] { return seenTwo->hasLeft.load(); }, seconds(90)));
@@ -105,14 +105,14 @@ TEST_F(JanusFaultsTest, MemberThatStandsStillForTenSecondsIsLostAndFound) {
     RoomMemberRig one(Options("one")), three(Options("three"));
     ASSERT_TRUE(one.Enters(kRed));
     ASSERT_TRUE(three.Enters(kGreen));
-    OtherMember two(server->Address(), "two", kBlue);
+    OtherPerson two(CORVANTA_JANUS_PROCESS, server->Address(), "two", kBlue);
     const auto seenTwo = Sees(one, "two");
     ASSERT_TRUE(seenTwo && Eventually([&] { return seenTwo->pictures > 0; }));
     ASSERT_TRUE(two.Tells("channel one"));
     Say(one, "before");
     ASSERT_TRUE(two.Tells("text one before"));
     LogLines log;
-    two.process.Stop();
+    two.Stop();
     const auto until = std::chrono::steady_clock::now() + seconds(10);
     for (int index = 0; index < 20; ++index) Say(one, "while it stands " + std::to_string(index));
     EXPECT_TRUE(Eventually([&] { return seenTwo->losses == 1; }));
@@ -123,7 +123,7 @@ TEST_F(JanusFaultsTest, MemberThatStandsStillForTenSecondsIsLostAndFound) {
     EXPECT_EQ(seenTwo->returns, 0);
     // Its subscription was whole, and is not made again.
     EXPECT_EQ(log.Count("Connected with \"two\""), 0);
-    two.process.Continue();
+    two.Continue();
     EXPECT_TRUE(Eventually([&] { return !seenTwo->isLost; }, 2 * kPatience));
     Say(one, "found");
     two.Say("back");
@@ -139,7 +139,7 @@ TEST_F(JanusFaultsTest, MemberThatStandsStillForTenSecondsIsLostAndFound) {
 TEST_F(JanusFaultsTest, MemberThatStandsStillUntilItIsGoneComesBackAsANewOne) {
     RoomMemberRig one(Options("one"));
     ASSERT_TRUE(one.Enters(kRed));
-    OtherMember two(server->Address(), "two", kBlue);
+    OtherPerson two(CORVANTA_JANUS_PROCESS, server->Address(), "two", kBlue);
     const auto seenTwo = Sees(one, "two");
     ASSERT_TRUE(seenTwo && Eventually([&] { return seenTwo->hasChannel.load(); }));
     ASSERT_TRUE(two.Tells("channel one"));
@@ -147,9 +147,9 @@ TEST_F(JanusFaultsTest, MemberThatStandsStillUntilItIsGoneComesBackAsANewOne) {
     two.Say("before");
     ASSERT_TRUE(two.Tells("text one before"));
     ASSERT_TRUE(Hears(seenTwo, {"before"}));
-    two.process.Stop();
+    two.Stop();
     EXPECT_TRUE(Eventually([&] { return seenTwo->hasLeft.load(); }, seconds(90)));
-    two.process.Continue();
+    two.Continue();
     const auto again = Sees(one, "two", 2);
     ASSERT_TRUE(again);
     // Each has met the other anew.
@@ -218,11 +218,11 @@ TEST_F(JanusFaultsTest, ThousandsOfTextsAtOnceAreHeard) {
     RoomMemberRig one(Options("one")), three(Options("three"));
     ASSERT_TRUE(one.Enters(kRed));
     ASSERT_TRUE(three.Enters(kGreen));
-    OtherMember two(server->Address(), "two", kBlue);
+    OtherPerson two(CORVANTA_JANUS_PROCESS, server->Address(), "two", kBlue);
     ASSERT_TRUE(two.Tells("channel one"));
     ASSERT_TRUE(two.Tells("channel three"));
     for (int index = 0; index < 5000; ++index) said.push_back("flood " + std::to_string(index));
-    two.process.Say("flood 5000");
+    two.Command("flood 5000");
     EXPECT_TRUE(Hears(Sees(one, "two"), said));
     EXPECT_TRUE(Hears(Sees(three, "two"), said));
     EXPECT_EQ(Sees(one, "two")->losses, 0);

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "tests/engine/Eventually.h"
-#include "tests/engine/janus/OtherMember.h"
 #include "tests/engine/janus/RoomMemberRig.h"
 #include "tests/engine/janus/RoomServerProcess.h"
+#include "tests/engine/mesh/OtherPerson.h"
 #include "tests/engine/mesh/TunLink.h"
 
 namespace Corvanta::Engine {
@@ -40,10 +40,10 @@ protected:
                          .room = "review",
                          .name = "one"});
         ASSERT_TRUE(one->Enters(kRed));
-        two = std::make_unique<OtherMember>(server->Address(), "two", kBlue,
+        two = std::make_unique<OtherPerson>(CORVANTA_JANUS_PROCESS, server->Address(), "two", kBlue,
                                             std::vector<std::string>{"rooms2", kFar});
         ASSERT_TRUE(two->Tells("network"));
-        ASSERT_TRUE(HandOver("rooms2", two->process.Id()));
+        ASSERT_TRUE(HandOver("rooms2", two->Id()));
         ASSERT_TRUE(Eventually([&] { return !one->All().empty(); }));
         seen = one->All().front();
         ASSERT_TRUE(Eventually([&] { return seen->pictures > 0 && seen->hasChannel; }));
@@ -68,7 +68,7 @@ protected:
     std::unique_ptr<TunRelay> relay;
     std::unique_ptr<RoomServerProcess> server;
     std::unique_ptr<RoomMemberRig> one;
-    std::unique_ptr<OtherMember> two;
+    std::unique_ptr<OtherPerson> two;
     std::shared_ptr<SeenStream> seen;
     std::vector<std::string> said;
 };

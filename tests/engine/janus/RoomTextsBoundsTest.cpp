@@ -18,9 +18,7 @@ TEST(RoomTextsBounds, OfAHeapAllArriveInOrder) {
     auto& a = room.Add(kA);
     auto& b = room.Add(kB);
     auto& c = room.Add(kC);
-    room.Meet(kA, kB);
-    room.Meet(kA, kC);
-    room.Meet(kB, kC);
+    room.MeetAll();
     Texts all;
     for (int number = 0; number < 5000; ++number) {
         all.push_back(std::to_string(number));

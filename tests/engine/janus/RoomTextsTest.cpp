@@ -92,9 +92,7 @@ TEST(RoomTexts, AreKeptInOrderForOneWhoIsAway) {
     auto& a = room.Add(kA);
     auto& b = room.Add(kB);
     auto& c = room.Add(kC);
-    room.Meet(kA, kB);
-    room.Meet(kA, kC);
-    room.Meet(kB, kC);
+    room.MeetAll();
     a.texts->Say("1");
     room.Settle();
     room.Deafen(kB, kA);

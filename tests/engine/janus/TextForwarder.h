@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <set>
@@ -81,6 +82,11 @@ public:
     void Meet(const std::string& one, const std::string& other) {
         Hear(one, other);
         Hear(other, one);
+    }
+    void MeetAll() {
+        for (auto one = members.begin(); one != members.end(); ++one) {
+            for (auto other = std::next(one); other != members.end(); ++other) Meet(one->first, other->first);
+        }
     }
     // Carries what was said, until nobody says anything more.
     void Settle() {

@@ -86,7 +86,7 @@ TEST_F(MeshFaultsTest, KilledPeerShowsALostConnectionAndGoes) {
     ASSERT_TRUE(one.Enters());
     RoomPerson three(Maker("three"), kGreen);
     ASSERT_TRUE(three.Enters());
-    OtherPerson two(temporary.path, "two", kBlue);
+    OtherPerson two(CORVANTA_MESH_PROCESS, temporary.path, "two", kBlue);
     ASSERT_TRUE(one.SeesColor("two", kBlue));
     ASSERT_TRUE(three.SeesColor("two", kBlue));
     ASSERT_TRUE(two.Tells("channel one"));
@@ -102,7 +102,7 @@ TEST_F(MeshFaultsTest, KilledPeerShowsALostConnectionAndGoes) {
 TEST_F(MeshFaultsTest, PeerThatStandsStillForTenSecondsIsLostAndFound) {
     RoomPerson one(Maker("one"), kRed);
     ASSERT_TRUE(one.Enters());
-    OtherPerson two(temporary.path, "two", kBlue);
+    OtherPerson two(CORVANTA_MESH_PROCESS, temporary.path, "two", kBlue);
     RoomPerson three(Maker("three"), kGreen);
     ASSERT_TRUE(three.Enters());
     ASSERT_TRUE(one.SeesColor("two", kBlue));
@@ -132,7 +132,7 @@ TEST_F(MeshFaultsTest, PeerThatStandsStillForTenSecondsIsLostAndFound) {
 }
 
 TEST_F(MeshFaultsTest, RoomGoesOnWhenTheOneWithTheHubIsKilled) {
-    OtherPerson one(temporary.path, "one", kRed);
+    OtherPerson one(CORVANTA_MESH_PROCESS, temporary.path, "one", kRed);
     ASSERT_TRUE(one.Tells("entered"));
     RoomPerson two(Maker("two"), kBlue);
     ASSERT_TRUE(two.Enters());
@@ -156,7 +156,7 @@ TEST_F(MeshFaultsTest, RoomGoesOnWhenTheOneWithTheHubIsKilled) {
 }
 
 TEST_F(MeshFaultsTest, RemovesAParticipantThoughTheWordIsLostWithTheHub) {
-    OtherPerson hub(temporary.path, "hub", kRed);
+    OtherPerson hub(CORVANTA_MESH_PROCESS, temporary.path, "hub", kRed);
     ASSERT_TRUE(hub.Tells("entered"));
     RoomPerson two(Maker("two"), kBlue);
     ASSERT_TRUE(two.Enters());
@@ -174,7 +174,7 @@ TEST_F(MeshFaultsTest, RemovesAParticipantThoughTheWordIsLostWithTheHub) {
 
 TEST_F(MeshFaultsTest, EnteringAndLeavingAtTheDeathOfTheHubLosesNobody) {
     for (int round = 0; round < 3; ++round) {
-        OtherPerson one(temporary.path, "one", kRed);
+        OtherPerson one(CORVANTA_MESH_PROCESS, temporary.path, "one", kRed);
         ASSERT_TRUE(one.Tells("entered"));
         RoomPerson two(Maker("two"), kBlue);
         ASSERT_TRUE(two.Enters());
@@ -196,7 +196,7 @@ TEST_F(MeshFaultsTest, TextsSaidWhileOneStandsStillAndDiesAreTheSameForAllWhoSta
     ASSERT_TRUE(three.Enters());
     RoomPerson four(Maker("four"));
     ASSERT_TRUE(four.Enters());
-    OtherPerson two(temporary.path, "two", kBlue);
+    OtherPerson two(CORVANTA_MESH_PROCESS, temporary.path, "two", kBlue);
     ASSERT_TRUE(two.Tells("channel one"));
     ASSERT_TRUE(two.Tells("channel three"));
     std::vector<std::string> ones, threes;
@@ -293,7 +293,7 @@ TEST_F(MeshFaultsTest, CarriesTheLongestTextAndOutlivesALongerOne) {
 TEST_F(MeshFaultsTest, AThousandTextsASecondAreHeard) {
     RoomPerson one(Maker("one"), kRed);
     ASSERT_TRUE(one.Enters());
-    OtherPerson two(temporary.path, "two", kBlue);
+    OtherPerson two(CORVANTA_MESH_PROCESS, temporary.path, "two", kBlue);
     ASSERT_TRUE(two.Tells("channel one"));
     for (int index = 0; index < 3000; ++index) said.push_back("flood " + std::to_string(index));
     two.Command("flood 3000");

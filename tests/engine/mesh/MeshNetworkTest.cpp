@@ -35,7 +35,7 @@ protected:
     // Enters both, one here and two beyond the network.
     void Meet() {
         ASSERT_TRUE(one.Enters());
-        two = std::make_unique<OtherPerson>(temporary.path, "two", kBlue,
+        two = std::make_unique<OtherPerson>(CORVANTA_MESH_PROCESS, temporary.path, "two", kBlue,
                                             std::vector<std::string>{"rooms1", "10.98.0.2"});
         ASSERT_TRUE(two->Tells("network"));
         ASSERT_TRUE(HandOver("rooms1", two->Id()));

@@ -1,56 +1,16 @@
-// A person of a room on this machine in a process of its own, for tests that kill, stop or flood it. It is
-// given the folder in which rooms lie, the room, its name and the three values of the colour that it shows;
-// then, where it is to be in a network of its own, the name of a device that is handed over to that network
-// when it has written "network", and the address that the device has.
-// It writes "entered" when it is in, then what comes, one event a line (see RoomPerson::onLine), and does
-// what it reads:
-//
-//   say TEXT          to everybody
-//   flood COUNT       that many short texts, as fast as possible
-//   leave             with a goodbye; the process ends
-#include <signal.h>
-#include <sys/prctl.h>
-
-#include <cstdlib>
-#include <iostream>
-#include <mutex>
-#include <string>
-
+// A person of a room on this machine (see PersonProcess.h); its place is the folder in which rooms lie.
 #include "engine/mesh/MeshTransport.h"
-#include "tests/engine/mesh/RoomPerson.h"
-#include "tests/engine/mesh/TunLink.h"
+#include "tests/engine/mesh/PersonProcess.h"
 
 int main(int count, char** words) {
     using namespace Corvanta::Engine;
-    if (count != 7 && count != 9) return EXIT_FAILURE;
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    const bool hasNetwork = count == 9;
-    if (hasNetwork) {
-        if (!EnterEmptyNetwork()) return EXIT_FAILURE;
-        std::cout << "network" << std::endl;
-        if (!BringUp(words[7], words[8])) return EXIT_FAILURE;
-    }
-    const MeshOptions options{
-        .room = words[2], .name = words[3], .folder = words[1], .loopbackOnly = !hasNetwork};
-    RoomPerson person(
-        [&options](EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer) {
+    return RunPerson(count, words, [](const PersonProcess& process) {
+        const MeshOptions options{.room = process.room,
+                                  .name = process.name,
+                                  .folder = process.place,
+                                  .loopbackOnly = !process.hasNetwork};
+        return [options](EngineLoop& loop, const std::shared_ptr<SoundMixer>& mixer) {
             return std::make_unique<MeshTransport>(loop, mixer, options);
-        },
-        Yuv{std::atoi(words[4]), std::atoi(words[5]), std::atoi(words[6])}, 0.1);
-    std::mutex mutex;
-    person.onLine = [&mutex](const std::string& line) {
-        const std::lock_guard lock(mutex);
-        std::cout << line.substr(0, 200) << std::endl;
-    };
-    if (!person.Enters()) return EXIT_FAILURE;
-    person.onLine("entered");
-    for (std::string line; std::getline(std::cin, line);) {
-        if (line.starts_with("say ")) person.Say(line.substr(4));
-        if (line.starts_with("flood ")) {
-            const int texts = std::atoi(line.c_str() + 6);
-            for (int index = 0; index < texts; ++index) person.Say("flood " + std::to_string(index));
-        }
-        if (line == "leave") break;
-    }
-    return EXIT_SUCCESS;
+        };
+    });
 }

@@ -1,8 +1,7 @@
-// A person of a room in a process of its own (see MeshProcess.cpp), and what it has told.
+// A person of a room in a process of its own (see PersonProcess.h), and what it has told.
 #pragma once
 
 #include <algorithm>
-#include <filesystem>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -16,13 +15,13 @@ namespace Corvanta::Engine {
 class OtherPerson final {
 public:
     // `network`: a device and its address, or nothing.
-    OtherPerson(const std::filesystem::path& folder, const std::string& name, Yuv color,
+    // `place`: where the program looks for rooms.
+    OtherPerson(const char* program, const std::string& place, const std::string& name, Yuv color,
                 const std::vector<std::string>& network = {})
-        : process(CORVANTA_MESH_PROCESS, Arguments(folder, name, color, network),
-                  [this](const std::string& line) {
-                      const std::lock_guard lock(mutex);
-                      lines.push_back(line);
-                  }) {}
+        : process(program, Arguments(place, name, color, network), [this](const std::string& line) {
+              const std::lock_guard lock(mutex);
+              lines.push_back(line);
+          }) {}
 
     [[nodiscard]] std::size_t Count(const std::string& line) const {
         const std::lock_guard lock(mutex);
@@ -41,8 +40,11 @@ public:
         }
         return texts;
     }
+    [[nodiscard]] bool Hears(const std::string& name, const std::vector<std::string>& texts) const {
+        return Eventually([&] { return Texts(name) == texts; }, 3 * kPatience);
+    }
     void Say(const std::string& text) const { Command("say " + text); }
-    // See MeshProcess.cpp.
+    // See PersonProcess.h.
     void Command(const std::string& line) const { process.Say(line); }
 
     // On return it has gone.
@@ -53,12 +55,11 @@ public:
     [[nodiscard]] pid_t Id() const { return process.Id(); }
 
 private:
-    [[nodiscard]] static std::vector<std::string> Arguments(const std::filesystem::path& folder,
-                                                            const std::string& name, Yuv color,
+    [[nodiscard]] static std::vector<std::string> Arguments(const std::string& place, const std::string& name,
+                                                            Yuv color,
                                                             const std::vector<std::string>& network) {
         std::vector<std::string> words{
-            folder.string(),        "review", name, std::to_string(color.y), std::to_string(color.u),
-            std::to_string(color.v)};
+            place, "review", name, std::to_string(color.y), std::to_string(color.u), std::to_string(color.v)};
         words.insert(words.end(), network.begin(), network.end());
         return words;
     }

@@ -328,6 +328,14 @@ private:
     std::unique_ptr<RawListener> listener;
 };
 
+// Takes the client in as "ab", beside two others, and hangs up.
+void TakeAndGo(const FakeHub& hub, const RoomGuest& one) {
+    RawClient client(hub.Take());
+    client.Next<Hello>();
+    client.Say(Welcome{"ab", false, {{"cd", "other"}, {"ef", "third"}}});
+    ASSERT_TRUE(one.events.Hears("entered"));
+}
+
 TEST_F(HubClientTest, FailsWithTheWordsOfAHubOfAnotherVersion) {
     ASSERT_EQ(PrepareRoomFolder(folder), std::nullopt);
     const FakeHub hub(folder);
@@ -374,12 +382,7 @@ TEST_F(HubClientTest, EntersAnewWhenTheOthersWereToldThatItLeft) {
     const FakeHub hub(folder);
     RoomGuest one(loop, product);
     one.Join("one");
-    {
-        RawClient client(hub.Take());
-        client.Next<Hello>();
-        client.Say(Welcome{"ab", false, {{"cd", "other"}, {"ef", "third"}}});
-        ASSERT_TRUE(one.events.Hears("entered"));
-    }
+    ASSERT_NO_FATAL_FAILURE(TakeAndGo(hub, one));
     RawClient client(hub.Take());
     EXPECT_EQ(client.Next<Hello>().id, "ab");
     client.Say(Welcome{"ab", false, {{"cd", "other"}}});
@@ -397,12 +400,7 @@ TEST_F(HubClientTest, MeetsAnewWhoeverDoesNotKnowItAfterTheHubHasGone) {
     const FakeHub hub(folder);
     RoomGuest one(loop, product);
     one.Join("one");
-    {
-        RawClient client(hub.Take());
-        client.Next<Hello>();
-        client.Say(Welcome{"ab", false, {{"cd", "other"}, {"ef", "third"}}});
-        ASSERT_TRUE(one.events.Hears("entered"));
-    }
+    ASSERT_NO_FATAL_FAILURE(TakeAndGo(hub, one));
     RawClient client(hub.Take());
     EXPECT_EQ(client.Next<Hello>().known, (std::vector<std::string>{"cd", "ef"}));
     // The other one was taken for a newcomer, and knows nobody.

@@ -98,17 +98,17 @@ TEST_F(HubClientTest, CarriesDescriptionsButNothingThatIsTooLong) {
     RoomGuest two(loop, product);
     ASSERT_TRUE(one.Enters("one"));
     ASSERT_TRUE(two.Enters("two"));
-    const std::string description(256U * 1024U, '\n');
+    const std::string description(std::size_t{256} * 1024, '\n');
     EXPECT_FALSE(two.Send(one.OwnId(), std::string(kLongestLine, 'x')));
     EXPECT_FALSE(two.Send(one.OwnId(), std::string(kLongestLine - 100, 'x')));
     EXPECT_FALSE(two.Send("abc", "to nobody"));
     EXPECT_FALSE(two.Send(two.OwnId(), "to myself"));
     EXPECT_FALSE(two.Send("", ""));
-    EXPECT_TRUE(two.Send(one.OwnId(), description.substr(0, 250U * 1024U)));
+    EXPECT_TRUE(two.Send(one.OwnId(), description.substr(0, std::size_t{250} * 1024)));
     EXPECT_TRUE(two.Send(one.OwnId(), "after"));
     ASSERT_TRUE(one.events.HearsMessage(two.OwnId(), "after"));
     EXPECT_EQ(one.events.Count("message"), 2U);
-    EXPECT_EQ(one.events.Of("message")[0].text.size(), 250U * 1024U);
+    EXPECT_EQ(one.events.Of("message")[0].text.size(), std::size_t{250} * 1024);
     EXPECT_EQ(one.events.Count("lost"), 0U);
     EXPECT_EQ(two.events.Count("lost"), 0U);
 }

@@ -2,6 +2,7 @@
 
 #include <gst/app/gstappsrc.h>
 #include <gst/audio/audio.h>
+#include <gst/base/gstbasesink.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -46,12 +47,20 @@ bool IsSilent(GstBuffer* buffer) {
     return isSilent;
 }
 
+// A pipeline whose sink waits for its first sound before it plays stands still for good when an input goes in
+// the meantime: GStreamer forgets that it was on its way. So no sink in it waits.
+void LetSinksPlayAtOnce(GstElement* pipeline) {
+    const auto onAdded = +[](GstBin*, GstBin*, GstElement* element, gpointer) {
+        if (GST_IS_BASE_SINK(element)) gst_base_sink_set_async_enabled(GST_BASE_SINK(element), FALSE);
+    };
+    g_signal_connect(pipeline, "deep-element-added", G_CALLBACK(onAdded), nullptr);
+}
+
 }  // namespace
 
 SoundMixer::Input::~Input() {
     Detach();
 }
-
 void SoundMixer::Input::Attach(GstElement* roomPipeline, GstElement* mixingElement) {
     Detach();
     auto newSource = MakeElement("appsrc");
@@ -182,6 +191,7 @@ bool SoundMixer::Open(const GstOwned<GstElement>& sink, std::function<void()> on
     // The sources' clock too, whatever the device would offer.
     const GstOwned<GstClock> clock(gst_system_clock_obtain());
     gst_pipeline_use_clock(GST_PIPELINE(pipeline.get()), clock.get());
+    LetSinksPlayAtOnce(pipeline.get());
     if (!Build(sink) ||
         gst_element_set_state(pipeline.get(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE) {
         LOG(kLogError, "The room's sound cannot be played");

@@ -109,6 +109,7 @@ inline constexpr int kNoSuchSession = 458;
 inline constexpr int kNoSuchRoom = 426;
 inline constexpr int kBadElement = 430;
 inline constexpr int kRoomFull = 432;
+inline constexpr int kNotPublished = 435;
 inline constexpr int kIdTaken = 436;
 }  // namespace JanusErrors
 

@@ -23,6 +23,9 @@ constexpr milliseconds kTryAgain{1000};
 constexpr milliseconds kAfterKick{200};
 constexpr int kMostTaken = 10;
 constexpr int kMostVainOffers = 10;
+// The server refuses, for this reason or that, what comes while it still clears up after the connection before.
+constexpr int kMostVainEnds = 5;
+constexpr milliseconds kClearingUp{300};
 // What the server may take to end a connection.
 constexpr milliseconds kHangupPatience{1000};
 
@@ -91,11 +94,16 @@ void JanusPublisher::OnNewSession() {
 
 void JanusPublisher::OnFormerSession() {
     if (!isOpen) return;
-    if (isPublished) {
-        link->OnWayLost();
-    } else {
+    if (phase == Phase::Outside) {
         Enter();
+        return;
     }
+    if (phase == Phase::Publishing || phase == Phase::Ending) {
+        // Nobody knows what has become of the offer, or of the wish for an end.
+        offer.clear();
+        EndConnection();
+    }
+    link->OnWayLost();
 }
 
 void JanusPublisher::SetStream(std::shared_ptr<SentStream> sentStream) {
@@ -158,7 +166,9 @@ void JanusPublisher::Ask(const json& body, const std::optional<JanusDescription>
 void JanusPublisher::Enter() {
     ++round;
     taken = 0;
-    isPublished = isPublishing = false;
+    vainEnds = 0;
+    wasTaken = false;
+    phase = Phase::Outside;
     hangingUp.reset();
     if (const auto old = std::exchange(handle, 0); old != 0) client.Detach(old);
     // A new session has it entered again.
@@ -214,7 +224,7 @@ void JanusPublisher::Join() {
 
 void JanusPublisher::OnJoined(const JanusMessage& answer) {
     if (answer.room && answer.room->kind == "joined") {
-        isPublished = false;
+        phase = Phase::Free;
         if (events.joined) events.joined(answer.room->publishers);
         if (!isOpen) return;
         if (!std::exchange(isStarted, true)) {
@@ -259,29 +269,59 @@ void JanusPublisher::OnOffer(std::string sdp) {
         return;
     }
     vainOffers = 0;
-    // The connection before has not ended yet; then this offer goes out.
-    if (hangingUp) return;
-    if (!isPublished && !isPublishing) {
+    if (phase == Phase::Free) {
         Publish();
-        return;
+    } else if (phase == Phase::Publishing || phase == Phase::Published) {
+        EndConnection();
     }
-    // The connection that it knows has to end first, and it says when.
-    isPublished = isPublishing = false;
-    Ask({{"request", "unpublish"}}, std::nullopt, [](const JanusMessage&) {});
-    hangingUp = StartTimer(loop.Context(), kHangupPatience, [this] {
-        const auto timer = std::move(hangingUp);
-        Publish();
+}
+
+void JanusPublisher::EndConnection() {
+    phase = Phase::Ending;
+    hasHungUp = false;
+    hangingUp.reset();
+    Ask({{"request", "unpublish"}}, std::nullopt, [this, own = ++ending](const JanusMessage& answer) {
+        if (phase == Phase::Ending && ending == own) OnUnpublished(answer);
     });
 }
 
+void JanusPublisher::EndConnectionLater(milliseconds wait) {
+    phase = Phase::Ending;
+    hangingUp.reset();
+    loop.PostAfter(wait, [weak = weak_from_this(), own = ++ending] {
+        const auto self = weak.lock();
+        if (!self || !self->isOpen || self->phase != Phase::Ending || self->ending != own) return;
+        // Where the tie has broken, its return brings the next attempt.
+        if (self->client.IsOpen()) self->EndConnection();
+    });
+}
+
+void JanusPublisher::OnUnpublished(const JanusMessage& answer) {
+    const int error = ErrorOf(answer);
+    if (error == JanusClient::kNoAnswer) {
+        EndConnectionLater(kTryAgain);
+    } else if (hasHungUp || error == JanusErrors::kNotPublished) {
+        Publish();
+    } else if (error != 0) {
+        Refuse(answer, "it does not let go of what we sent: " + ReasonOf(answer));
+    } else {
+        hangingUp = StartTimer(loop.Context(), kHangupPatience, [this] {
+            const auto timer = std::move(hangingUp);
+            Publish();
+        });
+    }
+}
+
 void JanusPublisher::Publish() {
+    phase = Phase::Free;
     // The next one is on its way.
     if (offer.empty()) return;
-    offerIsSent = isPublishing = true;
+    phase = Phase::Publishing;
+    offerIsSent = true;
     Ask({{"request", "publish"}, {"display", facts.display}}, JanusDescription{true, offer},
         [this, sent = offer](const JanusMessage& answer) {
             // There may be another offer by now.
-            if (isPublishing && sent == offer) OnPublished(answer);
+            if (phase == Phase::Publishing && sent == offer) OnPublished(answer);
         });
     for (const auto& [mediaLine, text] : std::exchange(candidates, {})) {
         client.Trickle(handle, mediaLine, text);
@@ -289,12 +329,19 @@ void JanusPublisher::Publish() {
 }
 
 void JanusPublisher::OnPublished(const JanusMessage& answer) {
-    isPublishing = false;
+    const int error = ErrorOf(answer);
     if (answer.description && !answer.description->isOffer) {
-        isPublished = true;
+        phase = Phase::Published;
+        wasTaken = true;
+        vainEnds = 0;
         link->TakeDescription(WriteDescription({DescriptionKind::Answer, 0, answer.description->sdp}));
         if (events.published) events.published();
-    } else if (ErrorOf(answer) == JanusErrors::kRoomFull) {
+    } else if (error == JanusClient::kNoAnswer || (wasTaken && ++vainEnds < kMostVainEnds)) {
+        // The refused one may be half known there.
+        offer.clear();
+        EndConnectionLater(kClearingUp);
+        link->BeginAnew();
+    } else if (error == JanusErrors::kRoomFull) {
         Refuse(answer, "the room is full");
     } else {
         Refuse(answer, "it does not take what we send: " + ReasonOf(answer));
@@ -310,9 +357,11 @@ void JanusPublisher::OnEvent(const JanusMessage& message) {
             }
             break;
         case Kind::Hangup:
-            if (const auto waited = std::move(hangingUp)) {
-                Publish();
-            } else if (std::exchange(isPublished, false)) {
+            if (phase == Phase::Ending) {
+                hasHungUp = true;
+                if (const auto waited = std::move(hangingUp)) Publish();
+            } else if (phase == Phase::Published) {
+                phase = Phase::Free;
                 link->Restart(false);
             }
             break;

@@ -87,6 +87,10 @@ private:
     void OnJoined(const JanusMessage& answer);
     void OnEvent(const JanusMessage& message);
     void OnOffer(std::string sdp);
+    // Has the server end the connection that it knows; then the newest offer goes out.
+    void EndConnection();
+    void EndConnectionLater(std::chrono::milliseconds wait);
+    void OnUnpublished(const JanusMessage& answer);
     void Publish();
     void OnPublished(const JanusMessage& answer);
     void Refuse(const JanusMessage& answer, const std::string& problem);
@@ -104,14 +108,32 @@ private:
     JanusClient::Handle handle = 0;
     // Tells the answers of one entry from those of another.
     std::uint64_t round = 0;
-    int taken = 0, vainOffers = 0;
+    int taken = 0, vainOffers = 0, vainEnds = 0;
     std::string offer;
     // Of an offer that waits for the end of the connection before.
     std::vector<std::pair<std::uint32_t, std::string>> candidates;
+    enum class Phase {
+        // On its way into the room.
+        Outside,
+        // In the room, and the server has no connection of it.
+        Free,
+        // The server looks at an offer.
+        Publishing,
+        // The server has taken an offer.
+        Published,
+        // The server is to end the connection that it knows.
+        Ending,
+    };
+    Phase phase = Phase::Outside;
+    // The server has taken an offer since the room was entered.
+    bool wasTaken = false;
+    // Tells the answer to one request for an end from that to another.
+    std::uint64_t ending = 0;
+    // The server has said so since it was asked for it.
+    bool hasHungUp = false;
+    // Runs from the server's word that it ends the connection until it has.
     OwnedSource hangingUp;
     bool isOpen = false, isStarted = false;
-    // The server has taken an offer, or is looking at one.
-    bool isPublished = false, isPublishing = false;
     bool offerIsSent = false;
     bool isLost = false;
 };

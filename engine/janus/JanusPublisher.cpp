@@ -23,7 +23,8 @@ constexpr milliseconds kTryAgain{1000};
 constexpr milliseconds kAfterKick{200};
 constexpr int kMostTaken = 10;
 constexpr int kMostVainOffers = 10;
-// The server refuses, for this reason or that, what comes while it still clears up after the connection before.
+// The server refuses, for this reason or that, what comes while it still clears up after the connection
+// before.
 constexpr int kMostVainEnds = 5;
 constexpr milliseconds kClearingUp{300};
 // What the server may take to end a connection.

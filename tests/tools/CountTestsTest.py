@@ -23,6 +23,25 @@ class CountTests(unittest.TestCase):
         )
         self.assertEqual((done.returncode, done.stdout), (0, "2 1\nc\n"), done.stderr)
 
+    def test_what_the_failed_said_is_kept_from_where_they_failed(self):
+        said = "".join(f"line {number}\n" for number in range(100))
+        with tempfile.TemporaryDirectory() as folder:
+            results, words = os.path.join(folder, "results.xml"), os.path.join(folder, "words")
+            with open(results, "w", encoding="utf-8") as file:
+                file.write(
+                    '<testsuite><testcase name="a" status="run"><system-out>fine</system-out></testcase>'
+                    f'<testcase name="b" status="fail"><system-out>{said}x.cpp:7: Failure\n{said}</system-out></testcase>'
+                    f'<testcase name="c" status="fail"><system-out>{said}</system-out></testcase>'
+                    '<testcase name="d" status="fail"/></testsuite>'
+                )
+            for _ in range(2):
+                subprocess.run([sys.executable, TOOL, results, words], check=True, capture_output=True)
+            with open(words, encoding="utf-8") as file:
+                lines = file.read().splitlines()
+        once = ["What b said:", "    x.cpp:7: Failure", *(f"    line {number}" for number in range(19))]
+        once += ["What c said:", *(f"    line {number}" for number in range(80, 100)), "What d said:"]
+        self.assertEqual(lines, once + once)
+
     def test_what_skipped_itself_counts_as_neither(self):
         done = self.count(
             '<testsuite><testcase name="a" status="notrun"><skipped message="SKIP_RETURN_CODE=77"/></testcase>'

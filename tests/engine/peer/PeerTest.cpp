@@ -382,15 +382,16 @@ TEST_F(PeerTest, FiguresSayWhatTheConnectionDoes) {
     EXPECT_TRUE(Eventually([&] {
         down = pair.Statistics(pair.answerer);
         up = pair.Statistics(pair.offerer);
+        // The first report may tell of what was sent before the other end listened.
         return down.downloadRate > 20'000 && up.uploadRate > 20'000 && up.roundTripMs > 0 &&
-               up.remoteLossShare && down.frameRate > 5;
+               up.roundTripMs < 2000 && up.remoteLossShare && *up.remoteLossShare <= 0.5 &&
+               down.frameRate > 5;
     })) << down.downloadRate
-        << " " << up.uploadRate << " " << up.roundTripMs.value_or(-1) << " " << down.frameRate;
+        << " " << up.uploadRate << " " << up.roundTripMs.value_or(-1) << " "
+        << up.remoteLossShare.value_or(-1) << " " << down.frameRate;
     EXPECT_EQ(down.width, 320);
     EXPECT_EQ(down.height, 180);
     EXPECT_EQ(down.videoCodec, "VP8");
-    EXPECT_LT(up.roundTripMs, 2000);
-    EXPECT_LE(*up.remoteLossShare, 0.5);
 }
 
 TEST_F(PeerTest, GarbageIsRefusedAndTheConnectionGoesOn) {

@@ -118,6 +118,8 @@ void VideoThumbnails::StartTileDrag() {
     VideoFrame& tile = **found;
     auto& panel = tile.GetPanel();
     if (panel.GetScrollbar().IsDragging()) return;
+    // The release of the drag before may have got lost outside of the window.
+    EndTileDrag();
     tile.dragging = true;
     // It follows by differences, and the first one counts from where it was taken.
     tile.dragPointer = press_.at;

@@ -86,7 +86,7 @@ TEST_F(LocalPreviewTest, CostsNoDrawingWhileNothingIsNew) {
     static_cast<void>(TickUntilPresented());
     Calls().Clear();
     for (int tick = 0; tick < 10; ++tick) SDLinterface_TickLocalPreview();
-    EXPECT_THAT(Fake().CallNames(), IsEmpty());
+    EXPECT_THAT(Calls().OfThisThread(), IsEmpty());
 }
 
 TEST_F(LocalPreviewTest, LeavesTheRoomsOwnTileItsPictures) {

@@ -74,11 +74,11 @@ protected:
 
 TEST_F(SingleVideoViewTest, CostsNothingWhileThereIsNothingNew) {
     view.Render();
-    EXPECT_THAT(Fake().CallNames(), IsEmpty());
+    EXPECT_THAT(Calls().OfThisThread(), IsEmpty());
     Show();
     Settle();
     for (int i = 0; i < 10; ++i) view.Render();
-    EXPECT_THAT(Fake().CallNames(), IsEmpty());
+    EXPECT_THAT(Calls().OfThisThread(), IsEmpty());
 }
 
 TEST_F(SingleVideoViewTest, DrawsANewPictureOnceAndPresentsItLast) {
@@ -152,7 +152,7 @@ TEST_F(SingleVideoViewTest, DrawsNothingWithoutAFrame) {
     empty.Resize(10, 10);
     Fake().ClearCalls();
     empty.Render();
-    EXPECT_THAT(Fake().CallNames(), IsEmpty());
+    EXPECT_THAT(Calls().OfThisThread(), IsEmpty());
     EXPECT_EQ(empty.GetFrameSink(), nullptr);
 }
 

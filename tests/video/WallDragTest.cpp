@@ -106,6 +106,20 @@ TEST_F(WallDragTest, LeavesTheUsersOwnTilesWhereTheyAre) {
     EXPECT_FALSE(Tile("me").dragging);
 }
 
+TEST_F(WallDragTest, EndsTheDragWhoseReleaseWasLost) {
+    AddRemotes(3);
+    StartDrag("r2");
+    DragOver("r1");
+    ASSERT_EQ(Order(), (Ids{"r0", "r2", "r1"}));
+    MoveToTile("r0");
+    Press();
+    MoveTo({pointer.x + 1, pointer.y});
+    EXPECT_TRUE(Tile("r0").dragging);
+    EXPECT_FALSE(Tile("r2").dragging);
+    Release();
+    for (const auto& tile : tiles) EXPECT_FALSE(tile->dragging) << tile->GetStreamId();
+}
+
 TEST_F(WallDragTest, PinsATileThatIsDraggedOverAPinnedOne) {
     AddRemotes(4);
     int calls = 0;

@@ -92,7 +92,7 @@ TEST_F(PeerTest, TextsArriveInOrderBothWays) {
     pair.Start(nullptr, nullptr);
     ASSERT_TRUE(Eventually([&] { return pair.offerer.channels > 0 && pair.answerer.channels > 0; }));
     constexpr int kCount = 200;
-    const std::string longest(16 * 1024, 'x');
+    const std::string longest(std::size_t{16} * 1024, 'x');
     running.Do([&] {
         for (int index = 0; index < kCount; ++index) {
             EXPECT_TRUE(pair.offerer.connection->SendText("to answerer " + std::to_string(index)));

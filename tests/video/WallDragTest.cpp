@@ -239,14 +239,14 @@ TEST_F(WallDragTest, ScrollsWhileItIsHeldAtTheEndOfTheArea) {
     MoveTo({950, 400});
     EXPECT_EQ(PlacesX().front(), 0);
     // The thumb of 586 pixels moves half a pixel per millisecond of its 414.
-    TurnMs(207 * 2);
+    TurnMs(int64_t{207} * 2);
     Tick();
     EXPECT_EQ(PlacesX().front(), -352);
     TurnMs(5000);
     Tick();
     EXPECT_EQ(PlacesX().front(), 1000 - 8 * 213);
     MoveTo({50, 400});
-    TurnMs(207 * 2);
+    TurnMs(int64_t{207} * 2);
     Tick();
     EXPECT_EQ(PlacesX().front(), -352);
     MoveTo({500, 400});

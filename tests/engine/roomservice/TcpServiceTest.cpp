@@ -110,17 +110,20 @@ TEST_F(TcpService, KeepsNothingForARoomWithoutAName) {
 
 TEST_F(TcpService, EndsConnectionsOnWhichNothingIsAskedSoonerThanThoseThatAreInUse) {
     RoomServer::Options options = OptionsHere();
-    options.connections.head = milliseconds(200);
+    options.connections.head = milliseconds(800);
     ServingThread serving(options);
     const RawConnection asking(Connect(serving.port));
-    asking.Send("GET /notes?room=a HTTP/1.1\r\nHost: a\r\nAuthorization: Bearer open-sesame-4711\r\n\r\n");
-    EXPECT_THAT(asking.Receive(), StartsWith("HTTP/1.1 200 "));
+    asking.Send(
+        "PUT /notes?room=a HTTP/1.1\r\nHost: a\r\nAuthorization: Bearer open-sesame-4711\r\n"
+        "Content-Length: 2\r\n\r\n{");
     const RawConnection silent(Connect(serving.port));
     const RawConnection slow(Connect(serving.port));
     slow.Send("GET /notes?room=a HTTP/1.1\r\nHo");
-    EXPECT_TRUE(Eventually([&] { return serving.Connections() == 1; }));
     EXPECT_EQ(silent.Receive(), "");
     EXPECT_EQ(slow.Receive(), "");
+    EXPECT_TRUE(Eventually([&] { return serving.Connections() == 1; }));
+    asking.Send("}");
+    EXPECT_THAT(asking.Receive(), StartsWith("HTTP/1.1 400 "));
 }
 
 TEST_F(TcpService, LeavesPlaceForOtherAddressesThanTheOneThatTakesAll) {

@@ -78,6 +78,19 @@ public:
     void List(std::function<void(const std::vector<JanusFeed>& publishers)> onList);
 
 private:
+    enum class Phase {
+        // On its way into the room.
+        Outside,
+        // In the room, and the server has no connection of it.
+        Free,
+        // The server looks at an offer.
+        Publishing,
+        // The server has taken an offer.
+        Published,
+        // The server is to end the connection that it knows.
+        Ending,
+    };
+
     [[nodiscard]] PeerLinkEvents LinkEvents();
     void Enter();
     void EnterLater(std::chrono::milliseconds wait);
@@ -89,6 +102,7 @@ private:
     void OnOffer(std::string sdp);
     // Has the server end the connection that it knows; then the newest offer goes out.
     void EndConnection();
+    // After that time, unless something else has begun by then.
     void EndConnectionLater(std::chrono::milliseconds wait);
     void OnUnpublished(const JanusMessage& answer);
     void Publish();
@@ -112,18 +126,6 @@ private:
     std::string offer;
     // Of an offer that waits for the end of the connection before.
     std::vector<std::pair<std::uint32_t, std::string>> candidates;
-    enum class Phase {
-        // On its way into the room.
-        Outside,
-        // In the room, and the server has no connection of it.
-        Free,
-        // The server looks at an offer.
-        Publishing,
-        // The server has taken an offer.
-        Published,
-        // The server is to end the connection that it knows.
-        Ending,
-    };
     Phase phase = Phase::Outside;
     // The server has taken an offer since the room was entered.
     bool wasTaken = false;

@@ -61,6 +61,7 @@ void LetSinksPlayAtOnce(GstElement* pipeline) {
 SoundMixer::Input::~Input() {
     Detach();
 }
+
 void SoundMixer::Input::Attach(GstElement* roomPipeline, GstElement* mixingElement) {
     Detach();
     auto newSource = MakeElement("appsrc");
